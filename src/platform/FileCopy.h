@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <memory>
+
+#include "platform/Failure.h"
+
+namespace kestrix {
+
+/// The Failure for a system call that ended with `error` (an errno value) on `path`. `action` is
+/// the verb of the sentence that a person reads ("copy", "delete"), `missing` the number for a path
+/// that isn't there: kFileNotFound, or kPathNotFound where a folder was expected.
+[[nodiscard]] Failure FailureFromErrno(int error, const QString& path,
+                                       const QString& action = QStringLiteral("use"),
+                                       int missing = failure::kFileNotFound);
+
+/// Copies that come onto the disk together, which is far faster than one at a time. A file that is
+/// replaced takes its place only when its successor is on the disk, with others or at the end; one
+/// that is new stands in its place at once, and may be lost or torn if the machine stops before
+/// SyncDisk. One that is given up without a Finish brings what it has to its places as far as it
+/// goes.
+class CopyGroup {
+ public:
+  CopyGroup();
+  CopyGroup(const CopyGroup&) = delete;
+  CopyGroup& operator=(const CopyGroup&) = delete;
+  ~CopyGroup();
+
+  /// Gives every copy its place. Fails with kDiskFull or kDeviceError; files that have no place by
+  /// then are as they were. What stands in its place is on the disk with the next SyncDisk.
+  void Finish();
+
+  class Waiting;
+  [[nodiscard]] Waiting& waiting() { return *waiting_; }
+
+ private:
+  std::unique_ptr<Waiting> waiting_;
+};
+
+/// When a copy is on the disk: at once, or with its group.
+class Sync {
+ public:
+  static const Sync kNow;
+  [[nodiscard]] static Sync With(CopyGroup& group) { return Sync(&group); }
+  /// Null for at once.
+  [[nodiscard]] CopyGroup* group() const { return group_; }
+
+ private:
+  constexpr explicit Sync(CopyGroup* group) : group_(group) {}
+  CopyGroup* group_;
+};
+inline constexpr Sync Sync::kNow{nullptr};
+
+/// Copies the file `source` over `target`, a full path with a file name. The bytes are written
+/// beside the target, synced, and renamed over it, so that at every moment `target` is the old file
+/// or the new one, whole; both file and name are on the disk on return. The time of the last change
+/// is kept. A target that is a link to a file stays a link and the file behind it is replaced; one
+/// that exists keeps its access rights. Fails with kFileNotFound, kPathNotFound, kPermissionDenied
+/// (also for a file onto itself, by whatever names, and for a write-protected target), kDiskFull,
+/// kDeviceError.
+void CopyFileDurably(const QString& source, const QString& target, Sync when = Sync::kNow);
+
+/// As CopyFileDurably, for a file that the caller has opened for reading and maybe locked. The
+/// whole file is copied, whatever its offset, and `source_fd` stays open.
+void CopyOpenFileDurably(int source_fd, const QString& target, Sync when = Sync::kNow);
+
+/// Copies the folder `source` with all below it to the folder `target`, which is made if it isn't
+/// there and filled over if it is; its parent must exist. Each file changes from old to new whole,
+/// and all of it is on the disk on return. Links to files are copied as the files they name, other
+/// links as links; what is neither file, folder nor link is left out. Fails as CopyFileDurably
+/// does, with kPathNotFound for a missing source and with kPermissionDenied for a folder into
+/// itself.
+void CopyFolderDurably(const QString& source, const QString& target, Sync when = Sync::kNow);
+
+/// Replaces the content of `path` by `bytes`, or makes the file, with the same care as a copy.
+void WriteFileDurably(const QString& path, const QByteArray& bytes);
+
+/// Puts the names in `folder` on the disk: after a file in it was made, renamed or deleted.
+void SyncFolder(const QString& folder);
+
+/// Puts on the disk all that was changed on the file system that `path` lies on.
+void SyncDisk(const QString& path);
+
+}  // namespace kestrix

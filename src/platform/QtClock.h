@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/Services.h"
+
+namespace kestrix {
+
+/// The calendar of this machine, in local time.
+class QtClock : public Clock {
+ public:
+  [[nodiscard]] QDate Today() const override;
+};
+
+}  // namespace kestrix

@@ -1,0 +1,85 @@
+#include "platform/QtMessages.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPointer>
+
+#include "platform/WindowInFront.h"
+
+namespace kestrix {
+namespace {
+
+struct ButtonPair {
+  Button ours;
+  QMessageBox::StandardButton desktop;
+};
+constexpr ButtonPair kButtons[] = {
+    {Button::kOk, QMessageBox::Ok},
+    {Button::kYes, QMessageBox::Yes},
+    {Button::kNo, QMessageBox::No},
+};
+
+struct IconPair {
+  Icon ours;
+  QMessageBox::Icon desktop;
+};
+constexpr IconPair kIcons[] = {
+    {Icon::kNone, QMessageBox::NoIcon},
+    {Icon::kInformation, QMessageBox::Information},
+    {Icon::kCritical, QMessageBox::Critical},
+    {Icon::kQuestion, QMessageBox::Question},
+};
+
+QMessageBox::StandardButton DesktopButton(Button button) {
+  for (const ButtonPair& pair : kButtons)
+    if (pair.ours == button) return pair.desktop;
+  return QMessageBox::Ok;
+}
+
+QMessageBox::Icon DesktopIcon(Icon icon) {
+  for (const IconPair& pair : kIcons)
+    if (pair.ours == icon) return pair.desktop;
+  return QMessageBox::NoIcon;
+}
+
+Button AnswerOfClosing(const Message& message) {
+  return message.buttons.contains(Button::kNo) ? Button::kNo : Button::kOk;
+}
+
+void Fill(QMessageBox& box, const Message& message) {
+  box.setWindowTitle(message.title);
+  box.setTextFormat(Qt::PlainText);
+  box.setText(message.text);
+  box.setIcon(DesktopIcon(message.icon));
+  QMessageBox::StandardButtons buttons;
+  for (const Button button : message.buttons) buttons |= DesktopButton(button);
+  box.setStandardButtons(buttons);
+  box.setDefaultButton(DesktopButton(message.default_button));
+  box.setEscapeButton(DesktopButton(AnswerOfClosing(message)));
+  // A long path in a text may not push the box over the edge of the screen.
+  if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
+    label->setWordWrap(true);
+}
+
+}  // namespace
+
+Button QtMessages::Show(const Message& message) {
+  // The window below may go, and the box with it, while the box is open.
+  const QPointer<QMessageBox> box = new QMessageBox(WindowInFront());
+  Fill(*box, message);
+  // A box that waits for a person is no time to wait for the program.
+  QApplication::setOverrideCursor(Qt::ArrowCursor);
+  const int answer = box->exec();
+  QApplication::restoreOverrideCursor();
+  delete box;
+  for (const ButtonPair& pair : kButtons)
+    if (pair.desktop == answer && message.buttons.contains(pair.ours)) return pair.ours;
+  return AnswerOfClosing(message);
+}
+
+void QtMessages::Beep() {
+  QApplication::beep();
+}
+
+}  // namespace kestrix

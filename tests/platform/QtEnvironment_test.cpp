@@ -1,0 +1,80 @@
+#include "platform/QtEnvironment.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+#include "platform/QtClock.h"
+#include "support/Files.h"
+#include "support/RunAsNobody.h"
+
+namespace kestrix {
+namespace {
+
+/// What the environment says in a process where `name` has `value`.
+QString VariableWhere(const char* name, const QByteArray& value) {
+  return RunInChild([&] {
+           value.isNull() ? qunsetenv(name) : qputenv(name, value);
+           return QtEnvironment().Variable(name);
+         })
+      .value_or("<the child died>");
+}
+
+TEST(QtEnvironmentTest, ApplicationFolderIsThatOfTheProgramWithoutASeparator) {
+  EXPECT_EQ(QtEnvironment().ApplicationFolder(),
+            QFileInfo(QCoreApplication::applicationFilePath()).absolutePath());
+  EXPECT_FALSE(QtEnvironment().ApplicationFolder().endsWith('/'));
+  EXPECT_EQ(QtEnvironment().ApplicationTitle(), "KestrixStudy");
+}
+
+TEST(QtEnvironmentTest, DrivesAndProgramFoldersAreTheRootUnlessSet) {
+  for (const char* name : {"SYSTEMROOT", "SYSTEMDRIVE", "PROGRAMFILES"}) {
+    EXPECT_EQ(VariableWhere(name, {}), "/") << name;
+    EXPECT_EQ(VariableWhere(name, "/mnt/other"), "/mnt/other") << name;
+  }
+  EXPECT_EQ(VariableWhere("KESTRIX_NO_SUCH_VARIABLE", {}), "");
+}
+
+TEST(QtEnvironmentTest, TempIsTheTemporaryFolderUnlessSet) {
+  EXPECT_EQ(VariableWhere("TEMP", {}), QDir::tempPath());
+  EXPECT_EQ(VariableWhere("TEMP", "/mnt/scratch"), "/mnt/scratch");
+}
+
+TEST(QtEnvironmentTest, DocumentsAreTheHomeFolderWhereThereIsNoSuchFolder) {
+  const QTemporaryDir home;
+  const auto documents = [&] {
+    return RunInChild([&] {
+             qputenv("HOME", home.path().toUtf8());
+             qputenv("XDG_CONFIG_HOME", (home.path() + "/.config").toUtf8());
+             return QtEnvironment().DocumentsFolder();
+           })
+        .value_or("<the child died>");
+  };
+  EXPECT_EQ(documents(), home.path());
+  ASSERT_TRUE(QDir(home.path()).mkdir("Documents"));
+  EXPECT_EQ(documents(), home.path() + "/Documents");
+}
+
+TEST(QtEnvironmentTest, DrivesAreFoldersWithTheRootFirstAndNoneOfTheKernelsOwn) {
+  const QStringList drives = QtEnvironment().Drives();
+  ASSERT_FALSE(drives.isEmpty());
+  EXPECT_EQ(drives.first(), "/");
+  EXPECT_EQ(drives.count("/"), 1);
+  for (const QString& drive : drives) {
+    EXPECT_TRUE(QFileInfo(drive).isDir()) << drive.toStdString();
+    for (const char* kernels : {"/proc", "/sys", "/dev"})
+      EXPECT_FALSE(drive.startsWith(kernels)) << drive.toStdString();
+  }
+}
+
+TEST(QtClockTest, TodayIsADayOfTheSystemCalendar) {
+  const QDate before = QDate::currentDate();
+  const QDate today = QtClock().Today();
+  EXPECT_GE(today, before);
+  EXPECT_LE(today, QDate::currentDate());
+}
+
+}  // namespace
+}  // namespace kestrix

@@ -1,0 +1,138 @@
+#include "platform/QtShell.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTest>
+
+#include "support/Files.h"
+
+namespace kestrix {
+namespace {
+
+constexpr int kTimeLimit = 15'000;  // milliseconds
+
+class QtShellTest : public ::testing::Test {
+ protected:
+  QtShellTest() {
+    QDir(folder_.path()).mkdir("bin");
+    QDir(folder_.path()).mkdir("here");
+    QDir::setCurrent(At("here"));
+  }
+  ~QtShellTest() override {
+    QDir::setCurrent(started_in_);
+    qputenv("PATH", path_);
+  }
+  [[nodiscard]] QString At(const QString& name) const { return folder_.filePath(name); }
+
+  void MakeExecutable(const QString& name) {
+    ASSERT_EQ(::chmod(At(name).toUtf8().constData(), 0755), 0);
+  }
+  /// A program that leaves its folder and its arguments, one a line, in the file `report`.
+  void MakeProgram(const QString& name, const QString& report) {
+    const QString script = QStringLiteral(
+                               "#!/bin/sh\n"
+                               "{ pwd; for a in \"$@\"; do echo \"$a\"; done; } > '%1.new'\n"
+                               "mv '%1.new' '%1'\n")
+                               .arg(At(report));
+    WriteFile(At(name), script.toUtf8());
+    MakeExecutable(name);
+  }
+  /// An opener that is found before all others.
+  void MakeOpener() {
+    MakeProgram("bin/xdg-open", "opened");
+    qputenv("PATH", At("bin").toUtf8() + ':' + path_);
+  }
+  [[nodiscard]] QStringList Report(const QString& report) const {
+    if (!QTest::qWaitFor([&] { return QFileInfo::exists(At(report)); }, kTimeLimit))
+      return {"<no report>"};
+    return QString::fromUtf8(ReadFile(At(report))).split('\n', Qt::SkipEmptyParts);
+  }
+  [[nodiscard]] QString Here(const QString& name = {}) const {
+    const QString here = QFileInfo(At("here")).canonicalFilePath();
+    return name.isEmpty() ? here : here + '/' + name;
+  }
+
+  QTemporaryDir folder_;
+  QtShell shell_;
+  QString started_in_ = QDir::currentPath();
+  QByteArray path_ = qgetenv("PATH");
+};
+
+TEST_F(QtShellTest, CompanionOfTheCurrentFolderStartsThereWithoutArguments) {
+  MakeProgram("here/RiskBookRpts.exe", "started");
+  shell_.StartCompanion("RiskBookRpts.exe");
+  EXPECT_EQ(Report("started"), QStringList(Here()));
+}
+
+TEST_F(QtShellTest, CompanionIsNeverLookedForInTheSearchPath) {
+  MakeProgram("bin/kestrixmodule.exe", "started");
+  qputenv("PATH", At("bin").toUtf8() + ':' + path_);
+  EXPECT_EQ(FailureOf([&] { shell_.StartCompanion("kestrixmodule.exe"); }), failure::kFileNotFound);
+  EXPECT_EQ(FailureOf([&] { shell_.StartCompanion(""); }), failure::kFileNotFound);
+}
+
+TEST_F(QtShellTest, CompanionThatIsNoProgramIsNotFound) {
+  WriteFile(At("here/RiskBookRpts.exe"), "#!/bin/sh\n");
+  EXPECT_EQ(FailureOf([&] { shell_.StartCompanion("RiskBookRpts.exe"); }), failure::kFileNotFound);
+  QDir(At("here")).mkdir("folder.exe");
+  EXPECT_EQ(FailureOf([&] { shell_.StartCompanion("folder.exe"); }), failure::kFileNotFound);
+}
+
+TEST_F(QtShellTest, DocumentGoesToTheOpenerAsOneFullPath) {
+  MakeOpener();
+  WriteFile(At("here/a manual; of $HOME.pdf"), "x");
+  shell_.OpenDocument("a manual; of $HOME.pdf");
+  EXPECT_EQ(Report("opened"), QStringList({Here(), Here("a manual; of $HOME.pdf")}));
+}
+
+TEST_F(QtShellTest, NameThatBeginsLikeAnOptionIsStillAFile) {
+  MakeOpener();
+  WriteFile(At("here/--help"), "x");
+  shell_.OpenDocument("--help");
+  EXPECT_EQ(Report("opened"), QStringList({Here(), Here("--help")}));
+}
+
+TEST_F(QtShellTest, FullPathIsOpenedFromAnyFolder) {
+  MakeOpener();
+  WriteFile(At("bin/plan.jpg"), "x");
+  shell_.OpenDocument(At("bin/plan.jpg"));
+  EXPECT_EQ(Report("opened"), QStringList({Here(), At("bin/plan.jpg")}));
+}
+
+TEST_F(QtShellTest, LinkedProgramIsHandedToTheOpenerAndNeverRun) {
+  MakeOpener();
+  MakeProgram("here/drawing.sh", "ran");
+  ASSERT_EQ(::symlink("drawing.sh", At("here/drawing.pdf").toUtf8().constData()), 0);
+  shell_.OpenDocument("drawing.pdf");
+  EXPECT_EQ(Report("opened"), QStringList({Here(), Here("drawing.pdf")}));
+  shell_.OpenDocument(At("here/drawing.sh"));
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return ReadFile(At("opened")).contains("drawing.sh"); }, kTimeLimit));
+  EXPECT_FALSE(QFileInfo::exists(At("ran")));
+}
+
+TEST_F(QtShellTest, LauncherIsRefusedUnderEveryName) {
+  MakeOpener();
+  WriteFile(At("here/play.desktop"), "[Desktop Entry]\nType=Application\nExec=true\n");
+  ASSERT_EQ(::symlink("play.desktop", At("here/plan.jpg").toUtf8().constData()), 0);
+  EXPECT_EQ(FailureOf([&] { shell_.OpenDocument("play.desktop"); }), failure::kInvalidCall);
+  EXPECT_EQ(FailureOf([&] { shell_.OpenDocument("plan.jpg"); }), failure::kInvalidCall);
+}
+
+TEST_F(QtShellTest, MissingDocumentIsNotFound) {
+  EXPECT_EQ(FailureOf([&] { shell_.OpenDocument("none.pdf"); }), failure::kFileNotFound);
+  EXPECT_EQ(FailureOf([&] { shell_.OpenDocument(""); }), failure::kFileNotFound);
+}
+
+TEST_F(QtShellTest, DesktopWithoutAnOpenerSaysSo) {
+  WriteFile(At("here/plan.jpg"), "x");
+  qputenv("PATH", At("bin").toUtf8());
+  EXPECT_EQ(FailureOf([&] { shell_.OpenDocument("plan.jpg"); }), failure::kInvalidCall);
+}
+
+}  // namespace
+}  // namespace kestrix
