@@ -1,0 +1,255 @@
+#include "store/Database.h"
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+#include <QStringList>
+#include <QThread>
+#include <array>
+
+#include "platform/Failure.h"
+#include "platform/FileCopy.h"
+#include "store/Statement.h"
+
+namespace kestrix {
+namespace {
+
+// How long a change waits for somebody else's: in short steps, so that it finds the gaps between
+// the changes of a busy writer.
+constexpr int kBusyMilliseconds = 5000;
+constexpr int kBusyStepMilliseconds = 2;
+
+int WaitForOthers(void* /*unused*/, int tries) {
+  if (tries * kBusyStepMilliseconds >= kBusyMilliseconds) return 0;
+  QThread::msleep(kBusyStepMilliseconds);
+  return 1;
+}
+
+constexpr QByteArrayView kMagic("SQLite format 3\0", 16);
+
+// A file of this system holds one of these sets of tables.
+const std::array<QSet<QString>, 3>& KindsOfFile() {
+  static const std::array<QSet<QString>, 3> kinds = {
+      QSet<QString>{QStringLiteral("orgtn"), QStringLiteral("orgtmp")},
+      QSet<QString>{QStringLiteral("prjstage"), QStringLiteral("phasemachlife"),
+                    QStringLiteral("primaryhazard"), QStringLiteral("hazardtype"),
+                    QStringLiteral("recommtyp"), QStringLiteral("actionby")},
+      QSet<QString>{QStringLiteral("project_details"), QStringLiteral("risk_records"),
+                    QStringLiteral("filelink")}};
+  return kinds;
+}
+
+bool BeginsLikeADatabase(const QString& path) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return false;
+  return file.read(kMagic.size()) == kMagic;
+}
+
+bool CanWrite(const QString& path) {
+  return access(QFile::encodeName(path).constData(), W_OK) == 0;
+}
+
+int NumberFor(int code) {
+  if (code == SQLITE_CONSTRAINT_UNIQUE || code == SQLITE_CONSTRAINT_PRIMARYKEY) {
+    return failure::kDuplicate;
+  }
+  switch (code & 0xFF) {
+    case SQLITE_CONSTRAINT:
+      return failure::kRefused;
+    case SQLITE_FULL:
+      return failure::kDiskFull;
+    case SQLITE_READONLY:
+      return failure::kReadOnly;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+      return failure::kLocked;
+    case SQLITE_IOERR:
+    case SQLITE_NOMEM:
+      return failure::kDeviceError;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+    case SQLITE_FORMAT:
+      return failure::kNotADatabase;
+    case SQLITE_CANTOPEN:
+      return failure::kCannotOpen;
+    case SQLITE_PERM:
+    case SQLITE_AUTH:
+      return failure::kPermissionDenied;
+    case SQLITE_TOOBIG:
+      return failure::kTooLong;
+    default:
+      return failure::kSyntax;
+  }
+}
+
+using Connection = std::unique_ptr<sqlite3, EngineCloser>;
+
+/// A connection to hold a lock with and for nothing else. Fails with kCannotOpen.
+Connection OpenForLock(const QString& path) {
+  const bool can_write = CanWrite(path);
+  sqlite3* handle = nullptr;
+  const int code =
+      sqlite3_open_v2(path.toUtf8().constData(), &handle,
+                      can_write ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY, nullptr);
+  Connection connection(handle);
+  if (code != SQLITE_OK) {
+    throw Failure(failure::kCannotOpen, QStringLiteral("%1 can't be opened.").arg(path));
+  }
+  sqlite3_busy_handler(handle, WaitForOthers, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  return connection;
+}
+
+Failure BeingWritten(const QString& path) {
+  return {failure::kLocked, QStringLiteral("%1 is being written to by somebody else.").arg(path)};
+}
+
+}  // namespace
+
+void EngineCloser::operator()(sqlite3* handle) const {
+  sqlite3_close(handle);
+}
+
+void EngineCloser::operator()(sqlite3_stmt* statement) const {
+  sqlite3_finalize(statement);
+}
+
+Database::Database(const QString& path) : path_(path) {
+  if (!QFileInfo::exists(path)) {
+    throw Failure(failure::kFileNotFound, QStringLiteral("The file %1 does not exist.").arg(path));
+  }
+  if (!QFileInfo(path).isFile() || !QFileInfo(path).isReadable()) {
+    throw Failure(failure::kCannotOpen, QStringLiteral("The file %1 can't be read.").arg(path));
+  }
+  // Looked at before the engine opens the file: an empty file would pass for a new database.
+  if (!BeginsLikeADatabase(path)) {
+    throw Failure(failure::kNotADatabase,
+                  QStringLiteral("The file %1 is not a database of this program.").arg(path));
+  }
+  read_only_ = !CanWrite(path) || !CanWrite(QFileInfo(path).absolutePath());
+  if (!read_only_) sign_ = std::make_unique<LockSign>(path);
+  OpenHandle();
+  Harden();
+  CheckKind();
+  sqlite3_stmt* mark = nullptr;
+  if (sqlite3_prepare_v2(handle(), "PRAGMA data_version", -1, &mark, nullptr) != SQLITE_OK) {
+    throw LastFailure();
+  }
+  mark_.reset(mark);
+}
+
+Database::~Database() = default;
+
+void Database::OpenHandle() {
+  const int flags = (read_only_ ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) |
+                    SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_PRIVATECACHE;
+  sqlite3* opened = nullptr;
+  const int code = sqlite3_open_v2(path_.toUtf8().constData(), &opened, flags, nullptr);
+  handle_.reset(opened);
+  if (code != SQLITE_OK) throw LastFailure();
+  sqlite3_busy_handler(opened, WaitForOthers, nullptr);
+  struct stat named {};
+  if (stat(QFile::encodeName(path_).constData(), &named) == 0) {
+    device_ = static_cast<quint64>(named.st_dev);
+    inode_ = static_cast<quint64>(named.st_ino);
+  }
+}
+
+void Database::Harden() {
+  sqlite3_db_config(handle(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(handle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(handle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+  sqlite3_db_config(handle(), SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+  for (const char* pragma : {"PRAGMA cell_size_check=ON", "PRAGMA synchronous=FULL"}) {
+    if (sqlite3_exec(handle(), pragma, nullptr, nullptr, nullptr) != SQLITE_OK) throw LastFailure();
+  }
+}
+
+void Database::CheckKind() {
+  QSet<QString> tables;
+  Statement names(*this,
+                  QStringLiteral("SELECT lower(name) FROM sqlite_schema WHERE type='table'"));
+  while (names.Step()) tables.insert(names.Column(0).toString());
+  for (const QSet<QString>& kind : KindsOfFile()) {
+    if (tables.contains(kind)) return;
+  }
+  throw Failure(failure::kNotADatabase,
+                QStringLiteral("The file %1 is not a database of this program.").arg(path_));
+}
+
+qint64 Database::ChangeMark() {
+  if (sqlite3_step(mark_.get()) != SQLITE_ROW) {
+    const Failure failure = LastFailure();
+    sqlite3_reset(mark_.get());
+    throw failure;
+  }
+  const qint64 others = sqlite3_column_int64(mark_.get(), 0);
+  sqlite3_reset(mark_.get());
+  return (others << 32) + sqlite3_total_changes64(handle());
+}
+
+bool Database::IsTheFileAtItsPath() const {
+  struct stat named {};
+  if (stat(QFile::encodeName(path_).constData(), &named) != 0) return false;
+  return static_cast<quint64>(named.st_dev) == device_ &&
+         static_cast<quint64>(named.st_ino) == inode_;
+}
+
+Failure Database::LastFailure() const {
+  const int code = handle_ ? sqlite3_extended_errcode(handle()) : SQLITE_NOMEM;
+  const int number = NumberFor(code);
+  QString why = QString::fromUtf8(sqlite3_errmsg(handle()));
+  if (number == failure::kNotADatabase) {
+    why = QStringLiteral("it is damaged or not a database of this program");
+  }
+  return {number, QStringLiteral("%1: %2.").arg(path_, why)};
+}
+
+void CopyDatabase(const QString& source, const QString& target, Sync when) {
+  if (!BeginsLikeADatabase(source)) {
+    CopyFileDurably(source, target, when);
+    return;
+  }
+  const QByteArray name = QFile::encodeName(source);
+  const int descriptor = open(name.constData(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) throw FailureFromErrno(errno, source);
+  // Closed behind the connection: closing it would give up the engine's lock with it.
+  const struct Closer {
+    int descriptor;
+    ~Closer() { close(descriptor); }
+  } plain{descriptor};
+  const Connection connection = OpenForLock(source);
+  // A read transaction keeps writers from committing, and rolls a killed writer's change back
+  // first.
+  const int code =
+      sqlite3_exec(connection.get(), "BEGIN; PRAGMA schema_version", nullptr, nullptr, nullptr);
+  if (NumberFor(code) == failure::kLocked) throw BeingWritten(source);
+  // A damaged file is copied as it is: the copy is no better and no worse than what it stands for.
+  CopyOpenFileDurably(descriptor, target, when);
+}
+
+void ReplaceDatabase(const QString& source, const QString& target) {
+  if (QFileInfo::exists(target) && !CanWrite(target)) {
+    throw FailureFromErrno(EACCES, target, QStringLiteral("replace"));
+  }
+  Connection old;
+  if (BeginsLikeADatabase(target)) {
+    old = OpenForLock(target);
+    // Rolls a killed writer's change back, and keeps everybody out until the new file is in place.
+    const int code = sqlite3_exec(old.get(), "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
+    if (NumberFor(code) == failure::kLocked) throw BeingWritten(target);
+  }
+  // Beside a file that is missing or damaged nobody rolls back, and what lies there would be rolled
+  // back into its successor.
+  if (QFileInfo::exists(source) || !QFileInfo::exists(target)) {
+    QFile::remove(target + QStringLiteral("-journal"));
+  }
+  CopyDatabase(source, target);
+}
+
+}  // namespace kestrix

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+
+#include "platform/FileCopy.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace kestrix {
+
+/// Ends what the engine keeps: a connection with its locks, or a prepared statement.
+struct EngineCloser {
+  void operator()(sqlite3* handle) const;
+  void operator()(sqlite3_stmt* statement) const;
+};
+
+class Failure;
+
+/// The sign beside an open database: while anyone has `X.mdb` open, `X.ldb` lies beside it, held by
+/// a shared advisory lock, and whoever closes last removes it. A killed process leaves its sign
+/// until the next close of that file. In a folder that can't be written there is no sign.
+class LockSign {
+ public:
+  explicit LockSign(const QString& database_path);
+  ~LockSign();
+  LockSign(const LockSign&) = delete;
+  LockSign& operator=(const LockSign&) = delete;
+
+  /// The path of the sign that stands beside the database at `database_path`.
+  [[nodiscard]] static QString PathFor(const QString& database_path);
+
+ private:
+  QString path_;
+  int descriptor_ = -1;
+};
+
+/// An open database file of this system. It refuses a file that isn't one (missing, empty,
+/// truncated, of another kind) and never changes such a file. It never creates a database.
+///
+/// Several objects and several processes may have one file open. A change waits up to five seconds
+/// for somebody else's to end. Every change is durable when its call returns.
+class Database {
+ public:
+  /// Opens the file at the full path `path`. A file or folder that can't be written is opened for
+  /// reading. Fails with kFileNotFound, kNotADatabase or kCannotOpen, and says why.
+  explicit Database(const QString& path);
+  ~Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  [[nodiscard]] const QString& path() const { return path_; }
+  [[nodiscard]] bool IsReadOnly() const { return read_only_; }
+  /// False when the file was deleted, or another one was put in its place, since it was opened.
+  [[nodiscard]] bool IsTheFileAtItsPath() const;
+  /// A number that changes when any connection, of this process or another, has changed the file:
+  /// by one for each row that this connection changed, by far more for somebody else's change.
+  [[nodiscard]] qint64 ChangeMark();
+
+  [[nodiscard]] sqlite3* handle() const { return handle_.get(); }
+  /// The failure of the last call on this connection, in words for a person.
+  [[nodiscard]] Failure LastFailure() const;
+
+ private:
+  void OpenHandle();
+  void Harden();
+  void CheckKind();
+
+  QString path_;
+  std::unique_ptr<LockSign> sign_;
+  std::unique_ptr<sqlite3, EngineCloser> handle_;
+  std::unique_ptr<sqlite3_stmt, EngineCloser> mark_;
+  bool read_only_ = false;
+  quint64 device_ = 0;
+  quint64 inode_ = 0;
+};
+
+/// Copies the database at `source` over `target` while nobody can change the source, so that the
+/// copy is never torn; readers go on. The copy is written beside the target and renamed over it,
+/// and is on the disk as `when` says. Fails as FileSystem::CopyFile does, and with kLocked when a
+/// writer holds the source for longer than five seconds. A source that is no SQLite database is
+/// copied as the plain file that it is.
+void CopyDatabase(const QString& source, const QString& target, Sync when = Sync::kNow);
+
+/// Copies the database at `source` into the place of the one at `target`, if there is one, while
+/// nobody is in the middle of changing it. What a killed writer left beside the old database goes
+/// with it, so that it is never taken for a part of the new one. Fails as CopyDatabase does, and
+/// with kLocked when a writer holds the target for longer than five seconds; the target is then as
+/// it was.
+void ReplaceDatabase(const QString& source, const QString& target);
+
+}  // namespace kestrix

@@ -1,0 +1,64 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QThread>
+#include <cerrno>
+
+#include "store/Database.h"
+
+namespace kestrix {
+namespace {
+
+// Somebody who closes last holds the sign alone for a moment, while removing it.
+constexpr int kTries = 200;
+constexpr unsigned long kPauseMilliseconds = 5;
+
+bool LiesAt(const QByteArray& path, int descriptor) {
+  struct stat opened {};
+  struct stat named {};
+  return fstat(descriptor, &opened) == 0 && stat(path.constData(), &named) == 0 &&
+         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+}
+
+/// A sign that another user made may be read only; that is enough to hold it.
+int OpenSign(const char* path) {
+  const int descriptor = open(path, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);
+  if (descriptor >= 0 || errno != EACCES) return descriptor;
+  return open(path, O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+}
+
+}  // namespace
+
+QString LockSign::PathFor(const QString& database_path) {
+  const qsizetype dot = database_path.lastIndexOf(u'.');
+  const qsizetype separator = database_path.lastIndexOf(u'/');
+  const QString stem = dot > separator ? database_path.left(dot) : database_path;
+  return stem + QStringLiteral(".ldb");
+}
+
+LockSign::LockSign(const QString& database_path) : path_(PathFor(database_path)) {
+  const QByteArray path = QFile::encodeName(path_);
+  for (int tries = 0; tries < kTries; ++tries) {
+    descriptor_ = OpenSign(path.constData());
+    if (descriptor_ < 0) return;
+    // The sign may have been removed between opening and locking it; then it is the wrong one.
+    if (flock(descriptor_, LOCK_SH | LOCK_NB) == 0 && LiesAt(path, descriptor_)) return;
+    close(descriptor_);
+    descriptor_ = -1;
+    QThread::msleep(kPauseMilliseconds);
+  }
+}
+
+LockSign::~LockSign() {
+  if (descriptor_ < 0) return;
+  const QByteArray path = QFile::encodeName(path_);
+  if (flock(descriptor_, LOCK_EX | LOCK_NB) == 0 && LiesAt(path, descriptor_)) {
+    unlink(path.constData());
+  }
+  close(descriptor_);
+}
+
+}  // namespace kestrix

@@ -1,0 +1,219 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <list>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+namespace kestrix {
+
+class Database;
+class Statement;
+
+/// A cursor over the rows of one SELECT on a single table.
+///
+/// The keys of the rows are read once, at opening and at Requery, in the order of the SELECT; what
+/// a row holds is read when it is asked for. So rows that others add are seen after Requery, values
+/// that others change when the row is read anew, and a row that others deleted fails when it is
+/// used.
+///
+/// There is at most one pending edit, of the current row or of a row being added. Setting a field
+/// starts one. Leaving the row commits it; so do Update, Requery and closing. An edit is committed
+/// in one statement that writes only the fields whose value changed, and only if they still hold
+/// what was read: on a field that somebody else changed meanwhile the commit fails, the row is read
+/// again and theirs stands.
+///
+/// Null reads as an empty text, as 0 and as false.
+///
+/// It shows nothing and knows no form; it tells by signals what may have to be shown anew.
+class Recordset : public QObject {
+  Q_OBJECT
+
+ public:
+  /// AbsolutePosition without a row.
+  static constexpr int kPositionUnknown = -1;
+  static constexpr int kPositionBeforeFirst = -2;
+  static constexpr int kPositionPastLast = -3;
+
+  /// Opens `sql`, a SELECT on one table or the bare name of a table, and stands on its first row.
+  /// Fails with kSyntax for a text that isn't one such SELECT, and as reading a file can.
+  Recordset(std::shared_ptr<Database> database, const QString& sql, QObject* parent = nullptr);
+  /// Commits the pending edit and tells nobody. One that can't be committed any more is lost; call
+  /// Close first to hear of it.
+  ~Recordset() override;
+
+  /// Commits the pending edit. Fails as Update does; the edit is then gone.
+  void Close();
+
+  [[nodiscard]] int RecordCount() const;
+  /// From 1; kPositionUnknown on an empty set, on a deleted row and while a row is being added.
+  [[nodiscard]] int AbsolutePosition() const;
+  /// Goes to the row at `position`, 1 to RecordCount, or to kPositionBeforeFirst or
+  /// kPositionPastLast. Fails with kInvalidPosition, and with kNoCurrentRow on an empty set.
+  void SetAbsolutePosition(int position);
+  /// True past the last row, and on an empty set. Named so because EOF is a macro of the C library.
+  [[nodiscard]] bool Eof() const;
+  [[nodiscard]] bool Bof() const;
+  /// True while there is a row to read: an existing one or one being added.
+  [[nodiscard]] bool HasCurrentRow() const;
+
+  /// Fails with kNoCurrentRow on an empty set.
+  void MoveFirst();
+  void MoveLast();
+  /// Moving past the last row leads to Eof; from there it fails with kNoCurrentRow.
+  void MoveNext();
+  void MovePrevious();
+
+  [[nodiscard]] int FieldCount() const;
+  /// The position of the field named `name` (any case), from 0. Fails with kNoSuchField.
+  [[nodiscard]] int FieldIndex(const QString& name) const;
+  [[nodiscard]] QString FieldName(int field) const;
+
+  /// What the current row holds, its pending edit included. Fail with kNoCurrentRow when there is
+  /// no row, kRowDeleted when somebody else deleted it, kNoSuchField. A number that 64 bits do not
+  /// hold is the nearest one that they do.
+  [[nodiscard]] QVariant Value(int field) const;
+  [[nodiscard]] QString Text(int field) const;
+  [[nodiscard]] qint64 Number(int field) const;
+  [[nodiscard]] bool Truth(int field) const;
+  [[nodiscard]] QString Text(const QString& name) const { return Text(FieldIndex(name)); }
+  [[nodiscard]] qint64 Number(const QString& name) const { return Number(FieldIndex(name)); }
+  [[nodiscard]] bool Truth(const QString& name) const { return Truth(FieldIndex(name)); }
+
+  /// Takes `value` into the pending edit. Fails with kNoCurrentRow, kReadOnly, and with kTooLong
+  /// for a text longer than its column; the edit then keeps what it had.
+  void Set(int field, const QVariant& value);
+  void Set(const QString& name, const QVariant& value) { Set(FieldIndex(name), value); }
+
+  /// Begins a new row: all its fields are unset, and those that stay so take their column's
+  /// default. Commits the edit of the row that is left. Fails with kReadOnly.
+  void AddNew();
+  /// Begins an edit of the current row. Setting a field does so by itself. Fails with
+  /// kNoCurrentRow and kReadOnly.
+  void Edit();
+  /// Commits the pending edit; does nothing when there is none. After adding, the new row is the
+  /// current one and the last. Fails with kDuplicate, kRefused, kRowChanged, kRowDeleted,
+  /// kDiskFull, kReadOnly, kLocked; after kRowChanged and kRowDeleted the edit is gone, else it is
+  /// still pending.
+  void Update();
+  /// Forgets the pending edit; does nothing when there is none.
+  void CancelUpdate();
+  /// Deletes the current row and drops its pending edit. The cursor keeps its place, without a row,
+  /// until the next move. Fails with kNoCurrentRow; with kRowDeleted when somebody else had deleted
+  /// it, the row being gone then too; and as Update does, the row and its edit staying then.
+  void Delete();
+  /// Commits the pending edit, reads the keys again and stands on the first row.
+  void Requery();
+
+  [[nodiscard]] bool IsAdding() const { return adding_; }
+  [[nodiscard]] bool HasPendingEdit() const { return adding_ || !pending_.isEmpty(); }
+
+  /// What a list shows of the row at `position` (from 1), the pending edit of the current row
+  /// included; an empty text for a row that is gone. Never moves the cursor.
+  [[nodiscard]] QString ShownText(int position, int field) const;
+
+  /// While one lives, moves are told to nobody; when the last one goes, listeners are told once
+  /// where the cursor came to stand. So a walk over n rows costs one repaint. The rows must outlive
+  /// it: nothing may refresh their data control meanwhile.
+  class Walk {
+   public:
+    explicit Walk(Recordset& recordset);
+    ~Walk();
+    Walk(const Walk&) = delete;
+    Walk& operator=(const Walk&) = delete;
+
+   private:
+    Recordset& recordset_;
+  };
+
+  /// An edit that is tried: when this goes, what wasn't committed is forgotten, so that a refused
+  /// row isn't tried again by every later step.
+  class Attempt {
+   public:
+    explicit Attempt(Recordset& recordset) : recordset_(recordset) {}
+    ~Attempt() { recordset_.CancelUpdate(); }
+    Attempt(const Attempt&) = delete;
+    Attempt& operator=(const Attempt&) = delete;
+
+   private:
+    Recordset& recordset_;
+  };
+
+ Q_SIGNALS:
+  /// The rows are other ones: a list of them has to be made anew.
+  void RowsReset();
+  /// The row at `position` (from 1) has been taken out of the rows, or has been put in.
+  void RowRemoved(int position);
+  void RowInserted(int position);
+  /// What bound fields show may have changed: another row, none, or other values.
+  void Shown();
+  /// The cursor came to stand on another row, or on none.
+  void RowChanged();
+  /// One field of the current row was set, or the whole row was read anew (field -1).
+  void FieldChanged(int field);
+
+ private:
+  struct Field {
+    QString name;
+    int limit = -1;  ///< characters that the column holds; -1 for no limit
+  };
+  using Row = std::vector<QVariant>;
+
+  void Open(const QString& sql);
+  void ReadKeys();
+  void CommitPending();
+  void Insert();
+  void Write();
+  [[noreturn]] void TellWhoWasQuicker(qint64 key, const QList<int>& held);
+  [[nodiscard]] bool DeleteStored(qint64 key, const Row& row);
+  void CheckWritable() const;
+  [[nodiscard]] QList<int> IdentityFields() const;
+  void MoveTo(int index);
+  void Tell();
+  void CheckField(int field) const;
+  [[nodiscard]] const Row& CurrentRow() const;
+  [[nodiscard]] const Row* CachedRow(qint64 key) const;
+  [[nodiscard]] std::optional<Row> ReadRow(qint64 key) const;
+  [[nodiscard]] QVariant ColumnValue(int field) const;
+  [[nodiscard]] std::vector<QVariant> ReadColumn(int field) const;
+  [[nodiscard]] static QVariant Known(const QVariant& value);
+  void ForgetRow(qint64 key) const;
+  void ForgetRows() const;
+
+  std::shared_ptr<Database> database_;
+  QString table_;
+  QString tail_;  ///< the SELECT from its FROM on
+  std::vector<Field> fields_;
+  bool keys_return_ = true;  ///< a key may come back for another row after its row was deleted
+  std::vector<qint64> keys_;
+  int index_ = -1;  ///< of the current row in keys_; -1 before the first, size past the last
+  bool on_deleted_row_ = false;
+  bool adding_ = false;
+  QHash<int, QVariant> pending_;
+  Row before_edit_;  ///< the current row as it was read when its pending edit began
+
+  // What was read. Rows by key, newest first; whole columns only while a walk compares one field.
+  struct CachedRowEntry {
+    qint64 key;
+    Row row;
+  };
+  mutable std::list<CachedRowEntry> rows_;
+  mutable std::unordered_map<qint64, std::list<CachedRowEntry>::iterator> rows_by_key_;
+  // A row that somebody else deleted reads as empty in a walk, so that the walk can go on past it.
+  mutable std::unordered_map<int, std::vector<QVariant>> columns_;
+  mutable qint64 columns_mark_ = -1;
+  mutable bool columns_checked_ = false;  ///< against the file, in the walk in hand
+  mutable std::unique_ptr<Statement> read_row_;
+
+  int walks_ = 0;
+  std::optional<qint64> told_key_;
+  bool told_adding_ = false;
+};
+
+}  // namespace kestrix

@@ -1,0 +1,125 @@
+#include "store/DataControl.h"
+
+#include <QSignalSpy>
+
+#include "store/StoreTest.h"
+
+namespace kestrix::testing {
+namespace {
+
+class DataControlTest : public StoreTest {};
+
+TEST_F(DataControlTest, AConnectionStringNamesItsFile) {
+  DataControl control(QStringLiteral("dtsorce1"));
+  control.SetConnectionString(QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=") +
+                              Path("study.mdb"));
+  EXPECT_EQ(control.DatabaseName(), Path("study.mdb"));
+  EXPECT_EQ(control.ConnectionString(), DataControl::ConnectionStringFor(Path("study.mdb")));
+  EXPECT_EQ(control.objectName(), "dtsorce1");
+}
+
+TEST_F(DataControlTest, ThereAreNoRowsBeforeARefresh) {
+  const DataControl control(QStringLiteral("x"));
+  EXPECT_FALSE(control.HasRecordset());
+  EXPECT_EQ(FailureOf([&] { (void)control.Recordset(); }), failure::kObjectNotSet);
+}
+
+TEST_F(DataControlTest, RefreshOpensTheFileAndTheRowsAndTells) {
+  GivenTasks(2);
+  DataControl control(QStringLiteral("x"));
+  const QSignalSpy reset(&control, &DataControl::RowsReset);
+  control.SetDatabaseName(Path("study.mdb"));
+  control.Refresh();
+  EXPECT_FALSE(control.HasRecordset());
+  EXPECT_TRUE(QFile::exists(Path("study.ldb")));
+  control.SetRecordSource(QStringLiteral("Risk_records"));
+  control.Refresh();
+  EXPECT_EQ(control.Recordset().RecordCount(), 2);
+  EXPECT_EQ(reset.count(), 2);
+}
+
+TEST_F(DataControlTest, RefreshCommitsThePendingEdit) {
+  GivenTasks(1);
+  DataControl control(QStringLiteral("x"));
+  control.SetDatabaseName(Path("study.mdb"));
+  control.SetRecordSource(QStringLiteral("Risk_records"));
+  control.Refresh();
+  control.Recordset().Set(1, QStringLiteral("kept"));
+  control.Refresh();
+  EXPECT_EQ(control.Recordset().Text(1), "kept");
+}
+
+TEST_F(DataControlTest, AnEditThatCannotBeCommittedIsToldBehindTheRefresh) {
+  GivenTasks(1);
+  DataControl control(QStringLiteral("x"));
+  control.SetDatabaseName(Path("study.mdb"));
+  control.SetRecordSource(QStringLiteral("Risk_records"));
+  control.Refresh();
+  control.Recordset().Set(1, QStringLiteral("mine"));
+  Exec(Path("study.mdb"), "UPDATE Risk_records SET Title='theirs'");
+  EXPECT_EQ(FailureOf([&] { control.Refresh(); }), failure::kRowChanged);
+  EXPECT_EQ(control.Recordset().Text(1), "theirs");
+}
+
+TEST_F(DataControlTest, PointingElsewhereLetsGoOfTheFirstFile) {
+  MakeStudy(Path("other.mdb"));
+  DataControl control(QStringLiteral("x"));
+  control.SetDatabaseName(Path("study.mdb"));
+  control.Refresh();
+  control.SetDatabaseName(Path("other.mdb"));
+  control.Refresh();
+  EXPECT_FALSE(QFile::exists(Path("study.ldb")));
+  EXPECT_TRUE(QFile::exists(Path("other.ldb")));
+  control.Close();
+  EXPECT_FALSE(QFile::exists(Path("other.ldb")));
+}
+
+TEST_F(DataControlTest, AFailedRefreshLeavesNoRowsAndSaysSo) {
+  GivenTasks(1);
+  DataControl control(QStringLiteral("x"));
+  control.SetDatabaseName(Path("study.mdb"));
+  control.SetRecordSource(QStringLiteral("Risk_records"));
+  control.Refresh();
+  const QSignalSpy shown(&control, &DataControl::Shown);
+  control.SetRecordSource(QStringLiteral("nowhere"));
+  EXPECT_EQ(FailureOf([&] { control.Refresh(); }), failure::kSyntax);
+  EXPECT_FALSE(control.HasRecordset());
+  EXPECT_EQ(shown.count(), 1);
+}
+
+TEST_F(DataControlTest, RefreshSeesAFileThatWasPutInItsPlace) {
+  GivenTasks(1);
+  MakeStudy(Path("new.mdb"));
+  DataControl control(QStringLiteral("x"));
+  control.SetDatabaseName(Path("study.mdb"));
+  control.SetRecordSource(QStringLiteral("Risk_records"));
+  control.Refresh();
+  ASSERT_EQ(rename(Path("new.mdb").toUtf8().constData(), Path("study.mdb").toUtf8().constData()),
+            0);
+  control.Refresh();
+  EXPECT_EQ(control.Recordset().RecordCount(), 0);
+}
+
+TEST_F(DataControlTest, ItPassesOnWhatItsRowsTell) {
+  GivenTasks(2);
+  DataControl control(QStringLiteral("x"));
+  control.SetDatabaseName(Path("study.mdb"));
+  control.SetRecordSource(QStringLiteral("Risk_records"));
+  control.Refresh();
+  const QSignalSpy row(&control, &DataControl::RowChanged);
+  const QSignalSpy field(&control, &DataControl::FieldChanged);
+  const QSignalSpy inserted(&control, &DataControl::RowInserted);
+  const QSignalSpy removed(&control, &DataControl::RowRemoved);
+  control.Recordset().MoveNext();
+  control.Recordset().Set(1, QStringLiteral("x"));
+  control.Recordset().AddNew();
+  control.Recordset().Update();
+  control.Recordset().Delete();
+  EXPECT_GE(row.count(), 3);
+  EXPECT_EQ(field.count(), 1);
+  EXPECT_EQ(inserted.count(), 1);
+  EXPECT_EQ(removed.count(), 1);
+}
+
+}  // namespace
+}  // namespace kestrix::testing

@@ -1,0 +1,230 @@
+#include "store/Database.h"
+
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "store/StoreTest.h"
+#include "support/RunAsNobody.h"
+
+namespace kestrix::testing {
+namespace {
+
+class DatabaseTest : public StoreTest {
+ protected:
+  bool SignLies() const { return QFile::exists(Path("study.ldb")); }
+
+  static QByteArray Bytes(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return file.readAll();
+  }
+  static void SetBytes(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_EQ(file.write(bytes), bytes.size());
+  }
+
+  /// A refused file fails with `number`, stays as it was and leaves no sign.
+  void ExpectRefused(const QByteArray& bytes, int number) {
+    const QString path = Path("bad.mdb");
+    SetBytes(path, bytes);
+    EXPECT_EQ(FailureOf([&] { const Database database(path); }), number);
+    EXPECT_EQ(Bytes(path), bytes);
+    EXPECT_FALSE(QFile::exists(Path("bad.ldb")));
+    EXPECT_FALSE(QFile::exists(path + "-journal"));
+  }
+};
+
+TEST_F(DatabaseTest, TheSignLiesBesideTheFileWhileAnyoneHasItOpen) {
+  auto first = std::make_unique<Database>(Path("study.mdb"));
+  EXPECT_TRUE(SignLies());
+  auto second = std::make_unique<Database>(Path("study.mdb"));
+  first.reset();
+  EXPECT_TRUE(SignLies());
+  second.reset();
+  EXPECT_FALSE(SignLies());
+}
+
+TEST_F(DatabaseTest, TheSignOfAKilledProcessStaysUntilTheNextClose) {
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    const Database database(Path("study.mdb"));
+    const char done = 1;
+    (void)!write(ready[1], &done, 1);
+    pause();
+    _exit(0);
+  }
+  char done = 0;
+  ASSERT_EQ(read(ready[0], &done, 1), 1);
+  EXPECT_TRUE(SignLies());
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+  EXPECT_TRUE(SignLies());
+  { const Database database(Path("study.mdb")); }
+  EXPECT_FALSE(SignLies());
+  close(ready[0]);
+  close(ready[1]);
+}
+
+TEST_F(DatabaseTest, ManyProcessesOpeningAndClosingLeaveNoSign) {
+  QList<pid_t> children;
+  for (int i = 0; i < 8; ++i) {
+    const pid_t child = fork();
+    if (child == 0) {
+      bool held = true;
+      for (int round = 0; round < 50; ++round) {
+        const Database database(Path("study.mdb"));
+        held = held && QFile::exists(Path("study.ldb"));
+      }
+      _exit(held ? 0 : 1);
+    }
+    children += child;
+  }
+  for (const pid_t child : children) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  }
+  EXPECT_FALSE(SignLies());
+}
+
+TEST_F(DatabaseTest, InAReadOnlyFolderTheFileIsReadAndNoSignIsMade) {
+  GivenTasks(1);
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  GiveToNobody(folder_.path());
+  QFile::setPermissions(folder_.path(), QFile::ReadOwner | QFile::ExeOwner);
+  const auto told = RunAsNobody([this] {
+    const Database database(Path("study.mdb"));
+    return QStringLiteral("%1 %2 %3")
+        .arg(database.IsReadOnly())
+        .arg(SignLies())
+        .arg(Tasks()->Text(1));
+  });
+  EXPECT_EQ(told, QStringLiteral("1 0 T1"));
+}
+
+TEST_F(DatabaseTest, ASignThatAnotherUserMadeIsHeldTooAndOutlivesTheirs) {
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  GiveToNobody(folder_.path());
+  SetBytes(Path("study.ldb"), {});  // of ours: nobody else may write into it
+  ASSERT_TRUE(QFile::setPermissions(Path("study.ldb"), QFile::ReadOwner | QFile::ReadOther));
+  const auto told = RunAsNobody([this] {
+    const Database mine(Path("study.mdb"));
+    { const Database another(Path("study.mdb")); }
+    return QString::number(SignLies());
+  });
+  EXPECT_EQ(told, QStringLiteral("1"));
+  EXPECT_FALSE(SignLies());
+}
+
+TEST_F(DatabaseTest, AMissingFileIsNamed) {
+  EXPECT_EQ(FailureOf([&] { const Database database(Path("none.mdb")); }), failure::kFileNotFound);
+  EXPECT_FALSE(QFile::exists(Path("none.mdb")));
+  EXPECT_FALSE(QFile::exists(Path("none.ldb")));
+}
+
+TEST_F(DatabaseTest, AFolderIsNoDatabase) {
+  EXPECT_EQ(FailureOf([&] { const Database database(folder_.path()); }), failure::kCannotOpen);
+}
+
+TEST_F(DatabaseTest, AnEmptyFileIsRefusedAndStaysEmpty) {
+  ExpectRefused({}, failure::kNotADatabase);
+}
+
+TEST_F(DatabaseTest, ATextIsRefused) {
+  ExpectRefused("Not a database at all, but a text of some length.\n", failure::kNotADatabase);
+}
+
+TEST_F(DatabaseTest, AFileThatOnlyBeginsLikeADatabaseIsRefused) {
+  ExpectRefused(QByteArray("SQLite format 3\0", 16) + QByteArray(5000, 'x'),
+                failure::kNotADatabase);
+}
+
+TEST_F(DatabaseTest, ATruncatedFileIsRefused) {
+  GivenTasks(500);
+  const QByteArray whole = Bytes(Path("study.mdb"));
+  for (const qsizetype size : {whole.size() / 2, whole.size() - 4096, qsizetype{100}}) {
+    ExpectRefused(whole.left(size), failure::kNotADatabase);
+  }
+}
+
+TEST_F(DatabaseTest, ADatabaseOfAnotherProgramIsRefused) {
+  const QString path = Path("other.mdb");
+  Exec(path, "CREATE TABLE people(name TEXT)");
+  const QByteArray before = Bytes(path);
+  EXPECT_EQ(FailureOf([&] { const Database database(path); }), failure::kNotADatabase);
+  EXPECT_EQ(Bytes(path), before);
+}
+
+TEST_F(DatabaseTest, TheChangeMarkFollowsChangesOfOthersAndOurs) {
+  Database database(Path("study.mdb"));
+  const qint64 before = database.ChangeMark();
+  EXPECT_EQ(database.ChangeMark(), before);
+  Exec(Path("study.mdb"), "INSERT INTO Risk_records(Title) VALUES('x')");
+  const qint64 after = database.ChangeMark();
+  EXPECT_NE(after, before);
+  sqlite3_exec(database.handle(), "DELETE FROM Risk_records", nullptr, nullptr, nullptr);
+  EXPECT_NE(database.ChangeMark(), after);
+}
+
+TEST_F(DatabaseTest, ItNoticesThatAnotherFileTookItsPlace) {
+  const Database database(Path("study.mdb"));
+  EXPECT_TRUE(database.IsTheFileAtItsPath());
+  MakeStudy(Path("new.mdb"));
+  ASSERT_EQ(rename(Path("new.mdb").toUtf8().constData(), Path("study.mdb").toUtf8().constData()),
+            0);
+  EXPECT_FALSE(database.IsTheFileAtItsPath());
+}
+
+TEST_F(DatabaseTest, ACopyIsTheFileByteForByte) {
+  GivenTasks(50);
+  CopyDatabase(Path("study.mdb"), Path("copy.mdb"));
+  EXPECT_EQ(Bytes(Path("copy.mdb")), Bytes(Path("study.mdb")));
+  EXPECT_FALSE(QFile::exists(Path("copy.mdb-journal")));
+}
+
+TEST_F(DatabaseTest, ACopyWaitsForNoReader) {
+  GivenTasks(5);
+  const auto rows = Tasks();
+  (void)rows->Text(1);
+  CopyDatabase(Path("study.mdb"), Path("copy.mdb"));
+  EXPECT_EQ(Read(Path("copy.mdb"), "SELECT count(*) FROM Risk_records"), QStringList{"5"});
+}
+
+TEST_F(DatabaseTest, CopiesTakenWhileOthersWriteAreWhole) {
+  const pid_t child = fork();
+  if (child == 0) {
+    Database database(Path("study.mdb"));
+    for (int i = 0;; ++i) {
+      const QByteArray sql = "BEGIN; INSERT INTO Risk_records(Project_Number,Title) VALUES('P','a" +
+                             QByteArray::number(i) +
+                             "'); INSERT INTO Risk_records(Project_Number,Title) VALUES('P','b" +
+                             QByteArray::number(i) + "'); COMMIT";
+      if (sqlite3_exec(database.handle(), sql.constData(), nullptr, nullptr, nullptr) !=
+          SQLITE_OK) {
+        _exit(1);
+      }
+    }
+  }
+  for (int i = 0; i < 20; ++i) {
+    CopyDatabase(Path("study.mdb"), Path("copy.mdb"));
+    EXPECT_EQ(Read(Path("copy.mdb"), "PRAGMA integrity_check"), QStringList{"ok"});
+    EXPECT_EQ(Read(Path("copy.mdb"), "SELECT count(*)%2 FROM Risk_records"), QStringList{"0"});
+  }
+  kill(child, SIGKILL);
+  waitpid(child, nullptr, 0);
+}
+
+TEST_F(DatabaseTest, WhatIsNoDatabaseIsCopiedAsTheFileThatItIs) {
+  SetBytes(Path("plain.kbp"), "plain");
+  CopyDatabase(Path("plain.kbp"), Path("copy.mdb"));
+  EXPECT_EQ(Bytes(Path("copy.mdb")), "plain");
+}
+
+}  // namespace
+}  // namespace kestrix::testing

@@ -1,0 +1,124 @@
+#include "store/LookupList.h"
+
+#include "store/RecordSources.h"
+#include "store/StoreTest.h"
+
+namespace kestrix::testing {
+namespace {
+
+class FakeBox : public ListBox {
+ public:
+  void Clear() override { items.clear(); }
+  void AddItem(const QString& item) override { items += item; }
+  [[nodiscard]] QString Text() const override { return text; }
+  void SetText(const QString& value) override { text = value; }
+
+  QStringList items;
+  QString text = QStringLiteral("typed");
+};
+
+class LookupListTest : public StoreTest {
+ protected:
+  void SetUp() override {
+    Exec(
+        Path("lists.mdb"),
+        "CREATE TABLE Prjstage(hazopstage VARCHAR(255)); CREATE TABLE PhaseMachLife(PhaseMachLife);"
+        "CREATE TABLE primaryhazard(hazardType, srno INTEGER PRIMARY KEY AUTOINCREMENT);"
+        "CREATE TABLE HazardType(hazardoccurrence, HazardTyp,"
+        " SrNo INTEGER PRIMARY KEY AUTOINCREMENT);"
+        "CREATE TABLE RecommTyp(RecommendationTyp); CREATE TABLE ActionBy(ActnBy);"
+        "INSERT INTO Prjstage VALUES('None.'),('N.A.'),('Design'),('design'),('Use');"
+        "INSERT INTO HazardType(hazardoccurrence,HazardTyp) VALUES('Crushing','Mechanical'),"
+        "('Noise','Noise hazards');");
+  }
+  std::unique_ptr<Recordset> Rows(const QString& sql) {
+    return std::make_unique<Recordset>(std::make_shared<Database>(Path("lists.mdb")), sql);
+  }
+  QStringList Stored() { return Read(Path("lists.mdb"), "SELECT hazopstage FROM Prjstage"); }
+};
+
+TEST_F(LookupListTest, OnlyTheTwoWordsAreReservedToTheLetter) {
+  EXPECT_TRUE(lookup::IsReserved(QStringLiteral("None.")));
+  EXPECT_TRUE(lookup::IsReserved(QStringLiteral("N.A.")));
+  EXPECT_FALSE(lookup::IsReserved(QStringLiteral("None")));
+  EXPECT_FALSE(lookup::IsReserved(QStringLiteral("none.")));
+  EXPECT_FALSE(lookup::IsReserved(QString()));
+}
+
+TEST_F(LookupListTest, FillingKeepsTheOrderOfTheTableAndLeavesTheText) {
+  const auto rows = Rows(sources::kPrjstage);
+  FakeBox box;
+  lookup::Fill(*rows, box);
+  EXPECT_EQ(box.items, (QStringList{"None.", "N.A.", "Design", "design", "Use"}));
+  EXPECT_EQ(box.text, "typed");
+  EXPECT_EQ(rows->AbsolutePosition(), 1);
+  lookup::FillToEnd(*rows, box);
+  EXPECT_EQ(box.items.size(), 5);
+  EXPECT_TRUE(rows->Eof());
+}
+
+TEST_F(LookupListTest, AnEmptyListFailsOrOnlyClears) {
+  const auto rows = Rows(sources::kActionBy);
+  FakeBox box;
+  box.items = QStringList{"old"};
+  EXPECT_EQ(FailureOf([&] { lookup::Fill(*rows, box); }), failure::kNoCurrentRow);
+  EXPECT_TRUE(box.items.isEmpty());
+  box.items = QStringList{"old"};
+  lookup::FillToEnd(*rows, box);
+  EXPECT_TRUE(box.items.isEmpty());
+}
+
+TEST_F(LookupListTest, KnowingIsExactInCaseAndWalksToTheEnd) {
+  const auto rows = Rows(sources::kPrjstage);
+  EXPECT_TRUE(lookup::Knows(*rows, QStringLiteral("design")));
+  EXPECT_TRUE(rows->Eof());
+  EXPECT_FALSE(lookup::Knows(*rows, QStringLiteral("DESIGN")));
+  EXPECT_FALSE(lookup::Knows(*Rows(sources::kActionBy), QString()));
+}
+
+TEST_F(LookupListTest, APairIsKnownByBothFields) {
+  const auto rows = Rows(QStringLiteral("HazardType"));
+  EXPECT_TRUE(lookup::KnowsPair(*rows, QStringLiteral("Noise"), QStringLiteral("Noise hazards")));
+  EXPECT_FALSE(lookup::KnowsPair(*rows, QStringLiteral("Noise"), QStringLiteral("Mechanical")));
+}
+
+TEST_F(LookupListTest, DeletingTakesTheFirstRowThatMatches) {
+  const auto rows = Rows(sources::kPrjstage);
+  lookup::DeleteFirst(*rows, QStringLiteral("Design"));
+  EXPECT_EQ(Stored(), (QStringList{"None.", "N.A.", "design", "Use"}));
+}
+
+TEST_F(LookupListTest, DeletingWhatIsNotThereFailsPastTheLastRow) {
+  const auto rows = Rows(sources::kPrjstage);
+  EXPECT_EQ(FailureOf([&] { lookup::DeleteFirst(*rows, QStringLiteral("nothing")); }),
+            failure::kNoCurrentRow);
+  EXPECT_EQ(Stored().size(), 5);
+}
+
+TEST_F(LookupListTest, DeletingAllSparesTheReservedWords) {
+  const auto rows = Rows(sources::kPrjstage);
+  lookup::DeleteAllBut(*rows, lookup::IsReserved);
+  EXPECT_EQ(Stored(), (QStringList{"None.", "N.A."}));
+}
+
+TEST_F(LookupListTest, DeletingAllGoesOnBehindAnEntryThatSomebodyElseDeleted) {
+  const auto rows = Rows(sources::kPrjstage);
+  Exec(Path("lists.mdb"), "DELETE FROM Prjstage WHERE hazopstage='Design'");
+  lookup::DeleteAllBut(*rows, lookup::IsReserved);
+  EXPECT_EQ(Stored(), (QStringList{"None.", "N.A."}));
+}
+
+TEST_F(LookupListTest, EveryRecordSourceOfTheListsOpens) {
+  for (const QString& sql :
+       {sources::kPrjstage, sources::kPhaseMachLife, sources::kPrimaryHazard, sources::kRecommTyp,
+        sources::kActionBy, sources::HazardTypesOf(QStringLiteral("Mechanical")),
+        sources::HazardTypesToDelete(QStringLiteral("Mechanical")),
+        sources::HazardTypesForTask(QStringLiteral("Mechanical")),
+        sources::HazardTypesForClick(QStringLiteral("Mechanical"))}) {
+    EXPECT_EQ(FailureOf([&] { Rows(sql); }), 0) << sql.toStdString();
+  }
+  EXPECT_EQ(Rows(sources::HazardTypesOf(QStringLiteral("Mechanical")))->RecordCount(), 1);
+}
+
+}  // namespace
+}  // namespace kestrix::testing
