@@ -1,0 +1,105 @@
+#include "formkit/ActiveForms.h"
+
+#include <QApplication>
+#include <QEvent>
+
+#include "formkit/FocusEvents.h"
+#include "formkit/Form.h"
+
+namespace kestrix {
+namespace {
+
+bool IsDialog(QObject* object) {
+  const auto* widget = qobject_cast<QWidget*>(object);
+  return widget && widget->isWindow() && widget->isModal() && !qobject_cast<const Form*>(widget);
+}
+
+}  // namespace
+
+ActiveForms::ActiveForms(FocusEvents& focus, QObject* parent) : QObject(parent), focus_(focus) {
+  qApp->installEventFilter(this);
+}
+
+Form* ActiveForms::active() const {
+  return active_;
+}
+
+Form* ActiveForms::frame() const {
+  return frame_;
+}
+
+void ActiveForms::Enter(Form* form) {
+  if (!frame_) frame_ = form;
+  if (!order_.contains(form)) order_.append(form);
+}
+
+void ActiveForms::Appear(Form* form) {
+  if (form != active_) coming_ = form;
+  form->raise();
+  form->activateWindow();
+  // A window that was hidden for a moment only never lost the keys, for the desktop.
+  if (QApplication::activeWindow() != form && form->windowHandle() &&
+      QGuiApplication::focusWindow() == form->windowHandle())
+    QApplication::setActiveWindow(form);
+}
+
+void ActiveForms::Disappear(Form* form) {
+  order_.removeAll(form);
+  if (told_ == form) told_ = nullptr;
+  if (coming_ == form) coming_ = nullptr;
+  if (active_ != form) return;
+  active_ = nullptr;
+  // A form that hides itself usually shows another one in the same breath, which needs no help.
+  QMetaObject::invokeMethod(this, &ActiveForms::BringForward, Qt::QueuedConnection);
+}
+
+void ActiveForms::BringForward() {
+  if (coming_ && coming_->isVisible()) return;
+  if (!active_) {
+    if (Form* next = Next()) Appear(next);
+    return;
+  }
+  // A dialog that closes leaves no window active where there is no window manager.
+  const QWidget* now = QApplication::activeWindow();
+  if ((!now || !now->isVisible()) && active_->isVisible()) Appear(active_);
+}
+
+Form* ActiveForms::Next() const {
+  if (QWidget* modal = QApplication::activeModalWidget()) return qobject_cast<Form*>(modal);
+  for (const QPointer<Form>& form : order_)
+    if (form && form->isVisible() && !form->isMinimized() && !form->IsUnloading()) return form;
+  return nullptr;
+}
+
+bool ActiveForms::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::WindowActivate) {
+    auto* form = qobject_cast<Form*>(watched);
+    if (form && form->isWindow() && QApplication::activeWindow() == form) TakeOver(form);
+  } else if (event->type() == QEvent::Hide && IsDialog(watched)) {
+    QMetaObject::invokeMethod(this, &ActiveForms::BringForward, Qt::QueuedConnection);
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+void ActiveForms::TakeOver(Form* form) {
+  if (form == active_ || form->IsUnloading()) return;
+  const QPointer<Form> taking = form;
+  active_ = form;
+  coming_ = nullptr;
+  order_.removeAll(form);
+  order_.prepend(form);
+  // Each step runs handlers, and they may bring yet another form to the front: then that one took
+  // over, and here is nothing left to tell.
+  const auto superseded = [&] { return !taking || active_ != taking; };
+
+  focus_.LeaveControl();
+  if (superseded() || told_ == form) return;
+  const QPointer<Form> before = std::exchange(told_, nullptr);
+  if (before && before->isVisible() && !before->IsUnloading())
+    before->Guarded([&] { before->Deactivate(); });
+  if (superseded()) return;
+  told_ = form;
+  form->Guarded([form] { form->Activate(); });
+}
+
+}  // namespace kestrix

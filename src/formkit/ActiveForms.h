@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+
+namespace kestrix {
+
+class FocusEvents;
+class Form;
+
+/// Knows which form of this program is the active one, and tells forms when they take over from
+/// another form or lose to one. Message boxes, file dialogs, popups and other programs don't count.
+/// The control that has the focus is told that it loses it, then its form that it lost, then the
+/// other form that it is active.
+///
+/// When the active form is hidden or unloaded, the visible form that was active last before it, and
+/// that no modal form bars, is brought to the front, behind the event in hand and unless another
+/// form took the front by then. A form that is hidden or unloaded isn't told that it lost: it
+/// knows.
+class ActiveForms : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit ActiveForms(FocusEvents& focus, QObject* parent = nullptr);
+
+  [[nodiscard]] Form* active() const;
+  /// The first form that was shown. All others stay above it.
+  [[nodiscard]] Form* frame() const;
+
+  /// Called by Form: it comes up; it wants the front; it is hidden or gone.
+  void Enter(Form* form);
+  void Appear(Form* form);
+  void Disappear(Form* form);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void TakeOver(Form* form);
+  void BringForward();
+  [[nodiscard]] Form* Next() const;
+
+  FocusEvents& focus_;
+  QPointer<Form> frame_;
+  QPointer<Form> active_;
+  QPointer<Form> coming_;        ///< a form that asked for the front and hasn't got it yet
+  QPointer<Form> told_;          ///< the form that was told last that it is active
+  QList<QPointer<Form>> order_;  ///< the visible forms, the last active one first
+};
+
+}  // namespace kestrix

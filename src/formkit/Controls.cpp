@@ -1,0 +1,169 @@
+#include "formkit/Controls.h"
+
+#include <QAbstractButton>
+#include <QAbstractScrollArea>
+#include <QApplication>
+#include <QComboBox>
+#include <QEvent>
+#include <QLineEdit>
+#include <QPalette>
+#include <QSignalBlocker>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace kestrix {
+namespace {
+
+/// The two colours that make up a control's face: what lies behind and what is written on it.
+struct Roles {
+  QPalette::ColorRole back;
+  QPalette::ColorRole text;
+};
+
+constexpr Roles kField{QPalette::Base, QPalette::Text};
+constexpr Roles kButton{QPalette::Button, QPalette::ButtonText};
+constexpr Roles kPanel{QPalette::Window, QPalette::WindowText};
+
+Roles RolesOf(const QWidget* control) {
+  if (qobject_cast<const QLineEdit*>(control) || qobject_cast<const QComboBox*>(control) ||
+      qobject_cast<const QAbstractScrollArea*>(control))
+    return kField;
+  return kPanel;
+}
+
+/// How bright a colour is to the eye, from 0 to 1.
+double Luminance(QRgb colour) {
+  const auto linear = [](int channel) {
+    const double part = channel / 255.0;
+    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) +
+         0.0722 * linear(qBlue(colour));
+}
+
+void Paint(QPalette& palette, Roles roles, QRgb colour) {
+  // Above this, black is the one of the two that stands out more.
+  constexpr double kBlackReadsBetter = 0.179;
+  const QColor text = Luminance(colour) > kBlackReadsBetter ? Qt::black : Qt::white;
+  for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+    palette.setColor(group, roles.back, QColor::fromRgb(colour));
+    palette.setColor(group, roles.text, text);
+  }
+}
+
+constexpr auto kFilledBefore = "kestrix_filled_before";
+
+/// Turns the wheel away from a combo box: it belongs to the list below or to the page.
+class WheelGuard : public QObject {
+ public:
+  using QObject::QObject;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() != QEvent::Wheel) return QObject::eventFilter(watched, event);
+    event->ignore();
+    return true;
+  }
+};
+
+}  // namespace
+
+WaitCursor::WaitCursor() {
+  QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+WaitCursor::~WaitCursor() {
+  Restore();
+}
+
+void WaitCursor::Restore() {
+  if (std::exchange(waiting_, false)) QApplication::restoreOverrideCursor();
+}
+
+void SetBackColour(QWidget* control, QRgb colour) {
+  QPalette palette = control->palette();
+  const Roles roles = RolesOf(control);
+  Paint(palette, roles, colour);
+  if (qobject_cast<QComboBox*>(control) || qobject_cast<QAbstractButton*>(control))
+    Paint(palette, kButton, colour);
+  control->setPalette(palette);
+  if (roles.back != QPalette::Window) return;
+  if (!control->property(kFilledBefore).isValid())
+    control->setProperty(kFilledBefore, control->autoFillBackground());
+  control->setAutoFillBackground(true);
+}
+
+void SetSystemBack(QWidget* control) {
+  control->setPalette(QPalette());
+  const QVariant filled = control->property(kFilledBefore);
+  if (!filled.isValid()) return;
+  control->setAutoFillBackground(filled.toBool());
+  control->setProperty(kFilledBefore, QVariant());
+}
+
+QPalette::ColorRole LinkRole(const QWidget* control) {
+  constexpr double kReadable = 4.5;  // between the lighter and the darker of two colours
+  const QPalette& palette = control->palette();
+  const double link = Luminance(palette.color(QPalette::Link).rgb()) + 0.05;
+  const double panel = Luminance(palette.color(QPalette::Window).rgb()) + 0.05;
+  return std::max(link, panel) / std::min(link, panel) < kReadable ? QPalette::WindowText
+                                                                   : QPalette::Link;
+}
+
+QRgb BackColour(const QWidget* control) {
+  return control->palette().color(QPalette::Active, RolesOf(control).back).rgb();
+}
+
+void SettleCombo(QComboBox* combo) {
+  constexpr auto kGuardName = "kestrix_wheel_guard";
+  if (!combo->findChild<QObject*>(kGuardName, Qt::FindDirectChildrenOnly)) {
+    auto* guard = new WheelGuard(combo);
+    guard->setObjectName(kGuardName);
+    combo->installEventFilter(guard);
+  }
+  combo->setInsertPolicy(QComboBox::NoInsert);
+  if (!combo->isEditable()) return;
+  combo->setCompleter(nullptr);
+  // A text that was typed is not picked from the list, even if it stands there.
+  QObject::disconnect(combo->lineEdit(), &QLineEdit::editingFinished, combo, nullptr);
+}
+
+void ComboListBox::Clear() {
+  combo_->clear();
+  if (combo_->isEditable()) combo_->clearEditText();
+}
+
+void ComboListBox::AddItem(const QString& text) {
+  QLineEdit* edit = combo_->lineEdit();
+  if (!edit || combo_->currentIndex() >= 0 || combo_->count() > 0) {
+    combo_->addItem(text);
+    return;
+  }
+  // The first item would be taken as chosen, and its text with it.
+  const QSignalBlocker combo_is_silent(combo_);
+  const QSignalBlocker edit_is_silent(edit);
+  const QString kept = edit->text();
+  const int cursor = edit->cursorPosition();
+  const int start = edit->selectionStart();
+  const int length = edit->selectionLength();
+  combo_->addItem(text);
+  combo_->setCurrentIndex(-1);
+  edit->setText(kept);
+  edit->setCursorPosition(cursor);
+  if (start >= 0) edit->setSelection(start, length);
+}
+
+QString ComboListBox::Text() const {
+  return combo_->currentText();
+}
+
+void ComboListBox::SetText(const QString& text) {
+  combo_->setCurrentText(text);
+}
+
+void SelectAll(QComboBox* combo) {
+  if (combo->lineEdit()) combo->lineEdit()->selectAll();
+}
+
+}  // namespace kestrix

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QCursor>
+#include <QPalette>
+#include <QRgb>
+
+#include "store/LookupList.h"
+
+class QComboBox;
+class QLineEdit;
+class QWidget;
+
+namespace kestrix {
+
+/// Shows the wait cursor while it lives. It may be put back early, once.
+class WaitCursor {
+ public:
+  WaitCursor();
+  ~WaitCursor();
+  WaitCursor(const WaitCursor&) = delete;
+  WaitCursor& operator=(const WaitCursor&) = delete;
+  void Restore();
+
+ private:
+  bool waiting_ = true;
+};
+
+/// Colours that the rules give as red-green-blue numbers.
+namespace colour {
+inline constexpr QRgb kWarning = 0xFFFFE0C0;     ///< a field that has to be mended
+inline constexpr QRgb kPaleYellow = 0xFFFFFF80;  ///< a name, or the field in hand
+}  // namespace colour
+
+/// Paints the back of a label, a box or a frame, enabled or not, with a text colour that can be
+/// read on it. SetSystemBack gives the colours of the desktop back. BackColour tells the colour in
+/// force.
+void SetBackColour(QWidget* control, QRgb colour);
+void SetSystemBack(QWidget* control);
+[[nodiscard]] QRgb BackColour(const QWidget* control);
+/// The colour that a control that acts as a link is written in: the desktop's colour of links where
+/// it stands out from the panel, the panel's own text colour where it doesn't.
+[[nodiscard]] QPalette::ColorRole LinkRole(const QWidget* control);
+
+/// An editable combo box that takes exactly what is typed: nothing is completed, inserted or
+/// changed by the wheel over it. Form applies it to every combo box that it holds.
+void SettleCombo(QComboBox* combo);
+
+/// Empties or fills a combo box without its text following the items.
+class ComboListBox : public ListBox {
+ public:
+  explicit ComboListBox(QComboBox* combo) : combo_(combo) {}
+  void Clear() override;                       ///< items and text
+  void AddItem(const QString& text) override;  ///< leaves the text alone
+  [[nodiscard]] QString Text() const override;
+  void SetText(const QString& text) override;
+
+ private:
+  QComboBox* combo_;
+};
+
+/// Selects the whole text of a combo or line box.
+void SelectAll(QComboBox* combo);
+
+}  // namespace kestrix

@@ -1,0 +1,236 @@
+#include "formkit/FocusEvents.h"
+
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QComboBox>
+#include <QFocusEvent>
+#include <QMenuBar>
+#include <QScopedValueRollback>
+#include <QShortcutEvent>
+#include <QTableView>
+
+#include "formkit/Form.h"
+
+namespace kestrix {
+namespace {
+
+/// Handlers that send the focus to each other must not keep the program busy for ever.
+constexpr int kMostMoves = 16;
+
+Form* FormOf(const QWidget* widget) {
+  return widget ? qobject_cast<Form*>(widget->window()) : nullptr;
+}
+
+bool IsMadeOfParts(const QWidget* widget) {
+  return qobject_cast<const QComboBox*>(widget) || qobject_cast<const QAbstractSpinBox*>(widget) ||
+         qobject_cast<const QTableView*>(widget);
+}
+
+bool IsDialogOfDesktop(QObject* object) {
+  const auto* widget = qobject_cast<QWidget*>(object);
+  return widget && widget->isWindow() && widget->isModal() && !qobject_cast<const Form*>(widget);
+}
+
+}  // namespace
+
+FocusEvents::FocusEvents(QObject* parent) : QObject(parent) {
+  qApp->installEventFilter(this);
+  connect(qApp, &QApplication::focusChanged, this, &FocusEvents::FocusMoved);
+}
+
+FocusEvents::~FocusEvents() = default;
+
+FocusEvents::Handlers& FocusEvents::HandlersOf(QWidget* control) {
+  if (!handlers_.contains(control))
+    connect(control, &QObject::destroyed, this, [this, control] { handlers_.remove(control); });
+  return handlers_[control];
+}
+
+void FocusEvents::OnGotFocus(QWidget* control, Handler handler) {
+  HandlersOf(control).got = std::move(handler);
+}
+
+void FocusEvents::OnLostFocus(QWidget* control, Handler handler) {
+  HandlersOf(control).lost = std::move(handler);
+}
+
+void FocusEvents::FocusLater(QWidget* control, Handler then) {
+  if (leaving_) held_ = leaving_ == control;
+  later_ = control;
+  then_ = std::move(then);
+  QueueFocus();
+}
+
+void FocusEvents::QueueFocus() {
+  if (focus_queued_) return;
+  focus_queued_ = true;
+  QMetaObject::invokeMethod(this, &FocusEvents::FocusNow, Qt::QueuedConnection);
+}
+
+void FocusEvents::FocusNow() {
+  // A button that is pressed would lose its click with the focus. The release calls again.
+  const bool button_down = button_down_ && QGuiApplication::mouseButtons() != Qt::NoButton;
+  if (button_down && !returning_) {
+    waits_for_release_ = true;
+    return;
+  }
+  focus_queued_ = false;
+  returning_ = false;
+  const QPointer<QWidget> control = later_;
+  const Handler then = std::exchange(then_, {});
+  later_ = nullptr;
+  if (control && control->isVisible() && control->isEnabled()) {
+    QWidget* window = control->window();
+    const QWidget* modal = QApplication::activeModalWidget();
+    const bool barred = modal && modal != window;
+    if (!window->isActiveWindow() && !barred && FormOf(control)) {
+      window->raise();
+      window->activateWindow();
+    }
+    control->setFocus(Qt::OtherFocusReason);
+    if (then) then();
+  }
+  // A focus that was held back and then found its control gone stays where it went.
+  FollowFocus();
+}
+
+void FocusEvents::LeaveControl() {
+  if (telling_) return;
+  returning_ = Leave();
+}
+
+void FocusEvents::Forget(const QWidget* control) {
+  const auto is_within = [control](const QWidget* widget) {
+    return widget && (widget == control || control->isAncestorOf(widget));
+  };
+  if (is_within(control_)) control_ = nullptr;
+  if (is_within(later_)) {
+    later_ = nullptr;
+    then_ = {};
+  }
+}
+
+QWidget* FocusEvents::ControlOf(QWidget* widget) const {
+  if (!FormOf(widget) || qobject_cast<QMenuBar*>(widget)) return nullptr;
+  for (QWidget* at = widget; at && !at->isWindow(); at = at->parentWidget())
+    if (handlers_.contains(at) || IsMadeOfParts(at)) return at;
+  return widget;
+}
+
+void FocusEvents::FocusMoved(QWidget* /*old*/, QWidget* /*now*/) {
+  const bool by_press = std::exchange(press_in_hand_, false);
+  if (telling_) return;  // the handler that runs is followed by a look at the focus
+  dialog_shown_ = false;
+  FollowFocus();
+  if (by_press && (returning_ || dialog_shown_)) SwallowPress();
+}
+
+void FocusEvents::SwallowPress() {
+  swallow_press_ = true;
+  // The press comes before the event loop does. When it doesn't, the next one isn't meant.
+  QMetaObject::invokeMethod(
+      this, [this] { swallow_press_ = false; }, Qt::QueuedConnection);
+}
+
+void FocusEvents::FollowFocus() {
+  if (telling_ || returning_) return;
+  for (int move = 0; move < kMostMoves; ++move) {
+    QWidget* now = ControlOf(QApplication::focusWidget());
+    if (!now || now == control_) return;
+    if (control_) {
+      returning_ = Leave();
+      if (returning_) return;
+      continue;  // the handler may have moved the focus on
+    }
+    control_ = now;
+    TellGot(now);
+  }
+}
+
+/// Tells `control_` that it lost the focus; true when its handler holds the focus back.
+bool FocusEvents::Leave() {
+  const QPointer<QWidget> control = control_;
+  control_ = nullptr;
+  if (!control) return false;
+  const Form* form = FormOf(control);
+  if (form && form->IsUnloading()) return false;
+  const Handler lost = handlers_.value(control).lost;
+  if (!lost) return false;
+
+  const QScopedValueRollback<bool> telling(telling_, true);
+  held_ = false;
+  leaving_ = control;
+  lost();
+  leaving_ = nullptr;
+  // A message in the handler lets the event loop run, and a focus that was asked for before it
+  // has come back already; then there is nothing to wait for.
+  return held_ && focus_queued_;
+}
+
+void FocusEvents::TellGot(QWidget* control) {
+  const Form* form = FormOf(control);
+  if (form && form->IsUnloading()) return;
+  const Handler got = handlers_.value(control).got;
+  if (!got) return;
+  const QScopedValueRollback<bool> telling(telling_, true);
+  got();
+}
+
+bool FocusEvents::eventFilter(QObject* watched, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::FocusIn:
+      if (watched->isWidgetType() && !telling_)
+        press_in_hand_ = static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason;
+      break;
+    case QEvent::Show:
+      if (leaving_ && IsDialogOfDesktop(watched)) dialog_shown_ = true;
+      break;
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+      if (watched->isWidgetType() && TakesPress(event)) return true;
+      break;
+    case QEvent::MouseMove:
+      if (watched->isWidgetType() && swallow_rest_) return true;
+      break;
+    case QEvent::MouseButtonRelease:
+      if (watched->isWidgetType() && TakesRelease(event)) return true;
+      break;
+    case QEvent::Shortcut:
+      if (auto* button = qobject_cast<QAbstractButton*>(watched))
+        if (TakesMnemonic(button, event)) return true;
+      break;
+    default:
+      break;
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+bool FocusEvents::TakesPress(QEvent* event) {
+  // The second press of a double click may come before a focus that was held is back.
+  swallow_rest_ = std::exchange(swallow_press_, false) || returning_;
+  button_down_ = !swallow_rest_;
+  if (swallow_rest_) event->accept();  // so that no parent is given it instead
+  return swallow_rest_;
+}
+
+bool FocusEvents::TakesRelease(QEvent* event) {
+  button_down_ = false;
+  if (std::exchange(waits_for_release_, false))
+    QMetaObject::invokeMethod(this, &FocusEvents::FocusNow, Qt::QueuedConnection);
+  if (swallow_rest_) event->accept();
+  return std::exchange(swallow_rest_, false);
+}
+
+bool FocusEvents::TakesMnemonic(QAbstractButton* button, QEvent* event) {
+  if (!FormOf(button) || static_cast<QShortcutEvent*>(event)->isAmbiguous()) return false;
+  if (!button->isEnabled() || button->focusPolicy() == Qt::NoFocus) return false;
+  const QPointer<QAbstractButton> called = button;
+  dialog_shown_ = false;
+  button->setFocus(Qt::ShortcutFocusReason);
+  const bool held = returning_ || dialog_shown_;
+  if (!held && called && called->isEnabled() && called->isVisible()) called->click();
+  return true;
+}
+
+}  // namespace kestrix

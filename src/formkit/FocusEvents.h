@@ -1,0 +1,89 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <functional>
+
+class QAbstractButton;
+class QWidget;
+
+namespace kestrix {
+
+/// Tells controls of forms when the focus comes and goes between controls of this program. A popup,
+/// a menu, a message box, a file dialog or another program in between does not count: the control
+/// that had the focus before has kept it, for the rules, when it comes back.
+///
+/// Losing the focus is told before the press that took it does anything, and before the click of a
+/// button that was called by its mnemonic. When a handler of a lost focus holds the focus back, or
+/// shows a message, that press is not delivered any more: a person who is told to mend a field has
+/// not clicked the button behind the message. A control that the focus only passed through, because
+/// it was held back, is told neither that it got the focus nor that it lost it.
+///
+/// A focus that moves while a handler runs is told when that handler is done, and then only where
+/// it came to stand.
+class FocusEvents : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit FocusEvents(QObject* parent = nullptr);
+  ~FocusEvents() override;
+
+  using Handler = std::function<void()>;
+  /// One handler a control and event; a later one replaces it. Forgotten when the control goes.
+  /// A handler lets no exception out.
+  void OnGotFocus(QWidget* control, Handler handler);
+  void OnLostFocus(QWidget* control, Handler handler);
+
+  /// Sends the focus to `control` behind the event in hand, and behind the click when a mouse
+  /// button is down, then runs `then` (a selection, say). The form of the control comes to the
+  /// front with it, unless a modal one bars it. Nothing happens when the control is gone, hidden or
+  /// disabled by then. The last call wins.
+  void FocusLater(QWidget* control, Handler then = {});
+
+  /// Tells the control that has the focus that it loses it, once: its form is about to lose the
+  /// front to another form.
+  void LeaveControl();
+  /// Forgets that `control`, or a control within it, had the focus, without telling it.
+  void Forget(const QWidget* control);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  struct Handlers {
+    Handler got;
+    Handler lost;
+  };
+
+  Handlers& HandlersOf(QWidget* control);
+  [[nodiscard]] QWidget* ControlOf(QWidget* widget) const;
+  void FocusMoved(QWidget* old, QWidget* now);
+  void FollowFocus();
+  [[nodiscard]] bool Leave();
+  void TellGot(QWidget* control);
+  void QueueFocus();
+  void FocusNow();
+  void SwallowPress();
+  [[nodiscard]] bool TakesPress(QEvent* event);
+  [[nodiscard]] bool TakesRelease(QEvent* event);
+  [[nodiscard]] bool TakesMnemonic(QAbstractButton* button, QEvent* event);
+
+  QHash<QWidget*, Handlers> handlers_;
+  QPointer<QWidget> control_;  ///< that has the focus, for the rules
+  QPointer<QWidget> later_;
+  Handler then_;
+  bool focus_queued_ = false;
+  bool waits_for_release_ = false;
+  bool telling_ = false;        ///< a handler is running
+  QPointer<QWidget> leaving_;   ///< the control whose lost-focus handler is running
+  bool held_ = false;           ///< that handler sent the focus back to its own control
+  bool dialog_shown_ = false;   ///< that handler showed a message or a dialog
+  bool returning_ = false;      ///< a focus that was held back is on its way
+  bool press_in_hand_ = false;  ///< the focus moved by a press that is yet to be delivered
+  bool swallow_press_ = false;
+  bool button_down_ = false;   ///< a press was delivered and its release wasn't yet
+  bool swallow_rest_ = false;  ///< moves and the release of a press that was swallowed
+};
+
+}  // namespace kestrix

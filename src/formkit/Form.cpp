@@ -1,0 +1,176 @@
+#include "formkit/Form.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QWindow>
+#include <algorithm>
+
+#include "formkit/ActiveForms.h"
+#include "formkit/Controls.h"
+#include "formkit/FocusEvents.h"
+#include "store/DataControl.h"
+
+namespace kestrix {
+
+Form::Form(FormKit& kit) : kit_(kit) {}
+
+Form::~Form() {
+  kit_.focus.Forget(this);
+  kit_.forms.Disappear(this);
+}
+
+void Form::LoadForm() {
+  SettleControls();
+  Guarded([this] { Load(); });
+}
+
+void Form::SettleControls() {
+  const auto combos = findChildren<QComboBox*>();
+  for (QComboBox* combo : combos) SettleCombo(combo);
+  const auto buttons = findChildren<QPushButton*>();
+  for (QPushButton* button : buttons) button->setAutoDefault(false);
+}
+
+void Form::ShowForm() {
+  if (unloading_) return;
+  if (!isVisible()) setWindowModality(Qt::NonModal);
+  ComeUp();
+}
+
+void Form::ShowFormModal() {
+  if (unloading_) return;
+  if (windowModality() != Qt::ApplicationModal) {
+    // The desktop takes note of the modality only when a window comes up.
+    const QScopedValueRollback<bool> again(coming_up_again_, isVisible());
+    hide();
+    setWindowModality(Qt::ApplicationModal);
+    TakePlace();
+    show();
+  }
+  ComeUp();
+}
+
+void Form::ComeUp() {
+  if (isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
+  TakePlace();
+  show();
+  if (isWindow()) kit_.forms.Appear(this);
+}
+
+/// A form that nobody has given a place comes up in the middle of the frame's screen, so that it is
+/// seen whole and the frame shows behind it. One that is larger than the screen shows its
+/// beginning.
+void Form::TakePlace() {
+  if (!isWindow() || testAttribute(Qt::WA_Moved)) return;
+  const QWidget* frame = kit_.forms.frame() ? kit_.forms.frame() : this;
+  // What a window manager puts around the frame it will put around this form too.
+  const QSize border = frame->frameGeometry().size() - frame->size();
+  const QRect screen = frame->screen()->availableGeometry();
+  QRect place(QPoint(), size() + border);
+  place.moveCenter(screen.center());
+  move(std::max(place.left(), screen.left()), std::max(place.top(), screen.top()));
+}
+
+void Form::HideForm() {
+  hide();
+}
+
+void Form::UnloadForm() {
+  if (unloading_) return;
+  unloading_ = true;
+  GuardedAlways([this] { QueryUnload(); });
+  GuardedAlways([this] { Unload(); });
+  gone_ = true;
+  const auto sources = findChildren<DataControl*>();
+  for (DataControl* source : sources) GuardedAlways([source] { source->Close(); });
+  hide();
+  kit_.focus.Forget(this);
+  kit_.forms.Disappear(this);
+  Q_EMIT Unloaded();
+  deleteLater();
+}
+
+void Form::closeEvent(QCloseEvent* event) {
+  event->accept();
+  UnloadForm();
+}
+
+void Form::showEvent(QShowEvent* event) {
+  if (!event->spontaneous() && isWindow()) {
+    kit_.forms.Enter(this);
+    KeepAboveFrame();
+  }
+  QMainWindow::showEvent(event);
+}
+
+void Form::KeepAboveFrame() {
+  const Form* frame = kit_.forms.frame();
+  if (frame && frame != this && windowHandle() && frame->windowHandle())
+    windowHandle()->setTransientParent(frame->windowHandle());
+}
+
+void Form::hideEvent(QHideEvent* event) {
+  QMainWindow::hideEvent(event);
+  if (!event->spontaneous() && !coming_up_again_) kit_.forms.Disappear(this);
+}
+
+void Form::Guarded(const std::function<void()>& work) {
+  if (gone_) return;
+  GuardedAlways(work);
+}
+
+void Form::GuardedAlways(const std::function<void()>& work) {
+  QString description;
+  try {
+    work();
+    return;
+  } catch (const Failure& failure) {
+    description = failure.description();
+  } catch (const std::exception& error) {
+    description = QString::fromUtf8(error.what());
+  }
+  Tell(Icon::kCritical, title::kProgram, description);
+}
+
+void Form::FocusLater(QWidget* control, std::function<void()> then) {
+  if (!then) {
+    kit_.focus.FocusLater(control);
+    return;
+  }
+  kit_.focus.FocusLater(control, [form = QPointer<Form>(this), then = std::move(then)] {
+    if (form) form->Guarded(then);
+  });
+}
+
+void Form::TakeFrontBack() {
+  const auto take = [this] {
+    const QWidget* modal = QApplication::activeModalWidget();
+    if (unloading_ || !isVisible() || (modal && modal != this)) return;
+    const Form* rival = kit_.forms.active();
+    if (rival && rival != this && rival->holds_front_) return;
+    kit_.forms.Appear(this);
+  };
+  QMetaObject::invokeMethod(this, take, Qt::QueuedConnection);
+}
+
+void Form::Tell(Icon icon, const QString& title, const QString& text) const {
+  messages().Show(kestrix::Tell(icon, title, text));
+}
+
+Button Form::Ask(Icon icon, const QString& title, const QString& text) const {
+  return messages().Show(kestrix::Ask(icon, title, text));
+}
+
+void Form::ConnectGotFocus(QWidget* control, std::function<void()> handler) {
+  kit_.focus.OnGotFocus(control, [this, handler = std::move(handler)] { Guarded(handler); });
+}
+
+void Form::ConnectLostFocus(QWidget* control, std::function<void()> handler) {
+  kit_.focus.OnLostFocus(control, [this, handler = std::move(handler)] { Guarded(handler); });
+}
+
+}  // namespace kestrix

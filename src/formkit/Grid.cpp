@@ -1,0 +1,205 @@
+#include "formkit/Grid.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScopedValueRollback>
+
+#include "platform/Failure.h"
+#include "store/DataControl.h"
+
+namespace kestrix {
+namespace {
+
+/// Width of a narrow column for its title, in hundredths, so that a sort of margin is left.
+constexpr int kTitleRoom = 130;
+constexpr int kRowRoom = 8;
+
+int FieldOrNone(const DataControl& source, const QString& name) {
+  try {
+    return source.Recordset().FieldIndex(name);
+  } catch (const Failure&) {
+    return -1;
+  }
+}
+
+}  // namespace
+
+GridModel::GridModel(DataControl& source, QList<GridColumn> columns, QObject* parent)
+    : QAbstractTableModel(parent), source_(source), columns_(std::move(columns)) {
+  ReadShape();
+  connect(&source, &DataControl::RowsReset, this, &GridModel::Reset);
+  connect(&source, &DataControl::RowRemoved, this, &GridModel::TakeOut);
+  connect(&source, &DataControl::RowInserted, this, &GridModel::PutIn);
+  connect(&source, &DataControl::Shown, this, &GridModel::CurrentRowChanged);
+  connect(&source, &DataControl::FieldChanged, this, &GridModel::CurrentRowChanged);
+}
+
+void GridModel::ReadShape() {
+  rows_ = source_.HasRecordset() ? source_.Recordset().RecordCount() : 0;
+  fields_.clear();
+  for (const GridColumn& column : columns_) fields_ += FieldOrNone(source_, column.field);
+}
+
+void GridModel::Reset() {
+  const QScopedValueRollback<bool> changing(changing_, true);
+  beginResetModel();
+  ReadShape();
+  endResetModel();
+}
+
+void GridModel::TakeOut(int position) {
+  const QScopedValueRollback<bool> changing(changing_, true);
+  beginRemoveRows({}, position - 1, position - 1);
+  --rows_;
+  endRemoveRows();
+}
+
+void GridModel::PutIn(int position) {
+  const QScopedValueRollback<bool> changing(changing_, true);
+  beginInsertRows({}, position - 1, position - 1);
+  ++rows_;
+  endInsertRows();
+}
+
+void GridModel::CurrentRowChanged() {
+  if (!source_.HasRecordset()) return;
+  const int row = source_.Recordset().AbsolutePosition() - 1;
+  if (row < 0 || row >= rows_) return;
+  Q_EMIT dataChanged(index(row, 0), index(row, columnCount() - 1));
+}
+
+int GridModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : rows_;
+}
+
+int GridModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+}
+
+QVariant GridModel::data(const QModelIndex& index, int role) const {
+  if (role != Qt::DisplayRole || !index.isValid() || !source_.HasRecordset()) return {};
+  const int field = fields_.at(index.column());
+  if (field < 0) return {};
+  try {
+    return source_.Recordset().ShownText(index.row() + 1, field);
+  } catch (const Failure&) {
+    return {};  // a list shows nothing of a row that can't be read
+  }
+}
+
+QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (role != Qt::DisplayRole || orientation != Qt::Horizontal) return {};
+  return columns_.at(section).title;
+}
+
+Grid::Grid(QWidget* parent) : QTableView(parent) {
+  setSelectionMode(SingleSelection);
+  setSelectionBehavior(SelectRows);
+  setEditTriggers(NoEditTriggers);
+  setAlternatingRowColors(true);
+  setTabKeyNavigation(false);
+  setWordWrap(false);
+  setCornerButtonEnabled(false);
+  // All rows have one height, so that the number of rows costs nothing.
+  verticalHeader()->hide();
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  verticalHeader()->setMinimumSectionSize(1);
+  verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowRoom);
+  horizontalHeader()->setHighlightSections(false);
+  horizontalHeader()->setSectionsClickable(false);
+  connect(this, &QTableView::clicked, this, &Grid::Click);
+  connect(this, &QTableView::doubleClicked, this, &Grid::DblClick);
+}
+
+void Grid::SetSource(DataControl& source, QList<GridColumn> columns) {
+  source_ = &source;
+  model_ = new GridModel(source, std::move(columns), this);
+  setModel(model_);
+  SettleColumns();
+  // Connected behind the model, which has the rows by then.
+  connect(&source, &DataControl::RowsReset, this, &Grid::FollowCursor);
+  connect(&source, &DataControl::RowRemoved, this, &Grid::FollowCursor);
+  connect(&source, &DataControl::RowInserted, this, &Grid::FollowCursor);
+  connect(&source, &DataControl::Shown, this, &Grid::FollowCursor);
+  connect(&source, &DataControl::RowChanged, this, &Grid::CursorMoved);
+  FollowCursor();
+}
+
+void Grid::SettleColumns() {
+  QHeaderView* header = horizontalHeader();
+  int widest = 0;
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    header->setSectionResizeMode(column, QHeaderView::Interactive);
+    header->resizeSection(column, header->sectionSizeHint(column) * kTitleRoom / 100);
+    if (header->sectionSize(column) > header->sectionSize(widest)) widest = column;
+  }
+  header->setSectionResizeMode(widest, QHeaderView::Stretch);
+}
+
+int Grid::Row() const {
+  return currentIndex().row();
+}
+
+int Grid::CursorRow() const {
+  if (!source_ || !source_->HasRecordset()) return -1;
+  const int row = source_->Recordset().AbsolutePosition() - 1;
+  return row >= 0 && row < model_->rowCount() ? row : -1;
+}
+
+void Grid::FollowCursor() {
+  if (!model_ || model_->IsChanging()) return;
+  const QScopedValueRollback<bool> following(following_, true);
+  const int row = CursorRow();
+  if (row < 0) {
+    selectionModel()->clear();
+    return;
+  }
+  const QModelIndex there = model_->index(row, std::max(currentIndex().column(), 0));
+  selectionModel()->setCurrentIndex(
+      there, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+void Grid::CursorMoved() {
+  FollowCursor();
+  if (source_->HasRecordset() && source_->Recordset().AbsolutePosition() >= 1)
+    Q_EMIT RowColChange();
+}
+
+void Grid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QTableView::currentChanged(current, previous);
+  const bool picked = model_ && !following_ && !model_->IsChanging();
+  if (!picked || !current.isValid() || current.row() == CursorRow()) return;
+  const int row = current.row();
+  try {
+    source_->Recordset().SetAbsolutePosition(row + 1);
+  } catch (const Failure&) {
+    // The row that is left couldn't be stored, and the cursor stays on it. Nothing is shown here.
+  }
+  // The view goes on to highlight what was picked; the cursor has the last word.
+  if (CursorRow() != row)
+    QMetaObject::invokeMethod(this, &Grid::FollowCursor, Qt::QueuedConnection);
+}
+
+void Grid::focusInEvent(QFocusEvent* event) {
+  // A view without a current row takes its first one with the focus, which nobody picked.
+  {
+    const QScopedValueRollback<bool> following(following_, true);
+    QTableView::focusInEvent(event);
+  }
+  FollowCursor();
+}
+
+void Grid::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (enter && Row() >= 0) {
+    Q_EMIT DblClick();
+    return;
+  }
+  QTableView::keyPressEvent(event);
+}
+
+void Grid::keyboardSearch(const QString& /*search*/) {
+  // Searching by letters would read every row.
+}
+
+}  // namespace kestrix

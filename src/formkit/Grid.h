@@ -1,0 +1,92 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QList>
+#include <QString>
+#include <QTableView>
+
+namespace kestrix {
+
+class DataControl;
+
+struct GridColumn {
+  QString title;
+  QString field;
+};
+
+/// The rows of a data control as a table to pick from. It reads only the rows that are looked at. A
+/// column whose field the record source doesn't have is empty.
+class GridModel : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  GridModel(DataControl& source, QList<GridColumn> columns, QObject* parent = nullptr);
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                    int role) const override;
+  /// True while rows come or go. What moves the current row of a view then is no pick.
+  [[nodiscard]] bool IsChanging() const { return changing_; }
+
+ private:
+  void Reset();
+  void TakeOut(int position);
+  void PutIn(int position);
+  void CurrentRowChanged();
+  void ReadShape();
+
+  DataControl& source_;
+  QList<GridColumn> columns_;
+  QList<int> fields_;  ///< of each column; -1 for one that the record source doesn't have
+  int rows_ = 0;
+  bool changing_ = false;
+};
+
+/// A list of rows whose highlighted row is the current row of its data control: picking one moves
+/// the cursor, and a move of the cursor, by whomever, moves the highlight. It is never typed into.
+/// A move that fails shows nothing; the highlight falls back to the cursor.
+class Grid : public QTableView {
+  Q_OBJECT
+  /// Whether a row could be edited in place; forms switch it off while the grid has the focus and
+  /// on again when it loses it, so that nothing is ever typed into the grid.
+  Q_PROPERTY(bool AllowUpdate READ AllowUpdate WRITE SetAllowUpdate)
+
+ public:
+  explicit Grid(QWidget* parent = nullptr);
+
+  /// Called once. `source` must outlive the grid or be a child of the same form.
+  void SetSource(DataControl& source, QList<GridColumn> columns);
+  [[nodiscard]] bool AllowUpdate() const { return allow_update_; }
+  void SetAllowUpdate(bool allow) { allow_update_ = allow; }
+  /// The row within the grid, from 0; -1 without one.
+  [[nodiscard]] int Row() const;
+
+  void keyboardSearch(const QString& search) override;
+
+ Q_SIGNALS:
+  /// The cursor of the data control came to stand on another row. Bound controls show it already.
+  void RowColChange();
+  /// A row was clicked; it is the current one already.
+  void Click();
+  /// A row was double-clicked, or Enter was pressed on it.
+  void DblClick();
+
+ protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void SettleColumns();
+  void FollowCursor();
+  void CursorMoved();
+  [[nodiscard]] int CursorRow() const;
+
+  DataControl* source_ = nullptr;
+  GridModel* model_ = nullptr;
+  bool allow_update_ = true;
+  bool following_ = false;
+};
+
+}  // namespace kestrix

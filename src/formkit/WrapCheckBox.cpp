@@ -1,0 +1,93 @@
+#include "formkit/WrapCheckBox.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QStyleOptionFocusRect>
+#include <algorithm>
+
+namespace kestrix {
+namespace {
+
+constexpr int kTextFlags =
+    Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap | Qt::TextShowMnemonic;
+constexpr int kRoom = 2;  ///< around the text, for the focus frame
+/// Before a layout says how wide the box is, its text may take about so many letters a line.
+constexpr int kLettersALine = 40;
+
+/// A blank that a text begins with would set off its first line from those below.
+QString ShownText(const QCheckBox& box) {
+  return box.text().trimmed();
+}
+
+int TextHeight(const QCheckBox& box, int width) {
+  return box.fontMetrics()
+      .boundingRect(0, 0, std::max(width, 1), 0, kTextFlags, ShownText(box))
+      .height();
+}
+
+}  // namespace
+
+WrapCheckBox::WrapCheckBox(QWidget* parent) : QCheckBox(parent) {
+  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum, QSizePolicy::CheckBox);
+  policy.setHeightForWidth(true);
+  setSizePolicy(policy);
+}
+
+int WrapCheckBox::TextLeft() const {
+  return style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, this) +
+         style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing, nullptr, this);
+}
+
+int WrapCheckBox::heightForWidth(int width) const {
+  const int indicator = style()->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, this);
+  return std::max(indicator, TextHeight(*this, width - TextLeft() - 2 * kRoom)) + 2 * kRoom;
+}
+
+QSize WrapCheckBox::sizeHint() const {
+  const int line = fontMetrics().averageCharWidth() * kLettersALine;
+  const int text = std::min(line, fontMetrics().horizontalAdvance(this->text()));
+  const int width = TextLeft() + text + 2 * kRoom;
+  return {width, heightForWidth(width)};
+}
+
+QSize WrapCheckBox::minimumSizeHint() const {
+  const QStringList words = text().split(u' ');
+  int widest = 0;
+  for (const QString& word : words)
+    widest = std::max(widest, fontMetrics().horizontalAdvance(word));
+  const int line = std::max(fontMetrics().height(),
+                            style()->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, this));
+  return {TextLeft() + widest + 2 * kRoom, line + 2 * kRoom};
+}
+
+void WrapCheckBox::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  QStyleOptionButton option;
+  initStyleOption(&option);
+
+  QStyleOptionButton indicator = option;
+  indicator.rect = style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, this);
+  style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &indicator, &painter, this);
+
+  const QRect text_room = style()->visualRect(
+      layoutDirection(), rect(), rect().adjusted(TextLeft() + kRoom, kRoom, -kRoom, -kRoom));
+  const bool underlines = style()->styleHint(QStyle::SH_UnderlineShortcut, &option, this) != 0;
+  const int flags =
+      underlines ? kTextFlags : (kTextFlags & ~Qt::TextShowMnemonic) | Qt::TextHideMnemonic;
+  style()->drawItemText(&painter, text_room, flags, palette(), isEnabled(), ShownText(*this),
+                        QPalette::WindowText);
+  if (!hasFocus()) return;
+  QStyleOptionFocusRect frame;
+  frame.initFrom(this);
+  frame.rect = text_room.adjusted(-kRoom, -kRoom, kRoom, kRoom);
+  frame.backgroundColor = palette().color(backgroundRole());
+  style()->drawPrimitive(QStyle::PE_FrameFocusRect, &frame, &painter, this);
+}
+
+bool WrapCheckBox::hitButton(const QPoint& position) const {
+  return rect().contains(position);
+}
+
+}  // namespace kestrix

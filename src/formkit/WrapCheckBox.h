@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QCheckBox>
+
+namespace kestrix {
+
+/// A check box whose text wraps within the width it has.
+class WrapCheckBox : public QCheckBox {
+  Q_OBJECT
+
+ public:
+  explicit WrapCheckBox(QWidget* parent = nullptr);
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override;
+  [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+  [[nodiscard]] int heightForWidth(int width) const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  bool hitButton(const QPoint& position) const override;
+
+ private:
+  [[nodiscard]] int TextLeft() const;
+};
+
+}  // namespace kestrix

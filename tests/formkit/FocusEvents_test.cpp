@@ -1,0 +1,285 @@
+#include "formkit/FocusEvents.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QMessageBox>
+#include <QTimer>
+
+#include "FormKitTest.h"
+
+namespace kestrix {
+namespace {
+
+class FocusEventsTest : public FormKitTest {
+ protected:
+  /// A form with the boxes `first` and `second` and the button `go`, in front, with the focus in
+  /// `first`.
+  void SetUp() override {
+    form = &MakeForm("form");
+    first = &form->AddBox("first");
+    second = &form->AddBox("second");
+    go = &form->AddButton("go", "&Go");
+    form->Watch(*go);
+    Show(*form);
+    Click("first");
+    log.clear();
+  }
+
+  /// As long as `first` is empty it holds the focus.
+  void FirstHoldsFocusWhileEmpty() {
+    form->Watch(*first, [this] {
+      if (first->text().isEmpty()) form->FocusLater(first);
+    });
+  }
+
+  PlainForm* form = nullptr;
+  QLineEdit* first = nullptr;
+  QLineEdit* second = nullptr;
+  QPushButton* go = nullptr;
+};
+
+TEST_F(FocusEventsTest, TabTellsTheControlThatLosesBeforeTheOneThatGets) {
+  PressTab();
+  EXPECT_EQ(log, Log({"first lost", "second got"}));
+}
+
+TEST_F(FocusEventsTest, ClickRunsBehindTheLostFocusOfTheFieldBefore) {
+  Click("go");
+  EXPECT_EQ(log, Log({"first lost", "go got", "go clicked"}));
+}
+
+TEST_F(FocusEventsTest, LaterHandlerReplacesTheOneBefore) {
+  kit.focus.OnLostFocus(first, [this] { log += "new handler"; });
+  PressTab();
+  EXPECT_EQ(log, Log({"new handler", "second got"}));
+}
+
+TEST_F(FocusEventsTest, HeldFocusComesBackAndTheControlBetweenIsToldNothing) {
+  FirstHoldsFocusWhileEmpty();
+  PressTab();
+  EXPECT_EQ(log, Log({"first lost", "first got"}));
+  EXPECT_EQ(FocusName(), "first");
+}
+
+TEST_F(FocusEventsTest, HeldFocusEatsTheClickThatTookIt) {
+  FirstHoldsFocusWhileEmpty();
+  Click("go");
+  EXPECT_EQ(log, Log({"first lost", "first got"}));
+  EXPECT_FALSE(go->isDown());
+  EXPECT_EQ(FocusName(), "first");
+
+  Type("x");
+  Click("go");
+  EXPECT_EQ(log.mid(2), Log({"first lost", "go got", "go clicked"}));
+}
+
+TEST_F(FocusEventsTest, HeldFocusEatsBothPressesOfADoubleClick) {
+  FirstHoldsFocusWhileEmpty();
+  DoubleClick("go");
+  EXPECT_FALSE(log.contains("go clicked"));
+  EXPECT_EQ(FocusName(), "first");
+}
+
+TEST_F(FocusEventsTest, TwoFieldsThatBothHoldTheFocusDontChaseEachOther) {
+  FirstHoldsFocusWhileEmpty();
+  form->Watch(*second, [this] { form->FocusLater(second); });
+  PressTab();
+  EXPECT_EQ(log, Log({"first lost", "first got"}));
+}
+
+TEST_F(FocusEventsTest, MnemonicMovesTheFocusFirst) {
+  PressKey(Qt::Key_G, Qt::AltModifier);
+  EXPECT_EQ(log, Log({"first lost", "go got", "go clicked"}));
+  EXPECT_EQ(FocusName(), "go");
+}
+
+TEST_F(FocusEventsTest, MnemonicDoesntClickWhenTheFocusIsHeld) {
+  FirstHoldsFocusWhileEmpty();
+  PressKey(Qt::Key_G, Qt::AltModifier);
+  EXPECT_EQ(log, Log({"first lost", "first got"}));
+  EXPECT_EQ(FocusName(), "first");
+}
+
+TEST_F(FocusEventsTest, MnemonicOfACheckBoxTogglesIt) {
+  auto& check = form->Add<QCheckBox>("check");
+  check.setText("&Really");
+  Settle();
+  PressKey(Qt::Key_R, Qt::AltModifier);
+  EXPECT_TRUE(check.isChecked());
+  EXPECT_EQ(log, Log({"first lost"}));
+}
+
+TEST_F(FocusEventsTest, FocusLaterRunsItsStepWithTheFocusThere) {
+  second->setText("some text");
+  form->FocusLater(second, [this] {
+    log += "then in " + FocusName();
+    second->setSelection(0, 4);
+  });
+  EXPECT_EQ(FocusName(), "first");
+  Settle();
+  EXPECT_EQ(log, Log({"first lost", "second got", "then in second"}));
+  EXPECT_EQ(SelectedTextOf("second"), "some");
+}
+
+TEST_F(FocusEventsTest, LastFocusLaterWins) {
+  form->FocusLater(second, [this] { log += "second's step"; });
+  form->FocusLater(go);
+  Settle();
+  EXPECT_EQ(log, Log({"first lost", "go got"}));
+}
+
+TEST_F(FocusEventsTest, FocusLaterToAHiddenOrDisabledControlDoesNothing) {
+  second->hide();
+  form->FocusLater(second, [this] { log += "step"; });
+  Settle();
+  go->setEnabled(false);
+  form->FocusLater(go, [this] { log += "step"; });
+  Settle();
+  EXPECT_EQ(log, Log());
+  EXPECT_EQ(FocusName(), "first");
+}
+
+TEST_F(FocusEventsTest, FocusLaterToAControlThatIsGoneDoesNothing) {
+  form->FocusLater(second, [this] { log += "step"; });
+  delete second;
+  Settle();
+  EXPECT_EQ(log, Log());
+}
+
+TEST_F(FocusEventsTest, FocusHeldByAControlThatThenHidesStaysWhereItWent) {
+  form->Watch(*first, [this] {
+    form->FocusLater(first);
+    first->hide();
+  });
+  PressTab();
+  EXPECT_EQ(log, Log({"first lost", "second got"}));
+}
+
+TEST_F(FocusEventsTest, FocusSentElsewhereLetsTheClickHappenFirst) {
+  form->Watch(*first, [this] { form->FocusLater(second); });
+  Click("go");
+  EXPECT_EQ(log, Log({"first lost", "go got", "go clicked", "go lost", "second got"}));
+}
+
+TEST_F(FocusEventsTest, HidingTheControlTellsItsLostFocusOnce) {
+  first->hide();
+  Settle();
+  EXPECT_EQ(log, Log({"first lost", "second got"}));
+}
+
+TEST_F(FocusEventsTest, DisablingTheControlTellsItsLostFocusOnce) {
+  first->setEnabled(false);
+  Settle();
+  EXPECT_EQ(log, Log({"first lost", "second got"}));
+}
+
+TEST_F(FocusEventsTest, DeletedControlIsToldNothing) {
+  delete first;
+  Settle();
+  Click("go");
+  EXPECT_FALSE(log.contains("first lost"));
+  EXPECT_TRUE(log.contains("go clicked"));
+}
+
+TEST_F(FocusEventsTest, FocusMovedWithinAHandlerIsToldWhereItCameToStand) {
+  form->Watch(*first, [this] {
+    go->setFocus();
+    second->setFocus();
+    go->setFocus();
+    log += "first done";
+  });
+  PressTab();
+  EXPECT_EQ(log, Log({"first lost", "first done", "go got"}));
+}
+
+TEST_F(FocusEventsTest, GotFocusHandlerThatMovesOnIsFinishedBeforeTheNextIsTold) {
+  form->Watch(*second, {}, [this] {
+    go->setFocus();
+    log += "second done";
+  });
+  PressTab();
+  EXPECT_EQ(log, Log({"first lost", "second got", "second done", "second lost", "go got"}));
+}
+
+TEST_F(FocusEventsTest, HandlersThatSendTheFocusToEachOtherForEverComeToAnEnd) {
+  form->Watch(*first, {}, [this] { second->setFocus(); });
+  form->Watch(*second, {}, [this] { first->setFocus(); });
+  PressTab();
+  EXPECT_LT(log.size(), 40);
+}
+
+TEST_F(FocusEventsTest, MessageBoxInBetweenDoesntCount) {
+  QMessageBox box(form);
+  QTimer::singleShot(0, &box, &QDialog::accept);
+  box.exec();
+  ASSERT_TRUE(WaitUntil([this] { return FocusName() == "first"; }));
+  EXPECT_EQ(log, Log());
+}
+
+TEST_F(FocusEventsTest, MessageOfALostFocusEatsTheClickThatCalledIt) {
+  form->Watch(*first, [this] {
+    QMessageBox box(form);
+    QTimer::singleShot(0, &box, &QDialog::accept);
+    box.exec();
+  });
+  Click("go");
+  ASSERT_TRUE(WaitUntil([this] { return form->isActiveWindow(); }));
+  EXPECT_FALSE(log.contains("go clicked"));
+  Click("go");
+  EXPECT_TRUE(log.contains("go clicked"));
+}
+
+TEST_F(FocusEventsTest, FocusHeldBehindAMessageComesBackWithTheForm) {
+  form->Watch(*first, [this] {
+    form->FocusLater(first);
+    QMessageBox box(form);
+    QTimer::singleShot(50, &box, &QDialog::accept);
+    box.exec();
+  });
+  Click("go");
+  ASSERT_TRUE(WaitUntil([this] { return FocusName() == "first"; }));
+  Settle();
+  EXPECT_FALSE(log.contains("go clicked"));
+  EXPECT_FALSE(log.contains("go got"));
+  EXPECT_EQ(log, Log({"first lost", "first got"}));
+}
+
+TEST_F(FocusEventsTest, ComboBoxCountsAsOneControlWithItsEditAndItsList) {
+  auto& combo = form->Add<QComboBox>("combo");
+  combo.setEditable(true);
+  combo.addItems({"one", "two"});
+  form->Watch(combo);
+  Settle();
+  Pick("combo", "two");
+  EXPECT_EQ(TextOf("combo"), "two");
+  EXPECT_EQ(log, Log({"first lost", "combo got"}));
+  Click("go");
+  EXPECT_EQ(log.mid(2), Log({"combo lost", "go got", "go clicked"}));
+}
+
+TEST_F(FocusEventsTest, UnloadingFormIsToldNothing) {
+  auto& other = MakeForm("other");
+  other.AddBox("theirs");
+  Show(other);
+  Show(*form);
+  log.clear();
+  form->UnloadForm();
+  ASSERT_TRUE(WaitUntil([&] { return active() == &other; }));
+  Settle();
+  EXPECT_EQ(log, Log({"form query", "form unload", "other active", "theirs got"}));
+}
+
+TEST_F(FocusEventsTest, OtherWindowsOfTheProgramDontCount) {
+  QWidget window;
+  QLineEdit box(&window);
+  window.show();
+  window.activateWindow();
+  box.setFocus();
+  ASSERT_TRUE(WaitUntil([&] { return box.hasFocus(); }));
+  form->activateWindow();
+  ASSERT_TRUE(WaitUntil([this] { return FocusName() == "first"; }));
+  EXPECT_EQ(log, Log());
+}
+
+}  // namespace
+}  // namespace kestrix

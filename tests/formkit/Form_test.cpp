@@ -1,0 +1,261 @@
+#include "formkit/Form.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QScreen>
+#include <cstdlib>
+
+#include "FormKitTest.h"
+#include "store/DataControl.h"
+#include "store/RecordSources.h"
+#include "support/TestInstallation.h"
+
+namespace kestrix {
+namespace {
+
+/// A form that counts how often it is made, and whose handlers fail as a test wants.
+class LivingForm : public PlainForm {
+  Q_OBJECT
+
+ public:
+  LivingForm(FormKit& kit, Log& log) : PlainForm(kit, QStringLiteral("living"), log) {
+    box = &Add<QLineEdit>("box");
+    button = &Add<QPushButton>("button");
+    On(button, &QPushButton::clicked, &LivingForm::button_Click);
+    On(box, &QLineEdit::textChanged, &LivingForm::box_Change);
+    OnLostFocus(box, &LivingForm::box_LostFocus);
+    OnGotFocus(box, &LivingForm::box_GotFocus);
+  }
+
+  void button_Click() { throw Failure(failure::kDiskFull, "The disk is full."); }
+  void box_Change(const QString& text) { texts += text; }
+  void box_LostFocus() {
+    if (box->text() == "bad") throw Failure(failure::kTypeMismatch, "That is no number.");
+  }
+  void box_GotFocus() {
+    if (box->text() == "odd") throw std::runtime_error("something odd");
+  }
+
+  QLineEdit* box = nullptr;
+  QPushButton* button = nullptr;
+  QStringList texts;
+};
+
+class FormTestOfLife : public FormKitTest {
+ protected:
+  FormSlot<LivingForm> slot{[this] {
+    ++made;
+    return std::make_unique<LivingForm>(kit, log);
+  }};
+  int made = 0;
+};
+
+TEST_F(FormTestOfLife, FirstReferenceMakesAndLoads) {
+  EXPECT_FALSE(slot.IsLoaded());
+  EXPECT_EQ(slot.IfLoaded(), nullptr);
+  LivingForm& form = slot.Get();
+  EXPECT_EQ(log, Log({"living load"}));
+  EXPECT_FALSE(form.isVisible());
+  EXPECT_EQ(&slot.Get(), &form);
+  EXPECT_EQ(made, 1);
+}
+
+TEST_F(FormTestOfLife, UnloadRunsItsRulesOnceAndEmptiesTheReference) {
+  LivingForm& form = slot.Get();
+  Show(form);
+  log.clear();
+  form.on_query_unload = [&] { form.UnloadForm(); };
+  form.on_unload = [&] { form.UnloadForm(); };
+  form.UnloadForm();
+  EXPECT_EQ(log, Log({"living query", "living unload"}));
+  EXPECT_FALSE(slot.IsLoaded());
+  EXPECT_FALSE(form.isVisible());
+  EXPECT_TRUE(form.IsUnloading());
+  const QPointer<Form> gone = &form;
+  Settle();
+  EXPECT_TRUE(gone.isNull());
+  EXPECT_NE(&slot.Get(), nullptr);
+  EXPECT_EQ(made, 2);
+}
+
+TEST_F(FormTestOfLife, CloseBoxOfTheWindowUnloads) {
+  Show(slot.Get());
+  log.clear();
+  CloseBox(slot.Get());
+  EXPECT_EQ(log, Log({"living query", "living unload"}));
+  EXPECT_FALSE(slot.IsLoaded());
+}
+
+TEST_F(FormTestOfLife, UnloadOfAFormThatIsntLoadedLoadsNothing) {
+  slot.Unload();
+  EXPECT_EQ(made, 0);
+}
+
+TEST_F(FormTestOfLife, LoadThatUnloadsTheFormLetsItsCallerEnd) {
+  FormSlot<PlainForm> failing([this] {
+    auto form = std::make_unique<PlainForm>(kit, "failing", log);
+    form->on_load = [made_form = form.get()] { made_form->UnloadForm(); };
+    return form;
+  });
+  PlainForm& form = failing.Get();
+  EXPECT_FALSE(failing.IsLoaded());
+  form.setWindowTitle("still there");
+  form.ShowForm();
+  EXPECT_FALSE(form.isVisible());
+  const QPointer<Form> gone = &form;
+  Settle();
+  EXPECT_TRUE(gone.isNull());
+}
+
+TEST_F(FormTestOfLife, FailureOfAClickIsShownOnceAndTheProgramGoesOn) {
+  Show(slot.Get());
+  desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN", "The disk is full.");
+  Click("button");
+  TypeInto("box", "goes on");
+  EXPECT_EQ(TextOf("box"), "goes on");
+}
+
+TEST_F(FormTestOfLife, FailureOfAFocusHandlerIsShown) {
+  LivingForm& form = slot.Get();
+  Show(form);
+  TypeInto("box", "bad");
+  desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN", "That is no number.");
+  PressTab();
+  EXPECT_EQ(FocusName(), "button");
+  form.box->setText("odd");
+  desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN", "something odd");
+  PressShiftTab();
+  EXPECT_EQ(FocusName(), "box");
+}
+
+TEST_F(FormTestOfLife, FailureOfEachLifeRuleIsShownAndTheLifeGoesOn) {
+  FormSlot<PlainForm> failing([this] {
+    auto form = std::make_unique<PlainForm>(kit, "failing", log);
+    form->on_load = [] { throw Failure(1, "load"); };
+    form->on_activate = [] { throw Failure(1, "activate"); };
+    form->on_query_unload = [] { throw Failure(1, "query"); };
+    form->on_unload = [] { throw Failure(1, "unload"); };
+    return form;
+  });
+  for (const char* text : {"load", "activate", "query", "unload"})
+    desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN", text);
+  Show(failing.Get());
+  failing.Unload();
+  Settle();
+  EXPECT_FALSE(failing.IsLoaded());
+}
+
+TEST_F(FormTestOfLife, FailureOfAFocusStepIsShown) {
+  LivingForm& form = slot.Get();
+  Show(form);
+  desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN", "in the step");
+  form.FocusLater(form.button, [] { throw Failure(1, "in the step"); });
+  Settle();
+  EXPECT_EQ(FocusName(), "button");
+}
+
+TEST_F(FormTestOfLife, ChangeRuleRunsAlsoWhenTheProgramSetsTheText) {
+  LivingForm& form = slot.Get();
+  form.box->setText("by program");
+  EXPECT_EQ(form.texts, QStringList({"by program"}));
+}
+
+TEST_F(FormTestOfLife, NoHandlerRunsOnceTheUnloadRulesHaveRun) {
+  LivingForm& form = slot.Get();
+  form.UnloadForm();
+  form.box->setText("too late");
+  form.button->click();
+  EXPECT_EQ(form.texts, QStringList());
+}
+
+TEST_F(FormTestOfLife, UnloadCommitsWhatIsPendingAndLetsGoOfTheFile) {
+  TestInstallation place;
+  place.GivenStudy(1);
+  place.GivenTasks(1, "P1", 1);
+  LivingForm& form = slot.Get();
+  auto* source = new DataControl("dtsorce2", &form);
+  source->SetDatabaseName(place.Study(1));
+  source->SetRecordSource(sources::RiskSql("P1"));
+  source->Refresh();
+  source->Recordset().Set("HazrdLoctn", "by the belt");
+  ASSERT_TRUE(QFile::exists(place.StudySign(1)));
+
+  form.UnloadForm();
+  EXPECT_EQ(place.Column(place.Study(1), "SELECT HazrdLoctn FROM Risk_records"),
+            QStringList({"by the belt"}));
+  EXPECT_FALSE(QFile::exists(place.StudySign(1)));
+}
+
+TEST_F(FormTestOfLife, CommitThatFailsAtTheUnloadIsShown) {
+  TestInstallation place;
+  place.GivenStudy(1);
+  place.GivenTasks(1, "P1", 1);
+  LivingForm& form = slot.Get();
+  auto* source = new DataControl("dtsorce2", &form);
+  source->SetDatabaseName(place.Study(1));
+  source->SetRecordSource(sources::RiskSql("P1"));
+  source->Refresh();
+  source->Recordset().Set("HazrdLoctn", "mine");
+  place.Exec(place.Study(1), "UPDATE Risk_records SET HazrdLoctn='theirs'");
+
+  desk.messages.ExpectTell(
+      Icon::kCritical, "BELTROVAN",
+      "Somebody else has changed HazrdLoctn of this record meanwhile. Their text stands; please "
+      "look at it and change it again if need be.");
+  form.UnloadForm();
+  EXPECT_EQ(place.Column(place.Study(1), "SELECT HazrdLoctn FROM Risk_records"),
+            QStringList({"theirs"}));
+  EXPECT_FALSE(QFile::exists(place.StudySign(1)));
+  EXPECT_FALSE(slot.IsLoaded());
+}
+
+TEST_F(FormTestOfLife, LoadSettlesTheComboBoxesOfTheForm) {
+  LivingForm& form = slot.Get();
+  auto& combo = form.Add<QComboBox>("combo");
+  combo.setEditable(true);
+  ASSERT_NE(combo.completer(), nullptr);
+  form.LoadForm();
+  EXPECT_EQ(combo.completer(), nullptr);
+  EXPECT_EQ(combo.insertPolicy(), QComboBox::NoInsert);
+}
+
+TEST_F(FormTestOfLife, PassOverRunsEveryStepWhateverBecomesOfTheOnesBefore) {
+  QStringList done;
+  PassOver([&] { done += "one"; }, [] { throw Failure(1, "two"); }, [&] { done += "three"; });
+  EXPECT_EQ(done, QStringList({"one", "three"}));
+}
+
+/// Where a form comes up. A window manager has its own say in it, so this isn't run under one.
+class FormPlaceTest : public FormTestOfLife {};
+
+TEST_F(FormPlaceTest, AFormComesUpWholeInTheMiddleOfTheScreenAndStaysWhereItIsPut) {
+  PlainForm& frame = MakeForm("frame");
+  frame.move(0, 0);
+  Show(frame);
+  LivingForm& form = slot.Get();
+  ShowModal(form);
+  const QRect screen = frame.screen()->availableGeometry();
+  const QPoint off = form.frameGeometry().center() - screen.center();
+  EXPECT_LE(std::abs(off.x()), 1);
+  EXPECT_LE(std::abs(off.y()), 1);
+  const QPoint corner = screen.topLeft() + QPoint(7, 9);
+  form.move(corner);
+  form.HideForm();
+  ShowModal(form);
+  EXPECT_EQ(form.pos(), corner);
+}
+
+TEST_F(FormPlaceTest, AFormThatIsLargerThanTheScreenShowsItsBeginning) {
+  PlainForm& frame = MakeForm("frame");
+  Show(frame);
+  LivingForm& form = slot.Get();
+  const QRect screen = frame.screen()->availableGeometry();
+  form.resize(screen.size() + QSize(100, 100));
+  Show(form);
+  EXPECT_EQ(form.pos(), screen.topLeft());
+}
+
+}  // namespace
+}  // namespace kestrix
+
+#include "Form_test.moc"
