@@ -1,0 +1,38 @@
+#include "shell/CommonDialog.h"
+
+#include <QFileInfo>
+
+namespace kestrix {
+
+CommonDialog::CommonDialog(Platform& platform, QObject* parent)
+    : QObject(parent), platform_(platform) {
+  setObjectName(QStringLiteral("dlgCommonDialog"));
+}
+
+QString CommonDialog::FileTitle() const {
+  return file_title_;
+}
+
+void CommonDialog::ShowOpen() {
+  Take(platform_.dialogs.Open(Request()));
+}
+
+void CommonDialog::ShowSave() {
+  Take(platform_.dialogs.Save(Request()));
+}
+
+bool CommonDialog::ShowPrinter(bool selection) {
+  return platform_.printing.ChoosePrinter(DialogTitle, selection);
+}
+
+FileDialogRequest CommonDialog::Request() const {
+  return {
+      .title = DialogTitle, .filter = Filter, .filter_index = FilterIndex, .file_name = FileName};
+}
+
+void CommonDialog::Take(const QString& path) {
+  FileName = path;
+  file_title_ = QFileInfo(path).fileName();
+}
+
+}  // namespace kestrix

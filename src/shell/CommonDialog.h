@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include "platform/Services.h"
+
+namespace kestrix {
+
+/// The file and printer dialog of the frame, which forms share: its properties are set, it is
+/// shown, and what was chosen is read from it. They keep their values between two uses.
+class CommonDialog : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit CommonDialog(Platform& platform, QObject* parent = nullptr);
+
+  QString DialogTitle;
+  QString Filter;
+  int FilterIndex = 1;
+  QString FileName;  ///< the full path that was chosen; empty when the dialog was cancelled
+  /// The name without its folder of what was chosen last; empty when the dialog was cancelled.
+  [[nodiscard]] QString FileTitle() const;
+
+  void ShowOpen();
+  void ShowSave();
+  /// False when it was cancelled.
+  bool ShowPrinter(bool selection);
+
+ private:
+  [[nodiscard]] FileDialogRequest Request() const;
+  void Take(const QString& path);
+
+  Platform& platform_;
+  QString file_title_;
+};
+
+}  // namespace kestrix

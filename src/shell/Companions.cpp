@@ -1,0 +1,133 @@
+#include "shell/Companions.h"
+
+#include "formkit/Form.h"
+#include "platform/FileSystem.h"
+#include "platform/Messages.h"
+#include "shell/SessionForm.h"
+
+namespace kestrix::companions {
+namespace {
+
+const QString kHomeProgram = QStringLiteral("kestrixmodule.exe");
+const QString kReportProgram = QStringLiteral("RiskBookRpts.exe");
+const QString kManual = QStringLiteral("hlpAnnlyAdv.pdf");
+const QString kHelpPage = QStringLiteral("acci_alys_help.htm");
+
+Platform& PlatformOf(Context& context) {
+  return context.kit.platform;
+}
+
+void TellPerson(Context& context, Icon icon, const QString& title, const QString& text) {
+  PlatformOf(context).messages.Show(Tell(icon, title, text));
+}
+
+bool IsOpen(Context& context, const QString& title) {
+  context.session.WinHandle = static_cast<qint32>(PlatformOf(context).windows.Find(title));
+  return context.session.WinHandle != 0;
+}
+
+void Activate(Context& context, const QString& title) {
+  PassOver([&] { PlatformOf(context).windows.Activate(title); });
+}
+
+void Start(Context& context, const QString& program) {
+  PassOver([&] { PlatformOf(context).shell.StartCompanion(program); });
+}
+
+void OpenHelpFile(Context& context, const QString& path, const QString& name) {
+  if (!PlatformOf(context).files.FileExists(path)) {
+    return TellPerson(context, Icon::kInformation, title::kProgram,
+                      QStringLiteral("Help file does not exisit, contact BELTROVAN"));
+  }
+  PassOver(
+      [&] {
+        PlatformOf(context).files.ChangeFolder(context.installation.Path(QStringLiteral("\\")));
+      },
+      [&] { PlatformOf(context).shell.OpenDocument(name); });
+}
+
+/// The question of the home page ends the program on Yes, which is also its default: whoever goes
+/// to the home page has mostly done here.
+Button AskToClose(Context& context) {
+  PlatformOf(context).messages.Beep();
+  context.session.MsgAnswer = PlatformOf(context).messages.Show(
+      Ask(Icon::kInformation, title::kProgram,
+          QStringLiteral("Wish to close Risk Assessment Module?"), Button::kYes));
+  return context.session.MsgAnswer;
+}
+
+}  // namespace
+
+bool GoToHomePage(Context& context) {
+  FileSystem& files = PlatformOf(context).files;
+  try {
+    files.ChangeFolder(context.installation.ApplicationFolder());
+    files.ChangeFolder(QStringLiteral(".."));
+  } catch (const Failure&) {
+    // The folder of a running program is gone: there is nothing above it to go to.
+    return false;
+  }
+  if (IsOpen(context, kHomePage)) {
+    TellPerson(context, Icon::kInformation, title::kProgram,
+               QStringLiteral("Home page already open."));
+    Activate(context, kHomePage);
+    return false;
+  }
+  if (!files.FileExists(JoinPath(files.CurrentFolder(), kHomeProgram))) {
+    TellPerson(context, Icon::kInformation, title::kProgram,
+               QStringLiteral("Installed files missing."));
+    return false;
+  }
+  const Button answer = AskToClose(context);
+  Start(context, kHomeProgram);
+  return answer == Button::kYes;
+}
+
+bool ReportWindowGuard(Context& context, const QString& title) {
+  if (!IsOpen(context, title)) return false;
+  TellPerson(context, Icon::kInformation, title::kProgram, QStringLiteral("Close Report preview."));
+  Activate(context, kReportPreview);
+  return true;
+}
+
+bool StartReportPreview(Context& context) {
+  if (!PlatformOf(context).files.FileExists(context.installation.ReportProgram())) {
+    TellPerson(context, Icon::kCritical, title::kFilesMissing,
+               QStringLiteral("1. Installed Files missing"));
+    return false;
+  }
+  try {
+    PlatformOf(context).files.ChangeFolder(context.installation.ApplicationFolder());
+    if (IsOpen(context, kReportPreview)) {
+      TellPerson(context, Icon::kInformation, title::kProgram,
+                 QStringLiteral("Report preview already open."));
+      Activate(context, kReportPreview);
+      return false;
+    }
+    PlatformOf(context).shell.StartCompanion(kReportProgram);
+    return true;
+  } catch (const Failure&) {
+    // The command ends without a word, and nothing was started.
+    return false;
+  }
+}
+
+void OpenManual(Context& context) {
+  OpenHelpFile(context, context.installation.Manual(), kManual);
+}
+
+void OpenHelpPage(Context& context) {
+  OpenHelpFile(context, context.installation.HelpPage(), kHelpPage);
+}
+
+void SearchHelp(Context& context) {
+  TellPerson(context, Icon::kInformation, PlatformOf(context).environment.ApplicationTitle(),
+             QStringLiteral("Unable to display Help Contents. There is no Help associated with "
+                            "this project."));
+}
+
+void ActivateHomePage(Context& context) {
+  if (IsOpen(context, kHomePage)) Activate(context, kHomePage);
+}
+
+}  // namespace kestrix::companions

@@ -1,0 +1,121 @@
+#include "shell/frmDocument.h"
+
+#include <QCloseEvent>
+#include <QTextDocumentFragment>
+#include <utility>
+
+#include "platform/Measures.h"
+#include "platform/Services.h"
+#include "shell/DocumentFile.h"
+#include "shell/Frame.h"
+#include "shell/RichText.h"
+#include "shell/SessionState.h"
+#include "ui_frmDocument.h"
+
+namespace kestrix {
+namespace {
+
+// In twips.
+constexpr int kMargin = 100;
+constexpr int kMargins = 200;
+constexpr int kRightMargin = 400;
+
+int NearestPixel(int twips) {
+  return (twips + kTwipsPerPixel / 2) / kTwipsPerPixel;
+}
+
+}  // namespace
+
+frmDocument::frmDocument(SessionState& session, Frame& frame)
+    : session_(session), frame_(frame), ui_(std::make_unique<Ui::frmDocument>()) {
+  ui_->setupUi(this);
+  document_ = new SelfContainedDocument(ui_->rtfText);
+  ui_->rtfText->setDocument(document_);
+  Form_Load();
+}
+
+frmDocument::~frmDocument() = default;
+
+void frmDocument::Form_Load() {
+  Form_Resize();
+  frame_.EnableData(true);
+}
+
+void frmDocument::Form_Resize() {
+  const int room = TwipsFromPixels(width()) - kMargins;
+  const int height_room = TwipsFromPixels(height()) - kMargins;
+  // A child too small for the margins leaves the box where it was.
+  if (room >= 0 && height_room >= 0)
+    ui_->rtfText->setGeometry(NearestPixel(kMargin), NearestPixel(kMargin), PixelsFromTwips(room),
+                              PixelsFromTwips(height_room));
+  const int right_margin = PixelsFromTwips(TwipsFromPixels(ui_->rtfText->width()) - kRightMargin);
+  if (right_margin <= 0) return;
+  ui_->rtfText->setLineWrapMode(QTextEdit::FixedPixelWidth);
+  ui_->rtfText->setLineWrapColumnOrWidth(right_margin);
+}
+
+void frmDocument::Form_Unload() {
+  if (--session_.DocumentCount == 0) frame_.EnableData(false);
+  frame_.SetStatusText(Frame::kTitle);
+}
+
+void frmDocument::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  Form_Resize();
+}
+
+void frmDocument::closeEvent(QCloseEvent* event) {
+  event->accept();
+  if (std::exchange(closed_, true)) return;
+  Form_Unload();
+}
+
+bool frmDocument::IsUntouched() const {
+  return Caption().isEmpty() && !document_->isModified();
+}
+
+void frmDocument::SetText(const QString& text) {
+  ui_->rtfText->setPlainText(text);
+  document_->setModified(false);
+}
+
+void frmDocument::LoadFile(const QString& path) {
+  document_->Take(DocumentFile(path).Read());
+}
+
+void frmDocument::SaveFile(const QString& path) {
+  DocumentFile(path).Write(document_->toHtml());
+  document_->setModified(false);
+}
+
+bool frmDocument::HasSelection() const {
+  return ui_->rtfText->textCursor().hasSelection();
+}
+
+QString frmDocument::SelRTF() const {
+  return HasSelection() ? ui_->rtfText->textCursor().selection().toHtml() : QString();
+}
+
+void frmDocument::SetSelRTF(const QString& text) {
+  QTextCursor cursor = ui_->rtfText->textCursor();
+  if (IsRichText(text)) {
+    cursor.insertHtml(text);
+  } else {
+    cursor.insertText(text);
+  }
+  ui_->rtfText->setTextCursor(cursor);
+}
+
+void frmDocument::RemoveSelection() {
+  ui_->rtfText->textCursor().removeSelectedText();
+}
+
+void frmDocument::SelPrint(Printing& printing) const {
+  if (!HasSelection()) return printing.Print(*document_);
+  SelfContainedDocument selection;
+  selection.setDefaultFont(document_->defaultFont());
+  QTextCursor(&selection).insertFragment(ui_->rtfText->textCursor().selection());
+  printing.Print(selection);
+}
+
+}  // namespace kestrix

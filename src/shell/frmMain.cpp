@@ -1,0 +1,331 @@
+// The frame itself: its life, its bars and the commands that lead to other forms and programs. The
+// commands on documents are in frmMain_documents.cpp.
+#include "shell/frmMain.h"
+
+#include <QEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QMdiArea>
+#include <QShortcut>
+#include <QStyle>
+#include <QToolButton>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+
+#include "formkit/Controls.h"
+#include "platform/FileSystem.h"
+#include "platform/Measures.h"
+#include "shell/Companions.h"
+#include "shell/frmDocument.h"
+#include "ui_frmMain.h"
+
+namespace kestrix {
+namespace {
+
+const QString kSection = QStringLiteral("Settings");
+constexpr char kLeft[] = "MainLeft";
+constexpr char kTop[] = "MainTop";
+constexpr char kWidth[] = "MainWidth";
+constexpr char kHeight[] = "MainHeight";
+constexpr int kDefaultPlace = 1000;  // twips
+constexpr int kDefaultSize = 6500;   // twips
+
+/// What the exit's look for a stale sign takes in place of an unknown number of organisations.
+constexpr qint16 kManyOrganisations = 1000;
+
+/// Commands that only say that they have no function.
+using Entry = QAction* Ui_frmMain::*;
+constexpr std::array kPlaceholders = {
+    &Ui_frmMain::mnuFileSaveAll, &Ui_frmMain::mnuFileProperties, &Ui_frmMain::mnuFilePrintPreview,
+    &Ui_frmMain::mnuFileSend,    &Ui_frmMain::mnuEditUndo,       &Ui_frmMain::mnuEditPasteSpecial,
+    &Ui_frmMain::mnuViewRefresh, &Ui_frmMain::mnuViewOptions,    &Ui_frmMain::mnuViewWebBrowser,
+};
+
+struct ToolButton {
+  Entry action;
+  const char* key;
+  QStyle::StandardPixmap icon;
+};
+constexpr std::array<ToolButton, 4> kToolButtons{{
+    {&Ui_frmMain::tbOpen, "Open", QStyle::SP_DialogOpenButton},
+    {&Ui_frmMain::tbSave, "Save", QStyle::SP_DialogSaveButton},
+    {&Ui_frmMain::tbNew, "New", QStyle::SP_FileIcon},
+    {&Ui_frmMain::tbFreeform, "Freeform", QStyle::SP_FileDialogContentsView},
+}};
+
+/// No desktop places or sizes a window beyond 16 bits.
+int PlacePixels(int twips) {
+  return std::clamp<int>(PixelsFromTwips(twips), std::numeric_limits<qint16>::min(),
+                         std::numeric_limits<qint16>::max());
+}
+
+}  // namespace
+
+frmMain::frmMain(Context& context) : SessionForm(context), ui_(std::make_unique<Ui::frmMain>()) {
+  ui_->setupUi(this);
+  SettleMenu();
+  SettleToolBar();
+  SettleStatusBar();
+  ConnectFile();
+  ConnectHidden();
+  ConnectToolBar();
+  ConnectPlaceholders();
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::SettleMenu() {
+  for (QMenu* hidden : {ui_->mnuEdit, ui_->mnuView, ui_->mnuWindow, ui_->mnuHelp})
+    hidden->menuAction()->setVisible(false);
+  ui_->mnuDatamnfrm->setEnabled(false);
+  // A hidden entry loses its shortcut, and this one keeps it: its menu is shown.
+  auto* new_document = new QShortcut(ui_->mnuFileNew->shortcut(), this);
+  On(new_document, &QShortcut::activated, &frmMain::mnuFileNew_Click);
+}
+
+void frmMain::SettleToolBar() {
+  for (const ToolButton& button : kToolButtons) {
+    QAction* action = ui_.get()->*button.action;
+    action->setIcon(style()->standardIcon(button.icon));
+    ui_->tbToolBar->widgetForAction(action)->setObjectName(QString::fromLatin1(button.key));
+  }
+}
+
+void frmMain::SettleStatusBar() {
+  panel_ = new QLabel(this);
+  panel_->setObjectName(QStringLiteral("sbStatusBarPanel1"));
+  panel_->setTextFormat(Qt::PlainText);
+  ui_->sbStatusBar->addPermanentWidget(panel_, 1);
+}
+
+void frmMain::ConnectFile() {
+  On(ui_->mnuFileOpen, &QAction::triggered, &frmMain::mnuFileOpen_Click);
+  On(ui_->custmztnFrm, &QAction::triggered, &frmMain::custmztnFrm_Click);
+  On(ui_->Bkup, &QAction::triggered, &frmMain::Bkup_Click);
+  On(ui_->RtrBkUp, &QAction::triggered, &frmMain::RtrBkUp_Click);
+  On(ui_->homepage, &QAction::triggered, &frmMain::homepage_Click);
+  On(ui_->mnuDatamnfrm, &QAction::triggered, &frmMain::mnuDatamnfrm_Click);
+}
+
+void frmMain::ConnectHidden() {
+  On(ui_->mnuFileNew, &QAction::triggered, &frmMain::mnuFileNew_Click);
+  On(ui_->mnuFileSave, &QAction::triggered, &frmMain::mnuFileSave_Click);
+  On(ui_->mnuFileSaveAs, &QAction::triggered, &frmMain::mnuFileSaveAs_Click);
+  On(ui_->mnuFilePageSetup, &QAction::triggered, &frmMain::mnuFilePageSetup_Click);
+  On(ui_->mnuFilePrint, &QAction::triggered, &frmMain::mnuFilePrint_Click);
+  On(ui_->mnuFileExit, &QAction::triggered, &frmMain::mnuFileExit_Click);
+  On(ui_->mnuEditCut, &QAction::triggered, &frmMain::mnuEditCut_Click);
+  On(ui_->mnuEditCopy, &QAction::triggered, &frmMain::mnuEditCopy_Click);
+  On(ui_->mnuEditPaste, &QAction::triggered, &frmMain::mnuEditPaste_Click);
+  On(ui_->mnuViewToolbar, &QAction::triggered, &frmMain::mnuViewToolbar_Click);
+  On(ui_->mnuViewStatusBar, &QAction::triggered, &frmMain::mnuViewStatusBar_Click);
+  On(ui_->mnuWindowNewWindow, &QAction::triggered, &frmMain::mnuWindowNewWindow_Click);
+  On(ui_->mnuWindowCascade, &QAction::triggered, &frmMain::mnuWindowCascade_Click);
+  On(ui_->mnuWindowTileHorizontal, &QAction::triggered, &frmMain::mnuWindowTileHorizontal_Click);
+  On(ui_->mnuWindowTileVertical, &QAction::triggered, &frmMain::mnuWindowTileVertical_Click);
+  On(ui_->mnuWindowArrangeIcons, &QAction::triggered, &frmMain::mnuWindowArrangeIcons_Click);
+  On(ui_->Help, &QAction::triggered, &frmMain::Help_Click);
+  On(ui_->mnuHelpSearchForHelpOn, &QAction::triggered, &frmMain::mnuHelpSearchForHelpOn_Click);
+}
+
+void frmMain::ConnectToolBar() {
+  On(ui_->tbOpen, &QAction::triggered, &frmMain::mnuFileOpen_Click);
+  On(ui_->tbSave, &QAction::triggered, &frmMain::mnuFileSave_Click);
+  On(ui_->tbNew, &QAction::triggered, &frmMain::mnuFileNew_Click);
+}
+
+void frmMain::ConnectPlaceholders() {
+  const auto connect_to = [this](QAction* action, const QString& text) {
+    connect(action, &QAction::triggered, this,
+            [this, text] { Guarded([&] { Placeholder(text); }); });
+  };
+  for (const Entry entry : kPlaceholders) {
+    QAction* action = ui_.get()->*entry;
+    connect_to(action, QStringLiteral("Add '%1_Click' code.").arg(action->objectName()));
+  }
+  connect_to(ui_->tbFreeform, QStringLiteral("Add 'Freeform' button code."));
+}
+
+void frmMain::Placeholder(const QString& text) {
+  Tell(Icon::kNone, platform().environment.ApplicationTitle(), text);
+}
+
+void frmMain::SetStatusText(const QString& text) {
+  panel_->setText(text);
+  // The panel covers the bar's own message, which is what assistive tools read.
+  ui_->sbStatusBar->showMessage(text);
+  ui_->sbStatusBar->repaint();
+}
+
+void frmMain::EnableData(bool enable) {
+  ui_->mnuData->setEnabled(enable);
+  // The entry too, so that no shortcut and no tool gets past the menu.
+  ui_->mnuDatamnfrm->setEnabled(enable);
+}
+
+void frmMain::EnableToolBar(bool enable) {
+  ui_->tbToolBar->setEnabled(enable);
+}
+
+void frmMain::MaximiseIfMinimised() {
+  if (!isMinimized()) return;
+  setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowMaximized);
+}
+
+bool frmMain::event(QEvent* event) {
+  // The tip of a menu entry would take the place of the organisation in the status bar.
+  if (event->type() == QEvent::StatusTip) return true;
+  return SessionForm::event(event);
+}
+
+void frmMain::changeEvent(QEvent* event) {
+  SessionForm::changeEvent(event);
+  if (event->type() == QEvent::WindowStateChange) MaximiseIfMinimised();
+}
+
+void frmMain::resizeEvent(QResizeEvent* event) {
+  SessionForm::resizeEvent(event);
+  MaximiseIfMinimised();
+}
+
+void frmMain::Load() {
+  try {
+    setWindowTitle(kTitle);
+    RestorePlacement();
+    LoadNewDoc();
+    SetStatusText(kTitle);
+    // English month names whatever the desktop speaks, so that all users of a folder of backups
+    // find each other's sets.
+    session().BackupDateName =
+        QLocale::c().toString(platform().clock.Today(), QStringLiteral("ddMMMMyyyy"));
+  } catch (const Failure&) {
+    Tell(Icon::kCritical, title::kProgram, QStringLiteral("5. Installed files missing."));
+    UnloadForm();
+    Q_EMIT LoadFailed();
+  }
+}
+
+int frmMain::Setting(const char* key, int default_value) const {
+  const QString text =
+      platform().settings.Get(kSection, QString::fromLatin1(key), QString::number(default_value));
+  bool is_number = false;
+  const double twips = text.trimmed().toDouble(&is_number);
+  if (!is_number || !std::isfinite(twips))
+    throw Failure(
+        failure::kTypeMismatch,
+        QStringLiteral("The setting %1 is no number: \"%2\".").arg(QString::fromLatin1(key), text));
+  constexpr double kMost = 1e9;
+  return static_cast<int>(std::clamp(std::round(twips), -kMost, kMost));
+}
+
+void frmMain::RestorePlacement() {
+  const int left = PlacePixels(Setting(kLeft, kDefaultPlace));
+  const int top = PlacePixels(Setting(kTop, kDefaultPlace));
+  const int width = PlacePixels(Setting(kWidth, kDefaultSize));
+  const int height = PlacePixels(Setting(kHeight, kDefaultSize));
+  move(left, top);
+  resize(std::max(width, 1), std::max(height, 1));
+}
+
+void frmMain::StorePlacement() {
+  if (isMinimized()) return;
+  QPoint place = pos();
+  QSize extent = size();
+  if (isMaximized()) {
+    // Of a maximised frame the place that it goes back to, with the border that goes around it.
+    place = normalGeometry().topLeft() - (geometry().topLeft() - frameGeometry().topLeft());
+    extent = normalGeometry().size();
+  }
+  const auto save = [this](const char* key, int pixels) {
+    platform().settings.Save(kSection, QString::fromLatin1(key),
+                             QString::number(TwipsFromPixels(pixels)));
+  };
+  save(kLeft, place.x());
+  save(kTop, place.y());
+  save(kWidth, extent.width());
+  save(kHeight, extent.height());
+}
+
+void frmMain::QueryUnload() {
+  PassOver([this] { RemoveStaleSign(); }, [this] { Q_EMIT Closing(); });
+  companions::ActivateHomePage(context());
+}
+
+void frmMain::RemoveStaleSign() {
+  if (session().OrgCount == 0) session().OrgCount = kManyOrganisations;
+  const int passes = session().OrgCount + 1;
+  for (int pass = 1; pass <= passes; ++pass) {
+    const QString sign = installation().StaleBackupSign(session().LockScanIndex);
+    session().FileFoundA = files().FileExists(sign);
+    if (session().FileFoundA) return files().DeleteFile(sign);
+    if (session().LockScanIndex == std::numeric_limits<qint16>::max()) return;
+    ++session().LockScanIndex;
+  }
+}
+
+void frmMain::Unload() {
+  // The children go before the frame that they lie in.
+  ui_->mdiArea->closeAllSubWindows();
+  StorePlacement();
+}
+
+void frmMain::mnuDatamnfrm_Click() {
+  if (companions::ReportWindowGuard(context(), companions::kSiblingPreview)) return;
+  session().FileFoundA = files().FileExists(installation().SupportLists());
+  session().FileFoundB = files().FileExists(installation().Register());
+  session().FileFoundC = files().FileExists(installation().StudyTemplate());
+  if (!session().FileFoundA || !session().FileFoundB || !session().FileFoundC) {
+    messages().Beep();
+    return Tell(Icon::kCritical, title::kProgramFilesMissing,
+                QStringLiteral("1a. Files missing. contact M/s. BELTROVAN"));
+  }
+  const WaitCursor cursor;
+  PassOver([this] { Q_EMIT OrganisationsRequested(); });
+}
+
+void frmMain::custmztnFrm_Click() {
+  Q_EMIT CustomizationRequested();
+}
+
+void frmMain::Bkup_Click() {
+  session().BackupMode = 0;
+  session().BackupSubMode = 0;
+  OwnChild().SetText(
+      QStringLiteral("Before you backup or Restore study files, make sure on one has logged in to "
+                     "this application ."));
+  Q_EMIT BackupRequested();
+}
+
+void frmMain::RtrBkUp_Click() {
+  session().BackupMode = 1;
+  session().BackupSubMode = 0;
+  Q_EMIT RestoreRequested();
+}
+
+void frmMain::homepage_Click() {
+  if (companions::GoToHomePage(context())) UnloadForm();
+}
+
+void frmMain::mnuFileExit_Click() {
+  UnloadForm();
+}
+
+void frmMain::Help_Click() {
+  companions::OpenManual(context());
+}
+
+void frmMain::mnuHelpSearchForHelpOn_Click() {
+  companions::SearchHelp(context());
+}
+
+void frmMain::mnuViewToolbar_Click() {
+  ui_->tbToolBar->setVisible(ui_->mnuViewToolbar->isChecked());
+}
+
+void frmMain::mnuViewStatusBar_Click() {
+  ui_->sbStatusBar->setVisible(ui_->mnuViewStatusBar->isChecked());
+}
+
+}  // namespace kestrix

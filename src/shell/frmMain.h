@@ -1,0 +1,126 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <memory>
+
+#include "shell/Frame.h"
+#include "shell/SessionForm.h"
+
+class QAction;
+class QLabel;
+
+namespace kestrix {
+
+class frmDocument;
+
+namespace Ui {
+class frmMain;
+}
+
+/// The frame: the program's first form, with the menu that leads to all others and the document
+/// children within it. It ends the run when it is unloaded. It shows no other form by itself: it
+/// says what was asked for.
+///
+/// Commands that are hidden exist and answer, so that what drives the program by their names finds
+/// them; of their shortcuts only that of `mnuFileNew` is at hand.
+class frmMain : public SessionForm, public Frame {
+  Q_OBJECT
+
+ public:
+  explicit frmMain(Context& context);
+  ~frmMain() override;
+
+  void SetStatusText(const QString& text) override;
+  void EnableData(bool enable) override;
+  void EnableToolBar(bool enable) override;
+  void MaximiseIfMinimised() override;
+
+ Q_SIGNALS:
+  /// The load failed and was told; the frame is unloaded already. The project form is to be
+  /// unloaded.
+  void LoadFailed();
+  /// The files are there and no preview is open: the organisation form is to be shown, not modal.
+  /// A failure is passed over here.
+  void OrganisationsRequested();
+  /// The customization form is to be shown modally.
+  void CustomizationRequested();
+  /// The session stands on backup. The backup form is to be shown; then its caption is to be
+  /// " BELTROVAN: Backup Risk Assessment files", its `orgmnelbl` "LIST of Name of Organization /
+  /// Section to Backup:" and its `clsd` "&Select folder"; then the project form and the evaluation
+  /// form are to be unloaded.
+  void BackupRequested();
+  /// The session stands on restore. The folder dialog is to be shown.
+  void RestoreRequested();
+  /// The frame is about to be unloaded. `mnfrm`, `Orgfrm`, `RiskEvalFrm_1`, `opnflddlg`, `BkUpfrm`
+  /// and `tagdwgsfrm` are to be unloaded, in this order, as far as they are loaded, whatever
+  /// becomes of each.
+  void Closing();
+
+ protected:
+  void Load() override;
+  void QueryUnload() override;
+  void Unload() override;
+  bool event(QEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void ConnectFile();
+  void ConnectHidden();
+  void ConnectToolBar();
+  void ConnectPlaceholders();
+  void SettleMenu();
+  void SettleToolBar();
+  void SettleStatusBar();
+
+  // The life of the frame.
+  void RestorePlacement();
+  void StorePlacement();
+  [[nodiscard]] int Setting(const char* key, int default_value) const;
+  void RemoveStaleSign();
+
+  // Commands.
+  void mnuDatamnfrm_Click();
+  void custmztnFrm_Click();
+  void Bkup_Click();
+  void RtrBkUp_Click();
+  void homepage_Click();
+  void mnuFileExit_Click();
+  void Help_Click();
+  void mnuHelpSearchForHelpOn_Click();
+  void mnuViewToolbar_Click();
+  void mnuViewStatusBar_Click();
+  void Placeholder(const QString& text);
+
+  // Document children.
+  void LoadNewDoc();
+  void ShowChild(frmDocument& child);
+  [[nodiscard]] frmDocument* ActiveChild() const;
+  [[nodiscard]] frmDocument& OwnChild();
+  void mnuFileNew_Click();
+  void mnuFileOpen_Click();
+  void mnuFileSave_Click();
+  void mnuFileSaveAs_Click();
+  void mnuFilePageSetup_Click();
+  void mnuFilePrint_Click();
+  void mnuEditCut_Click();
+  void mnuEditCopy_Click();
+  void mnuEditPaste_Click();
+  void mnuWindowNewWindow_Click();
+  void mnuWindowCascade_Click();
+  void mnuWindowTileHorizontal_Click();
+  void mnuWindowTileVertical_Click();
+  void mnuWindowArrangeIcons_Click();
+  /// 0 cascade, 1 tile horizontal, 2 tile vertical, 3 arrange icons.
+  void Arrange(int how);
+  void Tile(Qt::Orientation orientation);
+  void ArrangeIcons();
+
+  std::unique_ptr<Ui::frmMain> ui_;
+  QLabel* panel_ = nullptr;     ///< the first one of the status bar
+  qint32 document_number_ = 0;  ///< the running number of new children
+  QPointer<frmDocument> own_;   ///< the child that the frame writes its notices into
+};
+
+}  // namespace kestrix

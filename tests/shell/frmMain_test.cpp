@@ -1,0 +1,844 @@
+#include "shell/frmMain.h"
+
+#include <QMenu>
+#include <QSignalSpy>
+#include <QTextDocumentFragment>
+#include <limits>
+
+#include "FrameTest.h"
+
+namespace kestrix {
+namespace {
+
+const QString kTitle = QStringLiteral("BELTROVAN");
+const QString kNotice = QStringLiteral(
+    "Before you backup or Restore study files, make sure on one has logged in to this "
+    "application .");
+
+class frmMainTest : public FrameTest {
+ protected:
+  [[nodiscard]] QString Sign(int number) const {
+    return installation.Path(QStringLiteral("RskAsmtFld/ktx_RskSmt%1.ldb").arg(number));
+  }
+  void Close() { CloseBox(Main()); }
+};
+
+// The load.
+
+TEST_F(frmMainTest, FirstScreenIsTheFrameWithOneEmptyDocument) {
+  OpenFrame();
+
+  EXPECT_EQ(Main().windowTitle(), " KESTRIX : Risk Assessment Software  ");
+  EXPECT_EQ(StatusText(), " KESTRIX : Risk Assessment Software  ");
+  EXPECT_TRUE(IsVisible("sbStatusBarPanel1"));
+  EXPECT_EQ(Control<QStatusBar>("sbStatusBar").currentMessage(), StatusText());
+  ASSERT_EQ(Windows().size(), 1);
+  EXPECT_EQ(Box(0).toPlainText(), "");
+  EXPECT_EQ(Child(0).Caption(), "");
+  EXPECT_TRUE(Box(0).isVisible());
+  EXPECT_EQ(session.DocumentCount, 1);
+  EXPECT_TRUE(IsEnabled("mnuData"));
+}
+
+TEST_F(frmMainTest, LoadAsksForNoOtherForm) {
+  frmMain main(context);
+  Listen(main);
+
+  main.LoadForm();
+
+  EXPECT_TRUE(asked_.isEmpty());
+}
+
+TEST_F(frmMainTest, FirstRunOpensAtTheDefaultPlaceAndSize) {
+  auto& main = Make<frmMain>();
+
+  EXPECT_EQ(main.pos(), QPoint(1000 / 15, 1000 / 15));
+  EXPECT_EQ(main.size(), QSize(6500 / 15, 6500 / 15));
+}
+
+TEST_F(frmMainTest, StoredPlacementComesBack) {
+  GivenSetting("MainLeft", "300");
+  GivenSetting("MainTop", "450");
+  GivenSetting("MainWidth", "9000");
+  GivenSetting("MainHeight", "7500");
+
+  auto& main = Make<frmMain>();
+
+  EXPECT_EQ(main.pos(), QPoint(20, 30));
+  EXPECT_EQ(main.size(), QSize(600, 500));
+}
+
+TEST_F(frmMainTest, StoredPlacementBeyondAnyDesktopStillLoads) {
+  GivenSetting("MainLeft", "-99999999999");
+  GivenSetting("MainWidth", "99999999999");
+  GivenSetting("MainHeight", "-15");
+
+  auto& main = Make<frmMain>();
+
+  EXPECT_FALSE(main.IsUnloading());
+  EXPECT_EQ(main.pos().x(), std::numeric_limits<qint16>::min());
+  EXPECT_EQ(main.width(), std::numeric_limits<qint16>::max());
+  EXPECT_GT(main.height(), 0);
+}
+
+TEST_F(frmMainTest, DateOfTheBackupFolderHasAnEnglishMonthAndNoSeparators) {
+  desk.clock.SetToday(QDate(2026, 11, 15));
+  Make<frmMain>();
+  EXPECT_EQ(session.BackupDateName, "15November2026");
+}
+
+TEST_F(frmMainTest, DateOfTheBackupFolderHasTwoDigitsForTheDayAndHoldsForTheRun) {
+  desk.clock.SetToday(QDate(2027, 3, 5));
+  OpenFrame();
+  desk.clock.SetToday(QDate(2027, 3, 6));
+  Trigger("Bkup");
+  EXPECT_EQ(session.BackupDateName, "05March2027");
+}
+
+TEST_F(frmMainTest, FailingLoadIsToldAndUnloadsTheFrameAndThenAsksForTheProjectFormToGo) {
+  GivenSetting("MainTop", "far up");
+  auto* main = new frmMain(context);
+  Listen(*main);
+  desk.messages.ExpectTell(Icon::kCritical, kTitle, "5. Installed files missing.");
+
+  main->LoadForm();
+
+  EXPECT_TRUE(main->IsUnloading());
+  EXPECT_EQ(asked_, (QStringList{"closing", "unloaded", "load failed"}));
+  main->ShowForm();
+  EXPECT_FALSE(main->isVisible());
+  Settle();
+}
+
+TEST_F(frmMainTest, LoadThatFailedOnItsSettingsSucceedsAtTheNextStart) {
+  GivenSetting("MainTop", "far up");
+  desk.messages.ExpectTell(Icon::kCritical, kTitle, "5. Installed files missing.");
+  Make<frmMain>();
+
+  EXPECT_FALSE(Make<frmMain>().IsUnloading());
+}
+
+// What other forms do to the frame.
+
+TEST_F(frmMainTest, StatusTextIsShownInTheFirstPanelAndReadableAsTheBarsMessage) {
+  OpenFrame().SetStatusText("Active Organization - Press <b>shop</b>");
+
+  EXPECT_EQ(StatusText(), "Active Organization - Press <b>shop</b>");
+  EXPECT_EQ(Control<QLabel>("sbStatusBarPanel1").textFormat(), Qt::PlainText);
+  EXPECT_EQ(Control<QStatusBar>("sbStatusBar").currentMessage(), StatusText());
+}
+
+TEST_F(frmMainTest, PointingAtAMenuEntryLeavesTheStatusTextAlone) {
+  OpenFrame();
+  QStatusTipEvent tip(QStringLiteral(""));
+  QApplication::sendEvent(&Main(), &tip);
+  EXPECT_EQ(Control<QStatusBar>("sbStatusBar").currentMessage(), Frame::kTitle);
+}
+
+TEST_F(frmMainTest, ToolBarAndDataMenuAreSwitchedFromOutside) {
+  OpenFrame();
+  Main().EnableToolBar(false);
+  Main().EnableData(false);
+  EXPECT_FALSE(IsEnabled("tbToolBar"));
+  EXPECT_FALSE(IsEnabled("mnuData"));
+  Main().EnableToolBar(true);
+  Main().EnableData(true);
+  EXPECT_TRUE(IsEnabled("tbToolBar"));
+  EXPECT_TRUE(IsEnabled("mnuData"));
+}
+
+// Minimising.
+
+TEST_F(frmMainTest, MinimisedFrameIsMaximisedAtOnce) {
+  OpenFrame().showMinimized();
+  EXPECT_TRUE(WaitUntil([this] { return Main().isMaximized(); }));
+  EXPECT_FALSE(Main().isMinimized());
+}
+
+TEST_F(frmMainTest, FrameThatIsNotMinimisedStaysAsItIs) {
+  OpenFrame().MaximiseIfMinimised();
+  EXPECT_FALSE(Main().isMaximized());
+}
+
+/// Lets a window stay minimised.
+class StateKeeper : public QObject {
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    return event->type() == QEvent::WindowStateChange || event->type() == QEvent::Resize;
+  }
+};
+
+TEST_F(frmMainTest, MinimisedFrameThatIsUnloadedKeepsTheStoredPlacement) {
+  GivenSetting("MainLeft", "300");
+  OpenFrame().move(200, 200);
+  StateKeeper keeper;
+  Main().installEventFilter(&keeper);
+  Main().setWindowState(Qt::WindowMinimized);
+  ASSERT_TRUE(Main().isMinimized());
+
+  Close();
+
+  EXPECT_EQ(Setting("MainLeft"), "300");
+  EXPECT_EQ(Setting("MainWidth"), "<none>");
+}
+
+// The menu.
+
+struct MenuEntry {
+  const char* name;
+  const char* text;
+  const char* shortcut;
+  bool shown;
+};
+
+TEST_F(frmMainTest, MenuHoldsEveryEntryInItsPlaceShownOrHidden) {
+  OpenFrame();
+  const QHash<QString, QList<MenuEntry>> expected = {
+      {"menuBar",
+       {{"mnuFile", "&File", "", true},
+        {"mnuEdit", "&Edit", "", false},
+        {"mnuView", "&View", "", false},
+        {"mnuData", "&Run Risk Assessment", "", true},
+        {"mnuWindow", "&Window", "", false},
+        {"SetDflts", "Set Default currency", "", false},
+        {"mnuHelp", "&Help", "", false}}},
+      {"mnuFile",
+       {{"mnuFileNew", "&New", "Ctrl+N", false},
+        {"mnuFileOpen", "&Open...", "Ctrl+O", true},
+        {"mnuFileClose", "&Close", "", false},
+        {"mnuFileBar0", "", "", false},
+        {"mnuFileSave", "&Save", "", false},
+        {"mnuFileSaveAs", "Save &As...", "", false},
+        {"mnuFileSaveAll", "Save A&ll", "", false},
+        {"custmztnFrm", "Customization form", "", true},
+        {"BkupRstorHzp", "Backup/Restore Risk Assessment files", "", true},
+        {"homepage", "Go to Home Page", "", true},
+        {"mnuFileProperties", "Propert&ies", "", false},
+        {"mnuFileBar2", "", "", false},
+        {"mnuFilePageSetup", "Page Set&up...", "", false},
+        {"mnuFilePrintPreview", "Print Pre&view", "", false},
+        {"mnuFilePrint", "&Print...", "", false},
+        {"mnuFileBar3", "", "", false},
+        {"mnuFileSend", "Sen&d...", "", false},
+        {"mnuFileBar4", "", "", false},
+        {"mnuFileMRU_1", "", "", false},
+        {"mnuFileMRU_2", "", "", false},
+        {"mnuFileMRU_3", "", "", false},
+        {"mnuFileBar5", "", "", false},
+        {"mnuFileExit", "E&xit", "", false}}},
+      {"BkupRstorHzp",
+       {{"Bkup", "&BackUp Risk Assessment", "Ctrl+B", true},
+        {"RtrBkUp", "&Restore BackUp Risk Assessment", "Ctrl+R", true}}},
+      {"mnuEdit",
+       {{"mnuEditUndo", "&Undo", "", false},
+        {"mnuEditCut", "Cu&t", "Ctrl+X", false},
+        {"mnuEditCopy", "&Copy", "Ctrl+C", false},
+        {"mnuEditPaste", "&Paste", "Ctrl+V", false},
+        {"mnuEditPasteSpecial", "Paste &Special...", "", false}}},
+      {"mnuView",
+       {{"mnuViewToolbar", "&Toolbar", "", false},
+        {"mnuViewStatusBar", "Status &Bar", "", false},
+        {"mnuViewRefresh", "&Refresh", "", false},
+        {"mnuViewOptions", "&Options...", "", false},
+        {"mnuViewWebBrowser", "&Web Browser", "", false}}},
+      {"mnuData", {{"mnuDatamnfrm", "Open Organization/Project", "Ctrl+H", true}}},
+      {"mnuWindow",
+       {{"mnuWindowNewWindow", "&New Window", "", false},
+        {"mnuWindowCascade", "&Cascade", "", false},
+        {"mnuWindowTileHorizontal", "Tile &Horizontal", "", false},
+        {"mnuWindowTileVertical", "Tile &Vertical", "", false},
+        {"mnuWindowArrangeIcons", "&Arrange Icons", "", false}}},
+      {"mnuHelp",
+       {{"Help", "&Help on Accident Analysis", "", false},
+        {"mnuHelpSearchForHelpOn", "&Search For Help On...", "", false},
+        {"mnuHelpAbout", "&About ", "", false}}}};
+  for (auto menu = expected.begin(); menu != expected.end(); ++menu) {
+    SCOPED_TRACE(menu.key().toStdString());
+    const auto actions = Control<QWidget>(menu.key()).actions();
+    ASSERT_EQ(actions.size(), menu.value().size());
+    for (qsizetype i = 0; i < actions.size(); ++i) {
+      const MenuEntry& entry = menu.value().at(i);
+      SCOPED_TRACE(entry.name);
+      const QObject* named =
+          actions[i]->menu() ? static_cast<QObject*>(actions[i]->menu<QMenu*>()) : actions[i];
+      EXPECT_EQ(named->objectName(), entry.name);
+      EXPECT_EQ(actions[i]->text(), entry.text);
+      EXPECT_EQ(actions[i]->shortcut().toString(), entry.shortcut);
+      EXPECT_EQ(actions[i]->isVisible(), entry.shown);
+      EXPECT_EQ(actions[i]->isSeparator(),
+                QString::fromLatin1(entry.name).startsWith("mnuFileBar"));
+    }
+  }
+}
+
+TEST_F(frmMainTest, PlaceholdersShowTheirTextInAPlainBoxAndDoNothingElse) {
+  OpenFrame();
+  for (const char* name :
+       {"mnuFileSaveAll", "mnuFileProperties", "mnuFilePrintPreview", "mnuFileSend", "mnuEditUndo",
+        "mnuEditPasteSpecial", "mnuViewRefresh", "mnuViewOptions", "mnuViewWebBrowser"}) {
+    desk.messages.ExpectTell(Icon::kNone, "KestrixStudy",
+                             QStringLiteral("Add '%1_Click' code.").arg(name));
+    Trigger(name);
+  }
+  EXPECT_EQ(Windows().size(), 1);
+}
+
+TEST_F(frmMainTest, EntriesWithoutAFunctionDoNothing) {
+  OpenFrame();
+  Listen(Main());
+  for (const char* name :
+       {"mnuFileClose", "mnuHelpAbout", "SetDflts", "mnuFileMRU_1", "mnuFileMRU_2", "mnuFileMRU_3"})
+    Trigger(name);
+  EXPECT_EQ(Windows().size(), 1);
+  EXPECT_TRUE(asked_.isEmpty());
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+}
+
+TEST_F(frmMainTest, CtrlNMakesADocumentThoughItsEntryIsHidden) {
+  OpenFrame();
+  PressKey(Qt::Key_N, Qt::ControlModifier);
+  EXPECT_EQ(Windows().size(), 2);
+  EXPECT_EQ(session.DocumentCount, 2);
+}
+
+TEST_F(frmMainTest, ShortcutsOfShownEntriesWorkWhileTheTextHasTheFocus) {
+  OpenFrame();
+  Listen(Main());
+  Box(0).setFocus();
+  PressKey(Qt::Key_B, Qt::ControlModifier);
+  PressKey(Qt::Key_R, Qt::ControlModifier);
+  PressKey(Qt::Key_H, Qt::ControlModifier);
+  EXPECT_EQ(asked_, (QStringList{"backup", "restore", "organisations"}));
+}
+
+// The bars.
+
+TEST_F(frmMainTest, ToolBarButtonsWorkByTheirKeys) {
+  OpenFrame();
+  desk.dialogs.ChooseToOpen("");
+  Click("Open");
+  Click("New");
+  EXPECT_EQ(Windows().size(), 2);
+
+  desk.messages.ExpectTell(Icon::kNone, "KestrixStudy", "Add 'Freeform' button code.");
+  Click("Freeform");
+
+  Child(1).SetCaption(installation.Outside("saved.kfe"));
+  Box(1).setPlainText("Guard of the press");
+  Click("Save");
+  EXPECT_TRUE(ReadFile(installation.Outside("saved.kfe")).contains("Guard of the press"));
+}
+
+TEST_F(frmMainTest, ViewEntriesFlipTheirCheckMarkAndTheirBar) {
+  OpenFrame();
+  for (const auto& [entry, bar] :
+       {std::pair{"mnuViewToolbar", "tbToolBar"}, std::pair{"mnuViewStatusBar", "sbStatusBar"}}) {
+    EXPECT_TRUE(Control<QAction>(entry).isChecked());
+    Trigger(entry);
+    EXPECT_FALSE(Control<QAction>(entry).isChecked());
+    EXPECT_FALSE(IsVisible(bar));
+    Trigger(entry);
+    EXPECT_TRUE(Control<QAction>(entry).isChecked());
+    EXPECT_TRUE(IsVisible(bar));
+  }
+}
+
+// The way to the organisations.
+
+TEST_F(frmMainTest, OrganisationsAreAskedForWhenEverythingIsThere) {
+  OpenFrame();
+  Listen(Main());
+  Qt::CursorShape during = Qt::ArrowCursor;
+  QObject::connect(&Main(), &frmMain::OrganisationsRequested, &Main(), [&during] {
+    if (const QCursor* cursor = QApplication::overrideCursor()) during = cursor->shape();
+  });
+
+  Choose("mnuDatamnfrm");
+
+  EXPECT_EQ(asked_, QStringList{"organisations"});
+  EXPECT_EQ(during, Qt::WaitCursor);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  EXPECT_TRUE(session.FileFoundA && session.FileFoundB && session.FileFoundC);
+}
+
+TEST_F(frmMainTest, EachMissingFileIsToldWithABeepAndNothingOpens) {
+  OpenFrame();
+  Listen(Main());
+  int beeps = 0;
+  for (const char* file : {"RskAsmt_BkSup.mdb", "orgtn.mdb", "/risk_esmatn.mdb"}) {
+    SCOPED_TRACE(file);
+    desk.files.Heal();
+    desk.files.PretendMissing(QString::fromLatin1(file));
+    desk.messages.ExpectTell(Icon::kCritical, "KESTRIX : Files missing",
+                             "1a. Files missing. contact M/s. BELTROVAN");
+    Choose("mnuDatamnfrm");
+    EXPECT_EQ(desk.messages.Waiting(), 0);
+    EXPECT_EQ(desk.messages.Beeps(), ++beeps);
+  }
+  EXPECT_TRUE(asked_.isEmpty());
+  EXPECT_TRUE(Main().isVisible());
+}
+
+TEST_F(frmMainTest, SiblingPreviewBarsTheOrganisations) {
+  OpenFrame();
+  Listen(Main());
+  desk.windows.Open("CaseBookRpts");
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Close Report preview.");
+
+  Choose("mnuDatamnfrm");
+
+  EXPECT_TRUE(asked_.isEmpty());
+  EXPECT_EQ(desk.windows.ActivationsTried(), QStringList{"RiskBookRpts"});
+}
+
+TEST_F(frmMainTest, OwnPreviewDoesNotBarTheOrganisations) {
+  OpenFrame();
+  Listen(Main());
+  desk.windows.Open("RiskBookRpts");
+  Choose("mnuDatamnfrm");
+  EXPECT_EQ(asked_, QStringList{"organisations"});
+}
+
+TEST_F(frmMainTest, FailureWhileTheOrganisationsAreShownIsPassedOver) {
+  OpenFrame();
+  QObject::connect(&Main(), &frmMain::OrganisationsRequested, &Main(),
+                   [] { throw Failure(failure::kCannotOpen, "No."); });
+  Choose("mnuDatamnfrm");
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(frmMainTest, OrganisationsCannotBeReachedWithoutADocument) {
+  OpenFrame();
+  Listen(Main());
+  CloseAllChildren();
+
+  EXPECT_FALSE(IsEnabled("mnuData"));
+  PressKey(Qt::Key_H, Qt::ControlModifier);
+  Control<QAction>("mnuDatamnfrm").trigger();
+  EXPECT_TRUE(asked_.isEmpty());
+
+  PressKey(Qt::Key_N, Qt::ControlModifier);
+  EXPECT_TRUE(IsEnabled("mnuData"));
+  PressKey(Qt::Key_H, Qt::ControlModifier);
+  EXPECT_EQ(asked_, QStringList{"organisations"});
+}
+
+// Backup, restore, customization, home page, help.
+
+TEST_F(frmMainTest, BackupAsksForItsFormInBackupModeWithTheNoticeBehindIt) {
+  OpenFrame();
+  Listen(Main());
+  session.BackupMode = 1;
+  session.BackupSubMode = 1;
+
+  Choose("Bkup");
+
+  EXPECT_EQ(asked_, QStringList{"backup"});
+  EXPECT_EQ(session.BackupMode, 0);
+  EXPECT_EQ(session.BackupSubMode, 0);
+  ASSERT_EQ(Windows().size(), 1);
+  EXPECT_EQ(Box(0).toPlainText(), kNotice);
+}
+
+TEST_F(frmMainTest, NoticeStandsThereBeforeTheBackupIsAskedFor) {
+  OpenFrame();
+  QString text;
+  QObject::connect(&Main(), &frmMain::BackupRequested, &Main(),
+                   [&] { text = Box(0).toPlainText(); });
+  Choose("Bkup");
+  EXPECT_EQ(text, kNotice);
+}
+
+TEST_F(frmMainTest, DocumentForTheNoticeIsMadeWhenThereIsNone) {
+  OpenFrame();
+  CloseAllChildren();
+
+  Choose("Bkup");
+
+  ASSERT_EQ(Windows().size(), 1);
+  EXPECT_EQ(Box(0).toPlainText(), kNotice);
+  EXPECT_EQ(session.DocumentCount, 1);
+  EXPECT_TRUE(IsEnabled("mnuData"));
+}
+
+TEST_F(frmMainTest, SecondBackupWritesIntoTheSameDocument) {
+  OpenFrame();
+  Choose("Bkup");
+  Choose("Bkup");
+  EXPECT_EQ(Windows().size(), 1);
+  EXPECT_EQ(Box(0).toPlainText(), kNotice);
+}
+
+TEST_F(frmMainTest, NoticeNeverReplacesWhatTheUserWrote) {
+  OpenFrame();
+  Box(0).setFocus();
+  Type("mine");
+
+  Choose("Bkup");
+
+  ASSERT_EQ(Windows().size(), 2);
+  EXPECT_EQ(Box(0).toPlainText(), "mine");
+  EXPECT_EQ(Box(1).toPlainText(), kNotice);
+}
+
+TEST_F(frmMainTest, NoticeNeverReplacesAFileOfTheUser) {
+  OpenFrame();
+  const QString file = installation.Outside("mine.txt");
+  WriteFile(file, "mine");
+  desk.dialogs.ChooseToOpen(file);
+  Choose("mnuFileOpen");
+
+  Choose("Bkup");
+
+  ASSERT_EQ(Windows().size(), 2);
+  EXPECT_EQ(Box(0).toPlainText(), "mine");
+  EXPECT_EQ(Box(1).toPlainText(), kNotice);
+}
+
+TEST_F(frmMainTest, RestoreAsksForTheFolderDialogInRestoreMode) {
+  OpenFrame();
+  Listen(Main());
+  session.BackupSubMode = 1;
+
+  Choose("RtrBkUp");
+
+  EXPECT_EQ(asked_, QStringList{"restore"});
+  EXPECT_EQ(session.BackupMode, 1);
+  EXPECT_EQ(session.BackupSubMode, 0);
+  EXPECT_EQ(Box(0).toPlainText(), "");
+}
+
+TEST_F(frmMainTest, CustomizationAsksForItsForm) {
+  OpenFrame();
+  Listen(Main());
+  Choose("custmztnFrm");
+  EXPECT_EQ(asked_, QStringList{"customization"});
+}
+
+TEST_F(frmMainTest, YesToTheHomePageStartsItAndEndsTheRun) {
+  OpenFrame();
+  Listen(Main());
+  WriteFile(installation.Folder() + "/../kestrixmodule.exe", "program");
+  desk.messages.Expect(
+      Ask(Icon::kInformation, kTitle, "Wish to close Risk Assessment Module?", Button::kYes));
+
+  const QPointer<frmMain> main = &Main();
+  Choose("homepage");
+
+  EXPECT_EQ(desk.shell.Companions().size(), 1);
+  EXPECT_EQ(asked_, (QStringList{"closing", "unloaded"}));
+  EXPECT_TRUE(main.isNull());
+}
+
+TEST_F(frmMainTest, NoToTheHomePageStartsItAndThisProgramStays) {
+  OpenFrame();
+  Listen(Main());
+  WriteFile(installation.Folder() + "/../kestrixmodule.exe", "program");
+  desk.messages
+      .Expect(
+          Ask(Icon::kInformation, kTitle, "Wish to close Risk Assessment Module?", Button::kYes))
+      .Answer(Button::kNo);
+
+  Choose("homepage");
+
+  EXPECT_EQ(desk.shell.Companions().size(), 1);
+  EXPECT_TRUE(asked_.isEmpty());
+  EXPECT_TRUE(Main().isVisible());
+}
+
+TEST_F(frmMainTest, HelpEntriesReachTheManualAndTheSearch) {
+  OpenFrame();
+  WriteFile(installation.Path("hlpAnnlyAdv.pdf"), "manual");
+  Trigger("Help");
+  const QList<FakeShell::Started> expected = {{"hlpAnnlyAdv.pdf", installation.Folder()}};
+  EXPECT_EQ(desk.shell.Documents(), expected);
+
+  desk.messages.ExpectTell(Icon::kInformation, "KestrixStudy",
+                           "Unable to display Help Contents. There is no Help associated with "
+                           "this project.");
+  Trigger("mnuHelpSearchForHelpOn");
+}
+
+// The way out.
+
+TEST_F(frmMainTest, EveryRouteOutAsksForTheOtherFormsToGoFirst) {
+  OpenFrame();
+  Listen(Main());
+  Trigger("mnuFileExit");
+  EXPECT_EQ(asked_, (QStringList{"closing", "unloaded"}));
+
+  asked_.clear();
+  OpenFrame();
+  Listen(Main());
+  Close();
+  EXPECT_EQ(asked_, (QStringList{"closing", "unloaded"}));
+}
+
+TEST_F(frmMainTest, ClosingBeforeAnyOrganisationTestsAThousandAndOneNamesAndDoesNothingElse) {
+  OpenFrame();
+  WriteFile(Sign(1001), "stale");
+
+  Close();
+
+  EXPECT_EQ(session.OrgCount, 1000);
+  EXPECT_EQ(session.LockScanIndex, 1001);
+  EXPECT_EQ(ReadFile(Sign(1001)), "stale");
+  EXPECT_TRUE(desk.files.Log().isEmpty());
+}
+
+TEST_F(frmMainTest, LastNameThatIsTestedIsThatOfAThousand) {
+  OpenFrame();
+  WriteFile(Sign(1000), "stale");
+  Close();
+  EXPECT_EQ(ReadFile(Sign(1000)), "<no file>");
+}
+
+TEST_F(frmMainTest, StaleSignIsRemovedAtTheFirstExitAndOnlyOneOfThem) {
+  OpenFrame();
+  WriteFile(Sign(0), "stale");
+  WriteFile(Sign(1), "stale");
+
+  Close();
+  EXPECT_EQ(ReadFile(Sign(0)), "<no file>");
+  EXPECT_EQ(ReadFile(Sign(1)), "stale");
+  EXPECT_EQ(session.LockScanIndex, 0);
+
+  OpenFrame();
+  Close();
+  EXPECT_EQ(ReadFile(Sign(1)), "<no file>");
+}
+
+TEST_F(frmMainTest, LookForStaleSignsGoesOnWhereTheLastOneEnded) {
+  session.OrgCount = 2;
+  OpenFrame();
+  Close();
+  EXPECT_EQ(session.LockScanIndex, 3);
+
+  WriteFile(Sign(0), "stale");
+  WriteFile(Sign(4), "stale");
+  OpenFrame();
+  Close();
+  EXPECT_EQ(ReadFile(Sign(0)), "stale");
+  EXPECT_EQ(ReadFile(Sign(4)), "<no file>");
+}
+
+TEST_F(frmMainTest, SignsOfStudiesAreLeftAlone) {
+  OpenFrame();
+  WriteFile(installation.StudySign(0), "in use");
+  WriteFile(installation.StudySign(1), "in use");
+  Close();
+  EXPECT_EQ(ReadFile(installation.StudySign(0)), "in use");
+  EXPECT_EQ(ReadFile(installation.StudySign(1)), "in use");
+}
+
+TEST_F(frmMainTest, SignThatCannotBeRemovedHoldsUpNothing) {
+  OpenFrame();
+  Listen(Main());
+  WriteFile(Sign(0), "stale");
+  desk.files.FailNext(FileAction::kDeleteFile, "ktx_RskSmt0", failure::kPermissionDenied);
+  Close();
+  EXPECT_EQ(asked_, (QStringList{"closing", "unloaded"}));
+  EXPECT_EQ(desk.files.FaultsLeft(), 0);
+}
+
+TEST_F(frmMainTest, LookForStaleSignsEndsAtTheLargestNumber) {
+  session.OrgCount = std::numeric_limits<qint16>::max();
+  session.LockScanIndex = std::numeric_limits<qint16>::max() - 1;
+  OpenFrame();
+  Close();
+  EXPECT_EQ(session.LockScanIndex, std::numeric_limits<qint16>::max());
+}
+
+TEST_F(frmMainTest, FailingUnloadOfAnotherFormHoldsUpNothing) {
+  OpenFrame();
+  desk.windows.Open("kestrixmodule");
+  QObject::connect(&Main(), &frmMain::Closing, &Main(),
+                   [] { throw Failure(failure::kCannotOpen, "No."); });
+  Close();
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+  EXPECT_EQ(desk.windows.Activated(), QStringList{"kestrixmodule"});
+}
+
+TEST_F(frmMainTest, HomePageThatRunsComesToTheFrontAfterTheOtherFormsWent) {
+  OpenFrame();
+  desk.windows.Open("kestrixmodule");
+  QStringList activated_before;
+  QObject::connect(&Main(), &frmMain::Closing, &Main(),
+                   [&] { activated_before = desk.windows.Activated(); });
+  Close();
+  EXPECT_TRUE(activated_before.isEmpty());
+  EXPECT_EQ(desk.windows.Activated(), QStringList{"kestrixmodule"});
+}
+
+TEST_F(frmMainTest, PlacementIsStoredInTwips) {
+  OpenFrame();
+  Main().move(40, 50);
+  Main().resize(700, 500);
+  Settle();
+
+  Close();
+
+  EXPECT_EQ(Setting("MainLeft"), "600");
+  EXPECT_EQ(Setting("MainTop"), "750");
+  EXPECT_EQ(Setting("MainWidth"), "10500");
+  EXPECT_EQ(Setting("MainHeight"), "7500");
+}
+
+TEST_F(frmMainTest, PlacementStaysTheSameOverManyRuns) {
+  for (int run = 0; run < 3; ++run) {
+    OpenFrame();
+    Close();
+  }
+  EXPECT_EQ(Setting("MainLeft"), "990");
+  EXPECT_EQ(Setting("MainWidth"), "6495");
+}
+
+TEST_F(frmMainTest, MaximisedFrameStoresThePlaceThatItGoesBackTo) {
+  OpenFrame();
+  Main().move(40, 50);
+  Main().resize(700, 500);
+  Settle();
+  Main().showMaximized();
+  Settle();
+
+  Close();
+
+  EXPECT_EQ(Setting("MainLeft"), "600");
+  EXPECT_EQ(Setting("MainWidth"), "10500");
+}
+
+TEST_F(frmMainTest, ClosingTheFrameClosesItsDocuments) {
+  OpenFrame();
+  Trigger("mnuFileNew");
+  Close();
+  EXPECT_EQ(session.DocumentCount, 0);
+}
+
+// Edit commands.
+
+TEST_F(frmMainTest, CutPutsTheRichTextOnTheClipboardAndTakesItOutOfTheDocument) {
+  OpenFrame();
+  Box(0).setHtml("one <b>two</b> three");
+  QTextCursor cursor = Box(0).textCursor();
+  cursor.setPosition(4);
+  cursor.setPosition(7, QTextCursor::KeepAnchor);
+  Box(0).setTextCursor(cursor);
+
+  Trigger("mnuEditCut");
+
+  EXPECT_EQ(Box(0).toPlainText(), "one  three");
+  EXPECT_TRUE(desk.clipboard.Text().startsWith("<!DOCTYPE HTML"));
+  const auto cut = QTextDocumentFragment::fromHtml(desk.clipboard.Text());
+  EXPECT_EQ(cut.toPlainText(), "two");
+  EXPECT_EQ(desk.clipboard.Clears(), 1);
+}
+
+TEST_F(frmMainTest, CopyAndPasteKeepTheFormOfTheText) {
+  OpenFrame();
+  Box(0).setHtml("<b>guard</b>");
+  Box(0).selectAll();
+  Trigger("mnuEditCopy");
+  EXPECT_EQ(Box(0).toPlainText(), "guard");
+
+  Trigger("mnuFileNew");
+  Trigger("mnuEditPaste");
+
+  EXPECT_EQ(Box(1).toPlainText(), "guard");
+  QTextCursor cursor = Box(1).textCursor();
+  cursor.setPosition(2);
+  EXPECT_EQ(cursor.charFormat().fontWeight(), QFont::Bold);
+}
+
+TEST_F(frmMainTest, PasteReplacesTheSelectionByPlainTextAsItStands) {
+  OpenFrame();
+  Box(0).setPlainText("old");
+  Box(0).selectAll();
+  desk.clipboard.SetText("a < b & <b>c</b>");
+  Trigger("mnuEditPaste");
+  EXPECT_EQ(Box(0).toPlainText(), "a < b & <b>c</b>");
+}
+
+TEST_F(frmMainTest, CopyOfNothingEmptiesTheClipboard) {
+  OpenFrame();
+  desk.clipboard.SetText("before");
+  Trigger("mnuEditCopy");
+  EXPECT_EQ(desk.clipboard.Text(), "");
+}
+
+TEST_F(frmMainTest, EditCommandsWithoutAChildDoNothingAndShowNothing) {
+  OpenFrame();
+  CloseAllChildren();
+  desk.clipboard.SetText("kept");
+  for (const char* name : {"mnuEditCut", "mnuEditCopy", "mnuEditPaste"}) Trigger(name);
+  EXPECT_EQ(desk.clipboard.Text(), "kept");
+  EXPECT_EQ(desk.clipboard.Clears(), 0);
+  EXPECT_TRUE(Windows().isEmpty());
+}
+
+// Window arrangement.
+
+TEST_F(frmMainTest, NewChildrenLieWithinTheFrameAndDoNotCoverEachOther) {
+  OpenFrame().resize(1024, 740);
+  Settle();
+  for (int i = 0; i < 20; ++i) Trigger("mnuFileNew");
+  const QRect room(QPoint(0, 0), Area().maximumViewportSize());
+  QSet<QPair<int, int>> places;
+  for (const QMdiSubWindow* window : Windows()) {
+    EXPECT_TRUE(room.contains(window->geometry()));
+    places.insert({window->x(), window->y()});
+  }
+  EXPECT_GT(places.size(), 15);
+}
+
+TEST_F(frmMainTest, HorizontalTilesLieOneAboveTheOther) {
+  OpenFrame();
+  Trigger("mnuWindowNewWindow");
+  Trigger("mnuWindowTileHorizontal");
+  const QSize room = Area().maximumViewportSize();
+  EXPECT_EQ(Windows()[0]->geometry(), QRect(0, 0, room.width(), room.height() / 2));
+  EXPECT_EQ(Windows()[1]->geometry(), QRect(0, room.height() / 2, room.width(), room.height() / 2));
+}
+
+TEST_F(frmMainTest, VerticalTilesLieSideBySide) {
+  OpenFrame();
+  Trigger("mnuWindowNewWindow");
+  Trigger("mnuWindowTileVertical");
+  const QSize room = Area().maximumViewportSize();
+  EXPECT_EQ(Windows()[0]->geometry(), QRect(0, 0, room.width() / 2, room.height()));
+  EXPECT_EQ(Windows()[1]->geometry(), QRect(room.width() / 2, 0, room.width() / 2, room.height()));
+}
+
+TEST_F(frmMainTest, CascadedChildrenOverlapEachFurtherDown) {
+  OpenFrame();
+  Trigger("mnuWindowNewWindow");
+  Trigger("mnuWindowTileVertical");
+  Trigger("mnuWindowCascade");
+  EXPECT_LT(Windows()[0]->y(), Windows()[1]->y());
+  EXPECT_TRUE(Windows()[0]->geometry().intersects(Windows()[1]->geometry()));
+}
+
+TEST_F(frmMainTest, MinimisedChildrenAreArrangedAlongTheLowerEdge) {
+  OpenFrame();
+  Trigger("mnuWindowNewWindow");
+  for (QMdiSubWindow* window : Windows()) {
+    window->showMinimized();
+    window->move(30, 30);
+  }
+  Trigger("mnuWindowArrangeIcons");
+  const int bottom = Area().maximumViewportSize().height();
+  EXPECT_EQ(Windows()[0]->geometry().bottomLeft(), QPoint(0, bottom - 1));
+  EXPECT_FALSE(Windows()[0]->geometry().intersects(Windows()[1]->geometry()));
+}
+
+TEST_F(frmMainTest, ArrangementOfNoChildrenDoesNothing) {
+  OpenFrame();
+  CloseAllChildren();
+  for (const char* name : {"mnuWindowCascade", "mnuWindowTileHorizontal", "mnuWindowTileVertical",
+                           "mnuWindowArrangeIcons"})
+    Trigger(name);
+  EXPECT_TRUE(Windows().isEmpty());
+}
+
+}  // namespace
+}  // namespace kestrix
