@@ -1,0 +1,286 @@
+#include "organisations/Orgfrm.h"
+
+#include <QEvent>
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+#include "formkit/Controls.h"
+#include "organisations/OrganisationRows.h"
+#include "platform/FileSystem.h"
+#include "store/RecordSources.h"
+#include "ui_Orgfrm.h"
+
+namespace kestrix {
+
+using namespace organisations;
+
+namespace {
+
+constexpr auto kTag = "Tag";
+constexpr int kNameLength = 255;
+
+/// A menu entry underlines the letter behind an ampersand; a doubled one stands for itself.
+QString AsEntry(QString name) {
+  return name.replace(u'&', QStringLiteral("&&"));
+}
+QString FromEntry(QString caption) {
+  return caption.replace(QStringLiteral("&&"), QStringLiteral("&"));
+}
+
+}  // namespace
+
+Orgfrm::Orgfrm(Context& context) : SessionForm(context), ui_(std::make_unique<Ui::Orgfrm>()) {
+  ui_->setupUi(this);
+  // Names are typed into the text box, which lies over the combo's own line.
+  ui_->orgnmecbo->lineEdit()->setReadOnly(true);
+  ui_->orgnmecbo->lineEdit()->setMaxLength(kNameLength);
+  for (QObject* face :
+       {static_cast<QObject*>(ui_->orgnmecbo), static_cast<QObject*>(ui_->orgnmecbo->lineEdit()),
+        static_cast<QObject*>(ui_->orgnmecbotxt)}) {
+    face->installEventFilter(this);
+  }
+  On(ui_->orgnmecbo, &QComboBox::activated, &Orgfrm::orgnmecbo_Click);
+  On(ui_->orgnmecbotxt, &QLineEdit::textChanged, &Orgfrm::orgnmecbotxt_Change);
+  OnLostFocus(ui_->orgnmecbotxt, &Orgfrm::orgnmecbotxt_LostFocus);
+  On(ui_->clsd, &QPushButton::clicked, &Orgfrm::clsd_Click);
+  On(ui_->addorncmd, &QPushButton::clicked, &Orgfrm::addorncmd_Click);
+  On(ui_->delte, &QPushButton::clicked, &Orgfrm::delte_Click);
+  On(ui_->clsed, &QPushButton::clicked, &Orgfrm::clsed_Click);
+  On(ui_->fle, &QMenu::aboutToShow, &Orgfrm::fle_Click);
+  On(ui_->hstry, &QAction::triggered, &Orgfrm::hstry_Click);
+}
+
+Orgfrm::~Orgfrm() = default;
+
+void Orgfrm::Load() {
+  try {
+    files().ChangeFolder(installation().ApplicationFolder());
+    OpenRegister();
+    session().OrgEntryMode = 0;
+    ui_->orgnmecbotxt->setText(Name());
+  } catch (const Failure&) {
+    Tell(Icon::kCritical, title::kFilesMissing,
+         QStringLiteral("More files required run setup/Installed Files missing"));
+    UnloadForm();
+    Q_EMIT ProjectFormUnloadRequested();
+    Q_EMIT LoadFailed();
+  }
+}
+
+void Orgfrm::OpenRegister() {
+  session().OrgDbPath = installation().Register();
+  Orgndata_.SetRecordSource(sources::kOrgtnTable);
+  for (DataControl* source : {&Orgndata_, &orgtmpRcd_, &DeltRcd_}) {
+    source->SetDatabaseName(session().OrgDbPath);
+  }
+  RefreshNames();
+  orgtmpRcd_.SetRecordSource(sources::kOrgtmp);
+  orgtmpRcd_.Refresh();
+  DeltRcd_.SetRecordSource(sources::kOrgtn);
+  DeltRcd_.Refresh();
+}
+
+/// Opens the organisations anew; the combo lists them, and its text stays.
+void Orgfrm::RefreshNames() {
+  Orgndata_.Refresh();
+  Recordset& rows = Orgndata_.Recordset();
+  QStringList names;
+  if (rows.RecordCount() > 0) {
+    const Recordset::Walk walk(rows);
+    for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) names += rows.Text(kOrgName);
+    rows.MoveFirst();
+  }
+  const QString name = Name();
+  const QSignalBlocker silent(ui_->orgnmecbo);
+  ui_->orgnmecbo->clear();
+  ui_->orgnmecbo->addItems(names);
+  ui_->orgnmecbo->setCurrentIndex(-1);
+  SetName(name);
+}
+
+QString Orgfrm::Name() const {
+  return ui_->orgnmecbo->currentText();
+}
+
+void Orgfrm::SetName(const QString& name) {
+  ui_->orgnmecbo->setEditText(name);
+}
+
+bool Orgfrm::IsAdding() const {
+  return ui_->addorncmd->property(kTag).toString() == u'1';
+}
+
+void Orgfrm::Activate() {
+  try {
+    if (Orgndata_.Recordset().RecordCount() == 0) {
+      ui_->addorncmd->setEnabled(true);
+      ui_->clsed->setEnabled(true);
+    } else if (IsAdding()) {
+      ui_->clsed->setEnabled(false);
+      ui_->clsd->setEnabled(true);
+      session().StudyConnected = 0;
+    }
+  } catch (const Failure&) {
+    // The register got lost meanwhile: the buttons stay as they are.
+  }
+}
+
+void Orgfrm::Deactivate() {
+  TakeFrontBack();
+}
+
+void Orgfrm::Unload() {
+  Q_EMIT Closing();
+  session().OrgEntryMode = 0;
+}
+
+bool Orgfrm::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::MouseButtonDblClick) {
+    // The text box is the face of the combo, except while a name is typed into it.
+    const bool typing = watched == ui_->orgnmecbotxt && !ui_->orgnmecbotxt->isReadOnly();
+    if (!typing) {
+      Guarded([this] { clsd_Click(); });
+      return true;
+    }
+  }
+  return SessionForm::eventFilter(watched, event);
+}
+
+void Orgfrm::orgnmecbo_Click() {
+  if (IsNoName(Name())) {
+    ui_->clsd->setEnabled(false);
+    ui_->clsed->setEnabled(false);
+    return;
+  }
+  ui_->orgnmecbotxt->setText(Name());
+  ui_->orgnmecbotxt->home(false);  // a long name is read from its beginning
+  ui_->clsd->setEnabled(true);
+  ui_->clsed->setEnabled(false);
+}
+
+void Orgfrm::orgnmecbotxt_Change() {
+  ui_->clsd->setEnabled(true);
+  ui_->clsed->setEnabled(session().OrgEntryMode != 1);
+}
+
+void Orgfrm::addorncmd_Click() {
+  ui_->addorncmd->setProperty(kTag, QStringLiteral("1"));
+  ui_->clsd->setProperty(kTag, QStringLiteral("0"));
+  session().OrgEntryMode = 1;
+  SetName(QString());
+  ui_->orgnmecbo->setEnabled(false);
+  ui_->orgnmecbotxt->setReadOnly(false);
+  for (QWidget* command : {ui_->addorncmd, ui_->clsd, ui_->clsed}) command->setEnabled(false);
+  FocusLater(ui_->orgnmecbotxt);
+  ui_->orgnmecbotxt->setText(Name());
+}
+
+void Orgfrm::orgnmecbotxt_LostFocus() {
+  const QString name = ui_->orgnmecbotxt->text();
+  if (name.startsWith(u' ')) return RefuseLeadingSpace();
+  session().SelectedOrgName = Name();
+  SetName(name);
+  EnteredOrgName_ = name;
+  if (session().OrgEntryMode == 0) return;
+  if (IsNoName(name)) return DemandName();
+  try {
+    if (session().OrgEntryMode == 1 && !AddOrganisation(name)) return;
+  } catch (const Failure&) {
+    return;
+  }
+  ui_->orgnmecbotxt->setReadOnly(true);
+  ui_->orgnmecbo->setEnabled(true);
+  ui_->clsd->setEnabled(true);
+  ui_->orgnmecbotxt->setText(Name());
+}
+
+void Orgfrm::RefuseLeadingSpace() {
+  Tell(Icon::kCritical, title::kProgram, QStringLiteral("Can not begin with a space."));
+  SetBackColour(ui_->orgnmecbotxt, colour::kWarning);
+  FocusLater(ui_->orgnmecbotxt, [this] { ui_->orgnmecbotxt->setSelection(0, 1); });
+}
+
+void Orgfrm::DemandName() {
+  Tell(Icon::kInformation, QStringLiteral("BELTROVAN: Data required"),
+       QStringLiteral("Please enter/select Organization name."));
+  FocusLater(ui_->orgnmecbotxt);
+  ui_->clsd->setEnabled(false);
+  ui_->clsed->setEnabled(false);
+}
+
+bool Orgfrm::AddOrganisation(const QString& name) {
+  RefreshNames();
+  Recordset& rows = Orgndata_.Recordset();
+  try {
+    rows.AddNew();
+    const Recordset::Attempt attempt(rows);
+    SetName(name);
+    rows.Set(kOrgName, name);
+    rows.Update();
+  } catch (const Failure& failure) {
+    if (failure.number() != failure::kDuplicate) throw;
+    OpenDuplicate();
+    return false;
+  }
+  RefreshNames();
+  ui_->clsd->setEnabled(true);
+  FocusLater(ui_->clsd);
+  ui_->clsed->setEnabled(false);
+  SetName(name);
+  session().OrgEntryMode = 0;
+  clsd_Click();
+  return true;
+}
+
+/// A name that is known already opens its organisation instead of being refused.
+void Orgfrm::OpenDuplicate() {
+  Tell(Icon::kCritical, QStringLiteral("BELTROVAN: Duplication"),
+       QStringLiteral("Organization name [%1] already exists.").arg(Name()));
+  ui_->addorncmd->setProperty(kTag, QStringLiteral("0"));
+  session().OrgEntryMode = 0;
+  session().SelectedOrgName = Name();
+  session().ActiveOrgName = Name();
+  clsd_Click();
+}
+
+void Orgfrm::fle_Click() {
+  try {
+    Recordset& last = orgtmpRcd_.Recordset();
+    last.MoveFirst();
+    const qint64 number = last.Number(kLastStudyNumber);
+    Recordset& rows = Orgndata_.Recordset();
+    const Recordset::Walk walk(rows);
+    rows.MoveFirst();
+    while (rows.Number(kStudyNumber) != number) rows.MoveNext();
+    ui_->hstry->setText(AsEntry(rows.Text(kOrgName)));
+  } catch (const Failure&) {
+    // No organisation has that number any more: the entry keeps its caption.
+  }
+}
+
+void Orgfrm::hstry_Click() {
+  const QString name = FromEntry(ui_->hstry->text());
+  if (name.isEmpty()) return;
+  try {
+    Recordset& rows = Orgndata_.Recordset();
+    if (rows.RecordCount() > 0) static_cast<void>(WalkTo(rows, name, rows.RecordCount()));
+  } catch (const Failure&) {
+    return;
+  }
+  SetName(name);
+  ui_->orgnmecbotxt->setText(name);
+  session().SelectedOrgName = name;
+  ui_->clsd->setEnabled(true);
+  ui_->clsed->setEnabled(false);
+  // While a name is being added the combo is disabled and can't take the focus: the command ends
+  // here, so that a known organisation is never numbered as if it had just been added.
+  if (!ui_->orgnmecbo->isEnabled()) return;
+  FocusLater(ui_->orgnmecbo);
+  clsd_Click();
+}
+
+void Orgfrm::clsed_Click() {
+  UnloadForm();
+}
+
+}  // namespace kestrix

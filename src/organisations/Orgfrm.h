@@ -1,0 +1,103 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+
+#include "shell/SessionForm.h"
+#include "store/DataControl.h"
+
+namespace kestrix {
+
+namespace Ui {
+class Orgfrm;
+}
+
+/// The register of organisations: picks one, adds one and deletes one. While it is loaded it holds
+/// itself in front.
+///
+/// The name in the combo is the organisation that the commands work on. An organisation gets its
+/// study number when it is opened for the first time: the smallest one that no row of the register
+/// holds. Its study is created then. The commands never show a study; they say that one was opened.
+class Orgfrm : public SessionForm {
+  Q_OBJECT
+
+ public:
+  explicit Orgfrm(Context& context);
+  ~Orgfrm() override;
+
+ Q_SIGNALS:
+  /// An organisation was opened: the project form takes `caption` (a blank and the name) as that of
+  /// Orglbltxt. That reference loads the project form, and its load shows it. This form unloads
+  /// itself right behind it.
+  void OrganisationOpened(const QString& caption);
+  /// This form is being unloaded, by whichever route: the project form, loaded if it isn't, draws
+  /// its caption anew, holds the front (ProjectFormHolds becomes 1) and enables or disables the
+  /// commands that need an organisation.
+  void Closing();
+  /// The project form is to be unloaded if it is loaded: files of the installation are missing, the
+  /// person was told, and this form is unloaded already.
+  void ProjectFormUnloadRequested();
+  /// The load failed; the person was told, this form and the project form are unloaded. The notice
+  /// of required files is to be shown modally.
+  void LoadFailed();
+  /// The study that is being deleted is in use: the project form, loaded if it isn't, points its
+  /// rows at the empty template and clears its caption. A failure may travel back.
+  void StudyReleaseRequested();
+
+ protected:
+  void Load() override;
+  void Activate() override;
+  void Deactivate() override;
+  void Unload() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  // Orgfrm.cpp: its life, choosing, adding, history.
+  void OpenRegister();
+  void RefreshNames();
+  [[nodiscard]] QString Name() const;
+  void SetName(const QString& name);
+  [[nodiscard]] bool IsAdding() const;
+  void orgnmecbo_Click();
+  void orgnmecbotxt_Change();
+  void orgnmecbotxt_LostFocus();
+  void RefuseLeadingSpace();
+  void DemandName();
+  /// False when the name was in the register already, and that organisation was opened instead.
+  [[nodiscard]] bool AddOrganisation(const QString& name);
+  void OpenDuplicate();
+  void addorncmd_Click();
+  void fle_Click();
+  void hstry_Click();
+  void clsed_Click();
+
+  // Orgfrm_open.cpp: making the chosen organisation the active one.
+  void clsd_Click();
+  void LeaveWithoutTemplate();
+  void AskForName();
+  void TakeUpOrganisation();
+  void NumberNewOrganisation();
+  [[nodiscard]] bool FindFreeNumber();
+  void StoreNumber(qint16 number);
+  void TakeStudyNumber();
+  void StoreInHistory();
+
+  // Orgfrm_delete.cpp: removing an organisation with its study.
+  void delte_Click();
+  [[nodiscard]] bool AnyStudyIsInUse();
+  /// False when there is nothing to delete, or the person doesn't want it.
+  [[nodiscard]] bool ConfirmDelete();
+  void DeleteOrganisation();
+  void FindStudyToDelete();
+  void ShowNoOrganisation();
+
+  std::unique_ptr<Ui::Orgfrm> ui_;
+  DataControl Orgndata_{QStringLiteral("Orgndata"), this};    ///< the organisations
+  DataControl orgtmpRcd_{QStringLiteral("orgtmpRcd"), this};  ///< the study number opened last
+  /// A second view of the organisations, as they were when the form was loaded: only to find the
+  /// number of the study to delete.
+  DataControl DeltRcd_{QStringLiteral("DeltRcd"), this};
+  QString EnteredOrgName_;
+};
+
+}  // namespace kestrix

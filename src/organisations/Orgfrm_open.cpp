@@ -1,0 +1,120 @@
+#include <QSet>
+
+#include "formkit/Controls.h"
+#include "organisations/OrganisationRows.h"
+#include "organisations/Orgfrm.h"
+#include "organisations/StudyFiles.h"
+#include "platform/FileSystem.h"
+#include "shell/Frame.h"
+#include "ui_Orgfrm.h"
+
+namespace kestrix {
+
+using namespace organisations;
+
+void Orgfrm::clsd_Click() {
+  WaitCursor waiting;
+  if (!files().FileExists(installation().StudyTemplate())) {
+    waiting.Restore();
+    return LeaveWithoutTemplate();
+  }
+  if (IsNoName(Name())) {
+    waiting.Restore();
+    return AskForName();
+  }
+  try {
+    TakeUpOrganisation();
+  } catch (const Failure&) {
+    return;
+  }
+  PassOver(
+      [this] {
+        if (IsAdding()) NumberNewOrganisation();
+      },
+      [this] { TakeStudyNumber(); }, [this] { StoreInHistory(); },
+      [this] { Q_EMIT OrganisationOpened(u' ' + session().ActiveOrgName); });
+  session().OrgOpenDone = 1;
+  // The project form that came up may have unloaded this one already, which ends its modes.
+  if (session().OrgEntryMode != 1 && !IsUnloading()) session().OrgEntryMode = 2;
+  UnloadForm();
+}
+
+void Orgfrm::LeaveWithoutTemplate() {
+  Tell(Icon::kInformation, QStringLiteral("BELTROVAN: File missing."),
+       QStringLiteral("Installed files missing."));
+  UnloadForm();
+  Q_EMIT ProjectFormUnloadRequested();
+}
+
+void Orgfrm::AskForName() {
+  Tell(Icon::kInformation, QStringLiteral("BELTROVAN: Data required"),
+       QStringLiteral("Please enter/select Organization name."));
+  ShowForm();
+  FocusLater(ui_->orgnmecbotxt);
+}
+
+void Orgfrm::TakeUpOrganisation() {
+  session().SelectedOrgName = Name();
+  session().ActiveOrgName = Name();
+  frame().SetStatusText(QStringLiteral("Active Organization - ") + session().ActiveOrgName);
+  session().OrgCount = Narrow(Orgndata_.Recordset().RecordCount());
+}
+
+/// The organisation that was added last is opened for the first time: it gets its number and its
+/// study.
+void Orgfrm::NumberNewOrganisation() {
+  PassOver([this] { RefreshNames(); });
+  if (session().OrgCount == 1) {
+    Orgndata_.Recordset().MoveFirst();
+    return StoreNumber(1);
+  }
+  if (!FindFreeNumber()) return;
+  if (!WalkTo(Orgndata_.Recordset(), session().ActiveOrgName, session().OrgCount)) return;
+  StoreNumber(session().ActiveStudyNo);
+}
+
+/// The smallest number that no row of the register holds becomes the active one. False when there
+/// is none up to the count of the organisations.
+bool Orgfrm::FindFreeNumber() {
+  QSet<qint64> taken;
+  Recordset& rows = Orgndata_.Recordset();
+  const Recordset::Walk walk(rows);
+  for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) taken.insert(rows.Number(kStudyNumber));
+  for (int number = 1; number <= session().OrgCount; ++number) {
+    session().LoopIndex = static_cast<qint16>(number);
+    if (taken.contains(number)) continue;
+    session().ActiveStudyNo = session().LoopIndex;
+    return true;
+  }
+  return false;
+}
+
+void Orgfrm::StoreNumber(qint16 number) {
+  Recordset& rows = Orgndata_.Recordset();
+  const Recordset::Attempt attempt(rows);
+  PassOver([&] { rows.Edit(); }, [&] { rows.Set(kStudyNumber, number); },
+           [&] { session().ActiveStudyNo = number; }, [&] { CreateStudyDb(context()); },
+           [&] { rows.Update(); });
+}
+
+void Orgfrm::TakeStudyNumber() {
+  Recordset& rows = Orgndata_.Recordset();
+  if (!WalkTo(rows, session().ActiveOrgName, session().OrgCount)) return;
+  session().ActiveStudyNo = Narrow(rows.Number(kStudyNumber));
+  // Somebody else has the study open. It opens all the same; only a delete is barred by it.
+  if (files().FileExists(installation().StudySign(session().ActiveStudyNo))) {
+    session().OtherUserMark = 2;
+  }
+}
+
+void Orgfrm::StoreInHistory() {
+  Recordset& last = orgtmpRcd_.Recordset();
+  // What others opened meanwhile is overwritten, not fought over: the row is read anew.
+  last.MoveFirst();
+  const Recordset::Attempt attempt(last);
+  last.Edit();
+  last.Set(kLastStudyNumber, session().ActiveStudyNo);
+  last.Update();
+}
+
+}  // namespace kestrix

@@ -1,0 +1,350 @@
+#include <QDir>
+
+#include "OrgfrmTest.h"
+
+namespace kestrix {
+namespace {
+
+const Message kInUse =
+    Tell(Icon::kInformation, "BELTROVAN",
+         "All users need to logout/Close/Exit Risk Assessment module and needs to be reopened by "
+         "only one user to delete records.");
+const Message kNoneSelected = Tell(Icon::kInformation, "BELTROVAN", "No records selceted");
+const Message kNoneToDelete = Tell(Icon::kInformation, "BELTROVAN", "No records to delete.");
+const Message kStillOpen =
+    Tell(Icon::kCritical, "BELTROVAN",
+         "Failed to delete records as more than one user has opened this file.");
+
+Message Question(const QString& name) {
+  return Ask(Icon::kCritical, "BELTROVAN: Delete record",
+             "Wish to delete Organization [" + name + "] from records?");
+}
+
+class OrgfrmDeleteTest : public OrgfrmTest {
+ protected:
+  void GivenShopAndAssembly() {
+    installation.GivenOrganisation("Press shop", 3);
+    installation.GivenOrganisation("Assembly", 5);
+    WriteFile(installation.PictureFolder(3) + "/a.jpg", "picture");
+  }
+  void OpenAndPick(const QString& name) {
+    OpenOrganisations();
+    PickOrganisation(name);
+  }
+  [[nodiscard]] bool HasFiles(int number) {
+    return QFile::exists(installation.Study(number)) &&
+           QDir(installation.PictureFolder(number)).exists();
+  }
+  [[nodiscard]] bool HasNoFiles(int number) {
+    return !QFile::exists(installation.Study(number)) &&
+           !QDir(installation.PictureFolder(number)).exists();
+  }
+};
+
+TEST_F(OrgfrmDeleteTest, OrganisationGoesWithItsStudyAndItsPictures) {
+  GivenShopAndAssembly();
+  OpenAndPick("Press shop");
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes).WhileOpen([&] {
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    EXPECT_TRUE(HasFiles(3));
+  });
+  Click("delte");
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
+  EXPECT_TRUE(HasNoFiles(3));
+  EXPECT_TRUE(HasFiles(5));
+  EXPECT_EQ(session.MsgAnswer, Button::kYes);
+  EXPECT_EQ(session.DeleteStudyNo, 3);
+  EXPECT_EQ(session.SelectedOrgName, "Press shop");
+  EXPECT_EQ(session.ActiveOrgName, "Press shop");
+  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "Select organization");
+  EXPECT_EQ(ItemsOf("orgnmecbo"), QStringList({"Assembly"}));
+  EXPECT_EQ(Enabled(), QStringList({"addorncmd", "delte", "clsed"}));
+  EXPECT_EQ(session.OrgEntryMode, 0);
+  EXPECT_TRUE(told.isEmpty());
+}
+
+TEST_F(OrgfrmDeleteTest, NoIsTheDefaultAndKeepsEverything) {
+  GivenShopAndAssembly();
+  OpenAndPick("Press shop");
+  const QByteArray before = ReadFile(installation.Register());
+  desk.messages.Expect(Question("Press shop"));
+  Click("delte");
+  EXPECT_EQ(session.MsgAnswer, Button::kNo);
+  EXPECT_EQ(ReadFile(installation.Register()), before);
+  EXPECT_TRUE(HasFiles(3));
+  EXPECT_EQ(TextOf("orgnmecbo"), "Press shop");
+}
+
+TEST_F(OrgfrmDeleteTest, LastOrganisationLeavesTheFormAsOnAnEmptyRegister) {
+  installation.GivenOrganisation("Press shop", 1);
+  OpenAndPick("Press shop");
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_TRUE(Organisations().isEmpty());
+  EXPECT_TRUE(ItemsOf("orgnmecbo").isEmpty());
+  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+  EXPECT_EQ(Enabled(), QStringList({"addorncmd", "delte", "clsed"}));
+}
+
+TEST_F(OrgfrmDeleteTest, NumberOfADeletedOrganisationIsUsedAgain) {
+  installation.GivenOrganisation("A", 1);
+  installation.GivenOrganisation("B", 2);
+  installation.GivenOrganisation("C", 3);
+  installation.GivenProject(2, "P-1", "B");
+  OpenAndPick("B");
+  desk.messages.Expect(Question("B")).Answer(Button::kYes);
+  Click("delte");
+  Add("D");
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"A", "1"}, {"C", "3"}, {"D", "2"}}));
+  EXPECT_TRUE(RowsOf(installation.Study(2), "Project_details").isEmpty());
+}
+
+TEST_F(OrgfrmDeleteTest, HistoryKeepsTheDeletedNumberAndFindsNothing) {
+  installation.GivenOrganisation("Press shop", 3);
+  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=3");
+  OpenAndPick("Press shop");
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_EQ(LastOpened(), QStringList({"3"}));
+  OpenHistory();
+  EXPECT_EQ(TextOf("hstry"), "No history");
+}
+
+TEST_F(OrgfrmDeleteTest, SeveralAreDeletedOneAfterTheOther) {
+  GivenShopAndAssembly();
+  installation.GivenOrganisation("Paint shop", 8);
+  OpenOrganisations();
+  for (const char* name : {"Assembly", "Press shop", "Paint shop"}) {
+    PickOrganisation(name);
+    desk.messages.Expect(Question(name)).Answer(Button::kYes);
+    Click("delte");
+  }
+  EXPECT_TRUE(Organisations().isEmpty());
+  EXPECT_TRUE(HasNoFiles(3) && HasNoFiles(5) && HasNoFiles(8));
+}
+
+TEST_F(OrgfrmDeleteTest, WithoutANameNothingIsSelected) {
+  GivenShopAndAssembly();
+  OpenOrganisations();
+  desk.messages.Expect(kNoneSelected);
+  Click("delte");
+  EXPECT_EQ(session.ActiveOrgName, "Select organization");
+  EXPECT_EQ(Organisations().size(), 2);
+  EXPECT_TRUE(HasFiles(3));
+}
+
+TEST_F(OrgfrmDeleteTest, EmptyComboIsNoNameEither) {
+  GivenShopAndAssembly();
+  OpenOrganisations();
+  Control<QComboBox>("orgnmecbo").setEditText(QString());
+  desk.messages.Expect(kNoneSelected);
+  Click("delte");
+  EXPECT_EQ(Organisations().size(), 2);
+}
+
+TEST_F(OrgfrmDeleteTest, EmptyRegisterWithATextInTheComboAsksNothing) {
+  OpenOrganisations();
+  Control<QComboBox>("orgnmecbo").setEditText("Ghost");
+  session.SelectedOrgName = "Ghost";
+  Click("delte");
+  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+  EXPECT_EQ(session.SelectedOrgName, "");
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+}
+
+TEST_F(OrgfrmDeleteTest, SignOfAnyStudyBarsEveryDelete) {
+  GivenShopAndAssembly();
+  WriteFile(installation.StudySign(777), QByteArray());
+  OpenAndPick("Press shop");
+  session.ActiveOrgName = "before";
+  desk.messages.Expect(kInUse);
+  Click("delte");
+  EXPECT_EQ(session.AnyStudyLocked, 1);
+  EXPECT_EQ(session.LoopIndex, 777);
+  EXPECT_EQ(session.ActiveOrgName, "before");
+  EXPECT_EQ(Organisations().size(), 2);
+  EXPECT_TRUE(HasFiles(3));
+}
+
+TEST_F(OrgfrmDeleteTest, SignOfStudyOneThousandBarsAndOneMoreDoesnt) {
+  GivenShopAndAssembly();
+  WriteFile(installation.StudySign(1000), QByteArray());
+  OpenAndPick("Press shop");
+  desk.messages.Expect(kInUse);
+  Click("delte");
+  ASSERT_TRUE(QFile::rename(installation.StudySign(1000), installation.StudySign(1001)));
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_EQ(session.AnyStudyLocked, 0);
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
+}
+
+TEST_F(OrgfrmDeleteTest, StudyThatAnotherProcessHoldsBarsTheDelete) {
+  GivenShopAndAssembly();
+  OpenAndPick("Press shop");
+  {
+    const SignHolder other(installation.StudySign(5));
+    desk.messages.Expect(kInUse);
+    Click("delte");
+  }
+  EXPECT_EQ(Organisations().size(), 2);
+  EXPECT_TRUE(HasFiles(3) && HasFiles(5));
+}
+
+TEST_F(OrgfrmDeleteTest, MarkOfAnotherUserBarsTheDeleteForTheRestOfTheRun) {
+  GivenShopAndAssembly();
+  session.OtherUserMark = 2;
+  OpenAndPick("Press shop");
+  desk.messages.Expect(kInUse);
+  Click("delte");
+  EXPECT_EQ(session.AnyStudyLocked, 0);
+  EXPECT_EQ(session.OtherUserMark, 2);
+  EXPECT_EQ(Organisations().size(), 2);
+}
+
+TEST_F(OrgfrmDeleteTest, UserWhoCameInBetweenKeepsTheStudyAndTheRowGoes) {
+  GivenShopAndAssembly();
+  OpenAndPick("Press shop");
+  std::unique_ptr<SignHolder> other;
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes).WhileOpen([&] {
+    other = std::make_unique<SignHolder>(installation.StudySign(3));
+  });
+  desk.messages.Expect(kStillOpen);
+  Click("delte");
+  EXPECT_EQ(told, QStringList({"let go of the study"}));
+  EXPECT_TRUE(QFile::exists(installation.Study(3)));
+  EXPECT_FALSE(QDir(installation.PictureFolder(3)).exists());
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
+  EXPECT_EQ(session.ActiveOrgName, "");
+}
+
+TEST_F(OrgfrmDeleteTest, StudyAboveTheScanThatThisRunHoldsIsLetGoOf) {
+  installation.GivenOrganisation("Press shop", 1001);
+  auto held = std::make_unique<Database>(installation.Study(1001));
+  OpenAndPick("Press shop");
+  QObject::connect(form, &Orgfrm::StudyReleaseRequested, form, [&] { held.reset(); });
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_EQ(told, QStringList({"let go of the study"}));
+  EXPECT_TRUE(HasNoFiles(1001));
+  EXPECT_TRUE(Organisations().isEmpty());
+  EXPECT_EQ(session.ActiveOrgName, "");
+}
+
+TEST_F(OrgfrmDeleteTest, RowGoesAlsoWhenItsFilesCantBeDeleted) {
+  GivenShopAndAssembly();
+  OpenAndPick("Press shop");
+  desk.files.FailNext(FileAction::kDeleteFile, "risk_esmatn3.mdb", failure::kPermissionDenied);
+  desk.files.FailNext(FileAction::kDeleteFolder, "Prj3", failure::kPermissionDenied);
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_EQ(desk.files.FaultsLeft(), 0);
+  EXPECT_TRUE(HasFiles(3));
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
+}
+
+TEST_F(OrgfrmDeleteTest, FilesGoBeforeTheRow) {
+  installation.GivenOrganisation("Press shop", 1001);
+  WriteFile(installation.StudySign(1001), QByteArray());
+  OpenAndPick("Press shop");
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+  desk.messages.Expect(kStillOpen).WhileOpen([&] {
+    EXPECT_EQ(Organisations().size(), 1);
+    EXPECT_TRUE(HasFiles(1001));
+  });
+  Click("delte");
+  EXPECT_TRUE(HasNoFiles(1001));
+  EXPECT_TRUE(Organisations().isEmpty());
+}
+
+TEST_F(OrgfrmDeleteTest, OrganisationWithoutAStudyGoesToo) {
+  Exec(installation.Register(), "INSERT INTO orgtn VALUES('Press shop',0)");
+  OpenAndPick("Press shop");
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_EQ(session.DeleteStudyNo, 0);
+  EXPECT_TRUE(Organisations().isEmpty());
+}
+
+TEST_F(OrgfrmDeleteTest, NumberOfTheActiveStudyStays) {
+  // The name equals the number that was opened last, and still no row of the history matches it.
+  installation.GivenOrganisation("3", 3);
+  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=3");
+  session.ActiveStudyNo = 12;
+  OpenAndPick("3");
+  desk.messages.Expect(Question("3")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_EQ(session.ActiveStudyNo, 12);
+  EXPECT_EQ(session.DeleteStudyNo, 3);
+}
+
+TEST_F(OrgfrmDeleteTest, RowBeyondTheFirstFiveThousandKeepsTheNumberOfTheDeleteBefore) {
+  Exec(installation.Register(),
+       "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<5001) "
+       "INSERT INTO orgtn SELECT 'Organisation '||i, i+2000 FROM n");
+  OpenOrganisations();
+  PickOrganisation("Organisation 5000");
+  desk.messages.Expect(Question("Organisation 5000")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_EQ(session.DeleteStudyNo, 7000);
+  OpenOrganisations();
+  Exec(installation.Register(), "INSERT INTO orgtn VALUES('One more',7100)");
+  OpenOrganisations();
+  PickOrganisation("One more");
+  desk.messages.Expect(Question("One more")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_EQ(session.DeleteStudyNo, 7000);
+  EXPECT_EQ(Organisations().size(), 5000);
+}
+
+TEST_F(OrgfrmDeleteTest, QuestionShowsTheNameAsItIs) {
+  const QString name = QString::fromUtf8("O'Brien & <b>%1</b> 機械");
+  installation.GivenOrganisation(name, 3);
+  OpenAndPick(name);
+  desk.messages.Expect(Question(name)).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_TRUE(Organisations().isEmpty());
+}
+
+TEST_F(OrgfrmDeleteTest, RowThatSomebodyElseDeletedMeanwhileIsPassedOver) {
+  GivenShopAndAssembly();
+  OpenAndPick("Press shop");
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes).WhileOpen([&] {
+    OtherProcess(installation.Register()).Run("DELETE FROM orgtn WHERE OrgName='Press shop';");
+  });
+  Click("delte");
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
+  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+}
+
+/// A disk that can't be asked whether a file is there.
+class DeafFiles : public FailingFileSystem {
+ public:
+  [[nodiscard]] bool FileExists(const QString& path) const override {
+    if (path.endsWith(".ldb")) throw Failure(failure::kDeviceError, "the disk failed");
+    return FailingFileSystem::FileExists(path);
+  }
+};
+
+TEST_F(OrgfrmDeleteTest, ErrorBeforeTheNameIsTakenUpFindsNothingToDelete) {
+  GivenShopAndAssembly();
+  DeafFiles deaf;
+  Platform platform{desk.messages, deaf,          desk.shell,     desk.windows, desk.settings,
+                    desk.dialogs,  desk.printing, desk.clipboard, desk.clock,   desk.environment};
+  FormKit deaf_kit{platform, kit.focus, kit.forms};
+  Context deaf_context{deaf_kit, session, paths, frame, dialog, project, task};
+  LoadOrganisations(deaf_context);
+  form->ShowForm();
+  Settle();
+  LookAt(*form);
+  PickOrganisation("Press shop");
+  desk.messages.Expect(kNoneToDelete);
+  Click("delte");
+  EXPECT_EQ(Organisations().size(), 2);
+  EXPECT_TRUE(HasFiles(3));
+  delete form.data();
+}
+
+}  // namespace
+}  // namespace kestrix

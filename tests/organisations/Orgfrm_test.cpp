@@ -1,0 +1,667 @@
+#include "OrgfrmTest.h"
+
+namespace kestrix {
+namespace {
+
+const Message kNameNeeded =
+    Tell(Icon::kInformation, "BELTROVAN: Data required", "Please enter/select Organization name.");
+const Message kLeadingSpace = Tell(Icon::kCritical, "BELTROVAN", "Can not begin with a space.");
+const Message kFilesMissing = Tell(Icon::kCritical, "BELTROVAN: Files missing",
+                                   "More files required run setup/Installed Files missing");
+
+Message AlreadyExists(const QString& name) {
+  return Tell(Icon::kCritical, "BELTROVAN: Duplication",
+              "Organization name [" + name + "] already exists.");
+}
+
+TEST_F(OrgfrmTest, ShowsItsCaptionsTipsAndStartTexts) {
+  OpenOrganisations();
+  EXPECT_EQ(form->windowTitle(), " BELTROVAN: Select/Enter Organization /Project");
+  EXPECT_EQ(TextOf("orgmnelbl"), "Name of Organization /Project");
+  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "Select organization");
+  EXPECT_EQ(TextOf("clsd"), "&Open Orgn");
+  EXPECT_EQ(TextOf("addorncmd"), "&New Orgn.");
+  EXPECT_EQ(TextOf("delte"), "&Delete");
+  EXPECT_EQ(TextOf("clsed"), "&Exit");
+  EXPECT_EQ(TextOf("fle"), "Open from &history");
+  EXPECT_EQ(TextOf("hstry"), "No history");
+  EXPECT_EQ(Control<QWidget>("clsd").toolTip(), "Selected Organization");
+  EXPECT_EQ(Control<QWidget>("addorncmd").toolTip(), "Add new Organization");
+  EXPECT_EQ(Control<QWidget>("delte").toolTip(), "Delete Organization");
+  EXPECT_TRUE(TextOf("Label1").startsWith("IMP: To add new organization Textbox should display "));
+  EXPECT_EQ(TagOf("addorncmd"), "0");
+  EXPECT_TRUE(IsLocked());
+}
+
+TEST_F(OrgfrmTest, LoadGoesToTheApplicationsFolderAndOpensTheRegister) {
+  session.OrgEntryMode = 2;
+  LoadOrganisations();
+  EXPECT_EQ(desk.files.CurrentFolder(), installation.Folder());
+  EXPECT_EQ(session.OrgDbPath, paths.Register());
+  EXPECT_EQ(session.OrgEntryMode, 0);
+  for (const char* name : {"Orgndata", "orgtmpRcd", "DeltRcd"}) {
+    const auto* source = form->findChild<DataControl*>(name);
+    ASSERT_NE(source, nullptr) << name;
+    EXPECT_EQ(source->DatabaseName(), paths.Register());
+    EXPECT_TRUE(source->HasRecordset());
+  }
+  EXPECT_EQ(form->findChild<DataControl*>("Orgndata")->RecordSource(), "Orgtn");
+  EXPECT_EQ(form->findChild<DataControl*>("orgtmpRcd")->RecordSource(),
+            "SELECT Orgtmp.OrgNameTMP FROM Orgtmp");
+  EXPECT_EQ(form->findChild<DataControl*>("DeltRcd")->RecordSource(),
+            "SELECT orgtn.OrgName, Orgtn.sclenotxt FROM orgtn");
+}
+
+TEST_F(OrgfrmTest, ListsTheNamesInTheOrderOfTheRegister) {
+  installation.GivenOrganisation("Press shop", 1);
+  installation.GivenOrganisation("Assembly", 2);
+  installation.GivenOrganisation("assembly", 3);
+  OpenOrganisations();
+  EXPECT_EQ(ItemsOf("orgnmecbo"), QStringList({"Press shop", "Assembly", "assembly"}));
+  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+}
+
+TEST_F(OrgfrmTest, EmptyRegisterOffersToAddAndToLeave) {
+  OpenOrganisations();
+  EXPECT_TRUE(ItemsOf("orgnmecbo").isEmpty());
+  EXPECT_TRUE(IsEnabled("addorncmd"));
+  EXPECT_TRUE(IsEnabled("clsed"));
+  desk.messages.Expect(kNameNeeded);
+  Click("clsd");
+  EXPECT_FALSE(IsGone());
+  EXPECT_EQ(FocusName(), "orgnmecbotxt");
+  EXPECT_TRUE(Organisations().isEmpty());
+}
+
+TEST_F(OrgfrmTest, PickedNameIsShownAndTurnsExitOff) {
+  installation.GivenOrganisation("Press shop", 1);
+  OpenOrganisations();
+  EXPECT_TRUE(IsEnabled("clsed"));
+  PickOrganisation("Press shop");
+  EXPECT_EQ(TextOf("orgnmecbo"), "Press shop");
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "Press shop");
+  EXPECT_EQ(Enabled(), QStringList({"clsd", "addorncmd", "delte"}));
+}
+
+TEST_F(OrgfrmTest, SameNamePickedAgainIsAPickToo) {
+  installation.GivenOrganisation("Press shop", 1);
+  OpenOrganisations();
+  PickOrganisation("Press shop");
+  Control<QLineEdit>("orgnmecbotxt").setText("something else");
+  EXPECT_TRUE(IsEnabled("clsed"));
+  PickOrganisation("Press shop");
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "Press shop");
+  EXPECT_FALSE(IsEnabled("clsed"));
+}
+
+TEST_F(OrgfrmTest, PickOfNoNameTurnsOpenAndExitOff) {
+  Exec(installation.Register(), "INSERT INTO orgtn(OrgName) VALUES('Select organization')");
+  OpenOrganisations();
+  PickOrganisation("Select organization");
+  EXPECT_EQ(Enabled(), QStringList({"addorncmd", "delte"}));
+}
+
+TEST_F(OrgfrmTest, ChangedTextTurnsOpenAndExitOn) {
+  installation.GivenOrganisation("Press shop", 1);
+  OpenOrganisations();
+  PickOrganisation("Press shop");
+  ASSERT_FALSE(IsEnabled("clsed"));
+  Control<QLineEdit>("orgnmecbotxt").setText("Press");
+  EXPECT_TRUE(IsEnabled("clsd"));
+  EXPECT_TRUE(IsEnabled("clsed"));
+}
+
+TEST_F(OrgfrmTest, NothingIsTypedIntoLockedBoxesOrIntoTheCombo) {
+  installation.GivenOrganisation("Press shop", 1);
+  OpenOrganisations();
+  Click("orgnmecbotxt");
+  Type("x");
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "Select organization");
+  PressShiftTab();
+  EXPECT_EQ(FocusName(), "orgnmecbo");
+  Type("x");
+  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+}
+
+TEST_F(OrgfrmTest, KeysPickFromTheList) {
+  installation.GivenOrganisation("Press shop", 1);
+  installation.GivenOrganisation("Assembly", 2);
+  OpenOrganisations();
+  ASSERT_EQ(FocusName(), "orgnmecbo");
+  PressKey(Qt::Key_Down);
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "Press shop");
+  PressKey(Qt::Key_Down);
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "Assembly");
+  EXPECT_FALSE(IsEnabled("clsed"));
+}
+
+TEST_F(OrgfrmTest, TabGoesFromTheNameToTheCommands) {
+  OpenOrganisations();
+  QStringList order = {FocusName()};
+  for (int i = 0; i < 6; ++i) {
+    PressTab();
+    order += FocusName();
+  }
+  EXPECT_EQ(order, QStringList({"orgnmecbo", "orgnmecbotxt", "clsd", "addorncmd", "delte", "clsed",
+                                "orgnmecbo"}));
+}
+
+TEST_F(OrgfrmTest, DoubleClickOpensTheNameInTheCombo) {
+  installation.GivenOrganisation("Press shop", 4);
+  OpenOrganisations();
+  PickOrganisation("Press shop");
+  DoubleClickFace();
+  EXPECT_TRUE(IsGone());
+  EXPECT_EQ(session.ActiveStudyNo, 4);
+  EXPECT_EQ(told, QStringList({"opened [ Press shop]", "closing"}));
+}
+
+TEST_F(OrgfrmTest, DoubleClickOnTheComboItselfOpensToo) {
+  installation.GivenOrganisation("Press shop", 4);
+  OpenOrganisations();
+  PickOrganisation("Press shop");
+  QTest::mouseDClick(&Control<QComboBox>("orgnmecbo"), Qt::LeftButton);
+  Settle();
+  EXPECT_TRUE(IsGone());
+  EXPECT_EQ(session.ActiveStudyNo, 4);
+}
+
+TEST_F(OrgfrmTest, DoubleClickWhileTypingSelectsAWord) {
+  OpenOrganisations();
+  Click("addorncmd");
+  Type("Press");
+  DoubleClickFace();
+  EXPECT_EQ(SelectedTextOf("orgnmecbotxt"), "Press");
+  EXPECT_TRUE(told.isEmpty());
+  EXPECT_TRUE(Organisations().isEmpty());
+}
+
+TEST_F(OrgfrmTest, AddingUnlocksTheBoxAndGivesItTheFocus) {
+  installation.GivenOrganisation("Press shop", 1);
+  OpenOrganisations();
+  Click("addorncmd");
+  EXPECT_EQ(TagOf("addorncmd"), "1");
+  EXPECT_EQ(TagOf("clsd"), "0");
+  EXPECT_EQ(session.OrgEntryMode, 1);
+  EXPECT_EQ(TextOf("orgnmecbo"), "");
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "");
+  EXPECT_FALSE(IsEnabled("orgnmecbo"));
+  EXPECT_FALSE(IsLocked());
+  EXPECT_FALSE(IsEnabled("addorncmd"));
+  EXPECT_FALSE(IsEnabled("clsed"));
+  EXPECT_EQ(FocusName(), "orgnmecbotxt");
+  Type("A");
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "A");
+  EXPECT_TRUE(IsEnabled("clsd"));
+  EXPECT_FALSE(IsEnabled("clsed"));
+}
+
+TEST_F(OrgfrmTest, NewNameIsStoredAndOpenedAtOnce) {
+  OpenOrganisations();
+  Add("Press shop");
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}}));
+  EXPECT_TRUE(QFile::exists(installation.Study(1)));
+  EXPECT_EQ(session.ActiveOrgName, "Press shop");
+  EXPECT_EQ(session.SelectedOrgName, "Press shop");
+  EXPECT_EQ(session.ActiveStudyNo, 1);
+  EXPECT_EQ(session.OrgCount, 1);
+  EXPECT_EQ(LastOpened(), QStringList({"1"}));
+  EXPECT_EQ(told, QStringList({"opened [ Press shop]", "closing"}));
+  EXPECT_TRUE(IsGone());
+}
+
+TEST_F(OrgfrmTest, NameOfSeveralScriptsQuotesAndAmpersandsIsStoredAsTyped) {
+  const QString name = QString::fromUtf8("O'Brien & \"Söhne\" %1 機械 🛠");
+  OpenOrganisations();
+  Click("addorncmd");
+  Control<QLineEdit>("orgnmecbotxt").setText(name);
+  PressTab();
+  EXPECT_EQ(Organisations(), QList<QStringList>({{name, "1"}}));
+  EXPECT_EQ(session.ActiveOrgName, name);
+}
+
+TEST_F(OrgfrmTest, NameOfTheGreatestLengthIsStoredWhole) {
+  const QString longest(255, u'x');
+  OpenOrganisations();
+  Click("addorncmd");
+  Type(longest + "y");
+  PressTab();
+  EXPECT_EQ(Organisations(), QList<QStringList>({{longest, "1"}}));
+}
+
+TEST_F(OrgfrmTest, NameOfBlanksBehindALetterPasses) {
+  OpenOrganisations();
+  Add("A   ");
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"A   ", "1"}}));
+}
+
+TEST_F(OrgfrmTest, ClickOnOpenStoresTheTypedNameOnce) {
+  OpenOrganisations();
+  Click("addorncmd");
+  Type("Press shop");
+  Click("clsd");
+  EXPECT_TRUE(IsGone());
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}}));
+  EXPECT_EQ(told, QStringList({"opened [ Press shop]", "closing"}));
+}
+
+TEST_F(OrgfrmTest, LeadingSpaceIsRefusedAndBoxIsPainted) {
+  OpenOrganisations();
+  Click("addorncmd");
+  Type(" Press shop");
+  desk.messages.Expect(kLeadingSpace);
+  PressTab();
+  EXPECT_EQ(BackColour(&Control<QWidget>("orgnmecbotxt")), 0xFFFFE0C0U);
+  EXPECT_EQ(FocusName(), "orgnmecbotxt");
+  EXPECT_EQ(SelectedTextOf("orgnmecbotxt"), " ");
+  EXPECT_EQ(TextOf("orgnmecbo"), "");
+  EXPECT_TRUE(Organisations().isEmpty());
+  EXPECT_TRUE(told.isEmpty());
+}
+
+TEST_F(OrgfrmTest, BoxStaysPaintedWhenTheNameIsMended) {
+  OpenOrganisations();
+  Click("addorncmd");
+  Type(" Press shop");
+  desk.messages.Expect(kLeadingSpace);
+  PressTab();
+  PressKey(Qt::Key_Delete);
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "Press shop");
+  EXPECT_EQ(BackColour(&Control<QWidget>("orgnmecbotxt")), 0xFFFFE0C0U);
+  PressTab();
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}}));
+}
+
+TEST_F(OrgfrmTest, EmptyNameIsAskedForAgain) {
+  OpenOrganisations();
+  Click("addorncmd");
+  desk.messages.Expect(kNameNeeded);
+  PressTab();
+  EXPECT_EQ(FocusName(), "orgnmecbotxt");
+  EXPECT_FALSE(IsEnabled("clsd"));
+  EXPECT_FALSE(IsEnabled("clsed"));
+  EXPECT_EQ(session.OrgEntryMode, 1);
+  EXPECT_TRUE(Organisations().isEmpty());
+}
+
+TEST_F(OrgfrmTest, ReservedTextIsNoName) {
+  OpenOrganisations();
+  Click("addorncmd");
+  Type("Select organization");
+  desk.messages.Expect(kNameNeeded);
+  PressTab();
+  EXPECT_EQ(FocusName(), "orgnmecbotxt");
+  EXPECT_FALSE(IsEnabled("clsd"));
+  EXPECT_TRUE(Organisations().isEmpty());
+}
+
+TEST_F(OrgfrmTest, EmptyNameEatsTheClickThatLeftTheBox) {
+  installation.GivenOrganisation("Press shop", 1);
+  OpenOrganisations();
+  Click("addorncmd");
+  desk.messages.Expect(kNameNeeded);
+  Click("delte");
+  EXPECT_EQ(Organisations().size(), 1);
+  EXPECT_TRUE(QFile::exists(installation.Study(1)));
+}
+
+TEST_F(OrgfrmTest, LeavingTheBoxWhenIdleOnlyKeepsTheTexts) {
+  OpenOrganisations();
+  Click("orgnmecbotxt");
+  session.SelectedOrgName = "before";
+  PressTab();
+  EXPECT_EQ(session.SelectedOrgName, "Select organization");
+  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+  EXPECT_TRUE(told.isEmpty());
+}
+
+TEST_F(OrgfrmTest, LeavingTheBoxPutsItsTextIntoTheCombo) {
+  OpenOrganisations();
+  Control<QLineEdit>("orgnmecbotxt").setText("Press");
+  Click("orgnmecbotxt");
+  PressTab();
+  EXPECT_EQ(TextOf("orgnmecbo"), "Press");
+  EXPECT_EQ(session.SelectedOrgName, "Select organization");
+}
+
+TEST_F(OrgfrmTest, LeavingTheBoxAfterAnOpenLocksIt) {
+  installation.GivenOrganisation("Press shop", 1);
+  OpenOrganisations();
+  session.OrgEntryMode = 2;
+  Control<QLineEdit>("orgnmecbotxt").setReadOnly(false);
+  Control<QLineEdit>("orgnmecbotxt").setText("Press shop");
+  Control<QWidget>("clsd").setEnabled(false);
+  Click("orgnmecbotxt");
+  PressTab();
+  EXPECT_TRUE(IsLocked());
+  EXPECT_TRUE(IsEnabled("clsd"));
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "Press shop");
+  EXPECT_EQ(Organisations().size(), 1);
+  EXPECT_TRUE(told.isEmpty());
+}
+
+TEST_F(OrgfrmTest, KnownNameOpensThatOrganisationAfterTheDuplicateMessage) {
+  installation.GivenOrganisation("Assembly", 2);
+  installation.GivenOrganisation("Press shop", 7);
+  OpenOrganisations();
+  desk.messages.Expect(AlreadyExists("Press shop")).WhileOpen([&] {
+    EXPECT_EQ(session.OrgEntryMode, 1);
+    EXPECT_EQ(TagOf("addorncmd"), "1");
+  });
+  Add("Press shop");
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "2"}, {"Press shop", "7"}}));
+  EXPECT_EQ(session.ActiveOrgName, "Press shop");
+  EXPECT_EQ(session.SelectedOrgName, "Press shop");
+  EXPECT_EQ(session.ActiveStudyNo, 7);
+  EXPECT_EQ(session.OrgEntryMode, 0);
+  EXPECT_EQ(told, QStringList({"opened [ Press shop]", "closing"}));
+  EXPECT_TRUE(IsGone());
+}
+
+TEST_F(OrgfrmTest, NamesThatDifferInCapitalsAreTwoOrganisations) {
+  installation.GivenOrganisation("Press shop", 1);
+  OpenOrganisations();
+  Add("press shop");
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}, {"press shop", "2"}}));
+}
+
+TEST_F(OrgfrmTest, NameThatSomebodyElseAddedMeanwhileIsADuplicate) {
+  OpenOrganisations();
+  Click("addorncmd");
+  Type("Press shop");
+  OtherProcess other(installation.Register());
+  other.Run("INSERT INTO orgtn VALUES('Press shop',5);");
+  desk.messages.Expect(AlreadyExists("Press shop"));
+  PressTab();
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "5"}}));
+  EXPECT_TRUE(IsGone());
+}
+
+TEST_F(OrgfrmTest, RegisterThatCantBeWrittenEndsTheAddingSilently) {
+  OpenOrganisations();
+  Click("addorncmd");
+  Type("Press shop");
+  {
+    const WriterAtWork other(installation.Register());
+    PressTab();
+  }
+  EXPECT_FALSE(IsGone());
+  EXPECT_TRUE(told.isEmpty());
+  EXPECT_EQ(session.OrgEntryMode, 1);
+  EXPECT_TRUE(Organisations().isEmpty());
+  EXPECT_FALSE(IsLocked());
+  // The name is still there, and is stored when it is left again.
+  Click("orgnmecbotxt");
+  PressTab();
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}}));
+}
+
+TEST_F(OrgfrmTest, RefusedNameIsNotStoredWhenTheFormCloses) {
+  OpenOrganisations();
+  Click("addorncmd");
+  Type("Press shop");
+  {
+    const WriterAtWork other(installation.Register());
+    PressTab();
+  }
+  CloseBox(*form);
+  EXPECT_TRUE(Organisations().isEmpty());
+  EXPECT_EQ(session.OrgEntryMode, 0);
+}
+
+TEST_F(OrgfrmTest, ActivationWithoutOrganisationsTurnsAddingAndExitOn) {
+  OpenOrganisations();
+  Control<QWidget>("addorncmd").setEnabled(false);
+  Control<QWidget>("clsed").setEnabled(false);
+  session.StudyConnected = 1;
+  Open<OtherForm>().UnloadForm();
+  Settle();
+  EXPECT_TRUE(IsEnabled("addorncmd"));
+  EXPECT_TRUE(IsEnabled("clsed"));
+  EXPECT_EQ(session.StudyConnected, 1);
+}
+
+TEST_F(OrgfrmTest, ActivationWhileAddingTurnsExitOff) {
+  installation.GivenOrganisation("Press shop", 1);
+  OpenOrganisations();
+  Click("addorncmd");
+  Type("A");
+  Control<QWidget>("clsd").setEnabled(false);
+  Control<QWidget>("clsed").setEnabled(true);
+  session.StudyConnected = 1;
+  kit.focus.Forget(form);
+  Open<OtherForm>().UnloadForm();
+  Settle();
+  EXPECT_FALSE(IsEnabled("clsed"));
+  EXPECT_TRUE(IsEnabled("clsd"));
+  EXPECT_EQ(session.StudyConnected, 0);
+}
+
+TEST_F(OrgfrmTest, ActivationWhenIdleLeavesTheButtonsAlone) {
+  installation.GivenOrganisation("Press shop", 1);
+  OpenOrganisations();
+  Control<QWidget>("clsd").setEnabled(false);
+  Control<QWidget>("clsed").setEnabled(false);
+  session.StudyConnected = 1;
+  Open<OtherForm>().UnloadForm();
+  Settle();
+  EXPECT_FALSE(IsEnabled("clsd"));
+  EXPECT_FALSE(IsEnabled("clsed"));
+  EXPECT_EQ(session.StudyConnected, 1);
+}
+
+TEST_F(OrgfrmTest, TakesTheFrontBackUntilItIsUnloaded) {
+  OpenOrganisations();
+  auto& other = Open<OtherForm>();
+  EXPECT_EQ(kit.forms.active(), form);
+  form->UnloadForm();
+  Settle();
+  other.ShowForm();
+  Settle();
+  EXPECT_EQ(kit.forms.active(), &other);
+}
+
+TEST_F(OrgfrmTest, HistoryNamesTheOrganisationOpenedLast) {
+  installation.GivenOrganisation("Press shop", 1);
+  installation.GivenOrganisation("R & D", 2);
+  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=2");
+  OpenOrganisations();
+  OpenHistory();
+  EXPECT_EQ(Control<QAction>("hstry").iconText(), "R & D");
+  Choose("hstry");
+  EXPECT_EQ(session.SelectedOrgName, "R & D");
+  EXPECT_EQ(session.ActiveOrgName, "R & D");
+  EXPECT_EQ(session.ActiveStudyNo, 2);
+  EXPECT_EQ(told, QStringList({"opened [ R & D]", "closing"}));
+}
+
+TEST_F(OrgfrmTest, HistoryFollowsWhatAnotherUserOpened) {
+  installation.GivenOrganisation("Press shop", 1);
+  installation.GivenOrganisation("Assembly", 2);
+  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=1");
+  OpenOrganisations();
+  OpenHistory();
+  EXPECT_EQ(TextOf("hstry"), "Press shop");
+  OtherProcess(installation.Register()).Run("UPDATE Orgtmp SET OrgNameTMP=2;");
+  OpenHistory();
+  EXPECT_EQ(TextOf("hstry"), "Assembly");
+}
+
+TEST_F(OrgfrmTest, HistoryWithoutAMatchKeepsItsCaption) {
+  installation.GivenOrganisation("Press shop", 1);
+  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=9");
+  OpenOrganisations();
+  OpenHistory();
+  EXPECT_EQ(TextOf("hstry"), "No history");
+}
+
+TEST_F(OrgfrmTest, HistoryOfAnEmptyRegisterKeepsItsCaption) {
+  OpenOrganisations();
+  OpenHistory();
+  EXPECT_EQ(TextOf("hstry"), "No history");
+}
+
+TEST_F(OrgfrmTest, NoHistoryIsOpenedAsAName) {
+  installation.GivenOrganisation("Press shop", 1);
+  session.ActiveStudyNo = 6;
+  OpenOrganisations();
+  Choose("hstry");
+  EXPECT_TRUE(IsGone());
+  EXPECT_EQ(session.SelectedOrgName, "No history");
+  EXPECT_EQ(session.ActiveOrgName, "No history");
+  EXPECT_EQ(session.ActiveStudyNo, 6);
+  EXPECT_EQ(LastOpened(), QStringList({"6"}));
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}}));
+  EXPECT_EQ(told, QStringList({"opened [ No history]", "closing"}));
+}
+
+TEST_F(OrgfrmTest, NoHistoryIsOpenedOnAnEmptyRegisterToo) {
+  OpenOrganisations();
+  Choose("hstry");
+  EXPECT_TRUE(IsGone());
+  EXPECT_EQ(session.ActiveOrgName, "No history");
+  EXPECT_EQ(session.OrgCount, 0);
+  EXPECT_EQ(LastOpened(), QStringList({"0"}));
+}
+
+TEST_F(OrgfrmTest, EmptyHistoryEntryDoesNothing) {
+  OpenOrganisations();
+  Control<QAction>("hstry").setText(QString());
+  Control<QAction>("hstry").trigger();
+  Settle();
+  EXPECT_FALSE(IsGone());
+  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+}
+
+TEST_F(OrgfrmTest, HistoryDoesntNumberAKnownOrganisationAnewWhileAdding) {
+  installation.GivenOrganisation("Press shop", 3);
+  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=3");
+  OpenOrganisations();
+  Click("addorncmd");
+  OpenHistory();
+  Choose("hstry");
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "3"}}));
+  EXPECT_FALSE(QFile::exists(installation.Study(1)));
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "Press shop");
+}
+
+TEST_F(OrgfrmTest, ExitUnloadsTheFormAndTellsTheProjectForm) {
+  session.OrgEntryMode = 2;
+  OpenOrganisations();
+  session.OrgEntryMode = 2;
+  QObject::connect(form, &Orgfrm::Closing, form, [&] { EXPECT_EQ(session.OrgEntryMode, 2); });
+  Click("clsed");
+  EXPECT_TRUE(IsGone());
+  EXPECT_EQ(told, QStringList({"closing"}));
+  EXPECT_EQ(session.OrgEntryMode, 0);
+}
+
+TEST_F(OrgfrmTest, CloseBoxUnloadsTheFormAsExitDoes) {
+  OpenOrganisations();
+  Click("addorncmd");
+  Type("Press");
+  CloseBox(*form);
+  EXPECT_TRUE(IsGone());
+  EXPECT_EQ(told, QStringList({"closing"}));
+  EXPECT_EQ(session.OrgEntryMode, 0);
+  EXPECT_TRUE(Organisations().isEmpty());
+}
+
+TEST_F(OrgfrmTest, NewLoadReadsTheTagOfTheDesignAgain) {
+  installation.GivenOrganisation("Press shop", 1);
+  OpenOrganisations();
+  Click("addorncmd");
+  CloseBox(*form);
+  OpenOrganisations();
+  EXPECT_EQ(TagOf("addorncmd"), "0");
+  EXPECT_TRUE(IsEnabled("orgnmecbo"));
+}
+
+class OrgfrmBadRegisterTest : public OrgfrmTest {
+ protected:
+  /// The load fails as told, and the register stays as it is.
+  void ExpectRefused() {
+    const QByteArray before = ReadFile(installation.Register());
+    desk.messages.Expect(kFilesMissing).WhileOpen([&] {
+      EXPECT_FALSE(form->IsUnloading());
+      EXPECT_TRUE(told.isEmpty());
+    });
+    OpenOrganisations();
+    EXPECT_TRUE(IsGone());
+    EXPECT_EQ(told, QStringList({"closing", "project form away", "load failed"}));
+    EXPECT_EQ(ReadFile(installation.Register()), before);
+  }
+};
+
+TEST_F(OrgfrmBadRegisterTest, MissingOneLeadsToTheNotice) {
+  ASSERT_TRUE(QFile::remove(installation.Register()));
+  ExpectRefused();
+}
+
+TEST_F(OrgfrmBadRegisterTest, EmptyOneLeadsToTheNotice) {
+  WriteFile(installation.Register(), QByteArray());
+  ExpectRefused();
+}
+
+TEST_F(OrgfrmBadRegisterTest, TruncatedOneLeadsToTheNotice) {
+  WriteFile(installation.Register(), ReadFile(installation.Register()).left(1000));
+  ExpectRefused();
+}
+
+TEST_F(OrgfrmBadRegisterTest, FileOfAnotherKindLeadsToTheNotice) {
+  WriteFile(installation.Register(), QByteArray("This is a letter.\n").repeated(1000));
+  ExpectRefused();
+}
+
+TEST_F(OrgfrmBadRegisterTest, DamagedHeaderLeadsToTheNotice) {
+  QByteArray bytes = ReadFile(installation.Register());
+  bytes.replace(0, 100, QByteArray(100, '\xff'));
+  WriteFile(installation.Register(), bytes);
+  ExpectRefused();
+}
+
+TEST_F(OrgfrmBadRegisterTest, StudyInItsPlaceLeadsToTheNotice) {
+  WriteFile(installation.Register(), ReadFile(installation.Template()));
+  ExpectRefused();
+}
+
+TEST_F(OrgfrmBadRegisterTest, RegisterWithoutTheHistorysTableLeadsToTheNotice) {
+  Exec(installation.Register(), "DROP TABLE Orgtmp");
+  ExpectRefused();
+}
+
+TEST_F(OrgfrmBadRegisterTest, FolderInItsPlaceLeadsToTheNotice) {
+  ASSERT_TRUE(QFile::remove(installation.Register()));
+  ASSERT_TRUE(QDir().mkpath(installation.Register()));
+  ExpectRefused();
+}
+
+TEST_F(OrgfrmBadRegisterTest, ApplicationsFolderThatIsGoneLeadsToTheNotice) {
+  desk.files.FailNext(FileAction::kChangeFolder, QString(), failure::kPathNotFound);
+  ExpectRefused();
+}
+
+TEST_F(OrgfrmTest, WriteProtectedRegisterOpensKnownOrganisationsAndAddsNone) {
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  installation.GivenOrganisation("Press shop", 3);
+  GiveToNobody(QFileInfo(installation.Folder()).path());
+  const QByteArray before = ReadFile(installation.Register());
+  const auto seen = RunAsNobody([&] {
+    QFile::setPermissions(installation.Register(), QFile::ReadOwner);
+    OpenOrganisations();
+    Add("Assembly");
+    QString result = IsGone() ? "gone" : "there";
+    CloseBox(*form);
+    OpenOrganisations();
+    PickOrganisation("Press shop");
+    Click("clsd");
+    return result + ", study " + QString::number(session.ActiveStudyNo) + ", boxes " +
+           QString::number(desk.messages.Shown().size());
+  });
+  EXPECT_EQ(seen.value_or("died"), "there, study 3, boxes 0");
+  EXPECT_EQ(ReadFile(installation.Register()), before);
+}
+
+}  // namespace
+}  // namespace kestrix

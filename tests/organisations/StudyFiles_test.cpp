@@ -1,0 +1,221 @@
+#include "organisations/StudyFiles.h"
+
+#include <QDir>
+
+#include "store/Database.h"
+#include "support/Files.h"
+#include "support/FormTest.h"
+#include "support/RunAsNobody.h"
+
+namespace kestrix {
+namespace {
+
+const Message kTemplateMissing =
+    Tell(Icon::kInformation, "BELTROVAN: File missing.", "Installed files missing.");
+const Message kCopyFailed =
+    Tell(Icon::kInformation, "BELTROVAN",
+         "Failed to create files. Seek Administrator approval for File installation.");
+const Message kStillOpen =
+    Tell(Icon::kCritical, "BELTROVAN",
+         "Failed to delete records as more than one user has opened this file.");
+
+class CreateStudyDbTest : public FormTest {
+ protected:
+  void Create(qint16 number) {
+    session.ActiveStudyNo = number;
+    CreateStudyDb(context);
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  }
+};
+
+TEST_F(CreateStudyDbTest, StudyIsACopyOfTheTemplate) {
+  Create(12);
+  EXPECT_EQ(ReadFile(installation.Study(12)), ReadFile(installation.Template()));
+  EXPECT_TRUE(RowsOf(installation.Study(12), "Project_details").isEmpty());
+  EXPECT_FALSE(QDir(installation.PictureFolder(12)).exists());
+}
+
+TEST_F(CreateStudyDbTest, StudyThatExistsIsNeverReplaced) {
+  installation.GivenStudy(12);
+  installation.GivenProject(12, "P-1", "Old");
+  Create(12);
+  EXPECT_EQ(Column(installation.Study(12), "SELECT Project_Number FROM Project_details"),
+            QStringList({"P-1"}));
+  EXPECT_TRUE(desk.files.Log().isEmpty());
+}
+
+TEST_F(CreateStudyDbTest, MissingTemplateIsToldAndNothingIsMade) {
+  ASSERT_TRUE(QFile::remove(installation.Template()));
+  desk.messages.Expect(kTemplateMissing);
+  Create(12);
+  EXPECT_FALSE(QFile::exists(installation.Study(12)));
+}
+
+TEST_F(CreateStudyDbTest, MissingTemplateIsToldAlsoWhenTheStudyExists) {
+  installation.GivenStudy(12);
+  ASSERT_TRUE(QFile::remove(installation.Template()));
+  desk.messages.Expect(kTemplateMissing);
+  Create(12);
+  EXPECT_TRUE(QFile::exists(installation.Study(12)));
+}
+
+TEST_F(CreateStudyDbTest, FullDiskIsToldAndLeavesNothing) {
+  desk.files.FailNext(FileAction::kCopyFile, "risk_esmatn12.mdb", failure::kDiskFull);
+  desk.messages.Expect(kCopyFailed);
+  Create(12);
+  EXPECT_FALSE(QFile::exists(installation.Study(12)));
+}
+
+TEST_F(CreateStudyDbTest, FolderThatCantBeWrittenIsTold) {
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  GiveToNobody(QFileInfo(installation.Folder()).path());
+  const auto seen = RunAsNobody([&] {
+    const QString folder = installation.Path("RskAsmtFld");
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
+    desk.messages.Expect(kCopyFailed);
+    Create(12);
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return QStringLiteral("%1 box, %2 to come, file: %3")
+        .arg(desk.messages.Shown().size())
+        .arg(desk.messages.Waiting())
+        .arg(QFile::exists(installation.Study(12)));
+  });
+  EXPECT_EQ(seen.value_or("died"), "1 box, 0 to come, file: 0");
+}
+
+TEST_F(CreateStudyDbTest, WriteProtectedTemplateGivesAStudyThatCanBeWritten) {
+  ASSERT_TRUE(QFile::setPermissions(installation.Template(), QFile::ReadOwner));
+  Create(12);
+  EXPECT_TRUE(QFile::permissions(installation.Study(12)) & QFile::WriteOwner);
+}
+
+TEST_F(CreateStudyDbTest, JournalOfADeadStudyIsNotPlayedBackIntoTheNewOne) {
+  // Somebody was killed in the middle of a change, and the database was taken away without it.
+  installation.GivenStudy(12);
+  const QString journal = installation.Study(12) + "-journal";
+  {
+    OtherProcess killed(installation.Study(12));
+    killed.Run(
+        "PRAGMA cache_size=1; PRAGMA cache_spill=1; BEGIN; "
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<2000) "
+        "INSERT INTO Project_details(Factory_Name,Project_Number) "
+        "SELECT 'Old', 'P-'||i FROM n;");
+    killed.Kill();
+  }
+  ASSERT_TRUE(QFile::exists(journal));
+  ASSERT_TRUE(QFile::remove(installation.Study(12)));
+  Create(12);
+  EXPECT_FALSE(QFile::exists(journal));
+  EXPECT_EQ(Column(installation.Study(12), "PRAGMA integrity_check"), QStringList({"ok"}));
+  EXPECT_TRUE(RowsOf(installation.Study(12), "Project_details").isEmpty());
+}
+
+class DeleteStudyFilesTest : public FormTest {
+ protected:
+  void Delete(qint16 number) {
+    session.DeleteStudyNo = number;
+    session.ActiveOrgName = "Press shop";
+    DeleteStudyFiles(context, [this] {
+      ++releases;
+      if (release) release();
+    });
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  }
+
+  std::function<void()> release;
+  int releases = 0;
+};
+
+TEST_F(DeleteStudyFilesTest, StudyAndPicturesGoAndOthersStay) {
+  installation.GivenStudy(3);
+  installation.GivenStudy(33);
+  WriteFile(installation.PictureFolder(3) + "/a.jpg", "picture");
+  Delete(3);
+  EXPECT_FALSE(QFile::exists(installation.Study(3)));
+  EXPECT_FALSE(QDir(installation.PictureFolder(3)).exists());
+  EXPECT_TRUE(QFile::exists(installation.Study(33)));
+  EXPECT_TRUE(QDir(installation.PictureFolder(33)).exists());
+  EXPECT_EQ(releases, 0);
+  EXPECT_EQ(session.ActiveOrgName, "Press shop");
+  EXPECT_EQ(desk.files.Log(), QStringList({"DeleteFile " + installation.Study(3),
+                                           "DeleteFolder " + installation.PictureFolder(3)}));
+}
+
+TEST_F(DeleteStudyFilesTest, NothingThereIsNothingToDo) {
+  Delete(3);
+  EXPECT_TRUE(desk.files.Log().isEmpty());
+}
+
+TEST_F(DeleteStudyFilesTest, WriteProtectedStudyGoesToo) {
+  installation.GivenStudy(3);
+  ASSERT_TRUE(QFile::setPermissions(installation.Study(3), QFile::ReadOwner));
+  Delete(3);
+  EXPECT_FALSE(QFile::exists(installation.Study(3)));
+}
+
+TEST_F(DeleteStudyFilesTest, RunThatHoldsTheStudyLetsGoOfIt) {
+  installation.GivenStudy(3);
+  auto held = std::make_unique<Database>(installation.Study(3));
+  release = [&] { held.reset(); };
+  Delete(3);
+  EXPECT_EQ(releases, 1);
+  EXPECT_EQ(session.ActiveOrgName, "");
+  EXPECT_FALSE(QFile::exists(installation.Study(3)));
+  EXPECT_FALSE(QFile::exists(installation.StudySign(3)));
+}
+
+TEST_F(DeleteStudyFilesTest, StudyThatSomebodyHoldsStaysAndItsPicturesGo) {
+  installation.GivenStudy(3);
+  const Database held(installation.Study(3));
+  desk.messages.Expect(kStillOpen);
+  Delete(3);
+  EXPECT_EQ(releases, 1);
+  EXPECT_TRUE(QFile::exists(installation.Study(3)));
+  EXPECT_TRUE(QFile::exists(installation.StudySign(3)));
+  EXPECT_FALSE(QDir(installation.PictureFolder(3)).exists());
+}
+
+TEST_F(DeleteStudyFilesTest, SignThatAKilledRunLeftIsToldAndTheStudyGoes) {
+  installation.GivenStudy(3);
+  WriteFile(installation.StudySign(3), QByteArray());
+  desk.messages.Expect(kStillOpen);
+  Delete(3);
+  EXPECT_FALSE(QFile::exists(installation.Study(3)));
+  EXPECT_FALSE(QFile::exists(installation.StudySign(3)));
+}
+
+TEST_F(DeleteStudyFilesTest, FailedReleaseIsPassedOver) {
+  installation.GivenStudy(3);
+  WriteFile(installation.StudySign(3), QByteArray());
+  release = [] { throw Failure(failure::kFileNotFound, "no template"); };
+  desk.messages.Expect(kStillOpen);
+  Delete(3);
+  EXPECT_EQ(session.ActiveOrgName, "");
+  EXPECT_FALSE(QFile::exists(installation.Study(3)));
+}
+
+TEST_F(DeleteStudyFilesTest, FailedDeleteOfTheStudyDoesntSaveThePictures) {
+  installation.GivenStudy(3);
+  desk.files.FailNext(FileAction::kDeleteFile, "risk_esmatn3.mdb", failure::kPermissionDenied);
+  Delete(3);
+  EXPECT_TRUE(QFile::exists(installation.Study(3)));
+  EXPECT_FALSE(QDir(installation.PictureFolder(3)).exists());
+}
+
+TEST_F(DeleteStudyFilesTest, JournalOfTheStudyGoesWithIt) {
+  installation.GivenStudy(3);
+  WriteFile(installation.Study(3) + "-journal", "left over");
+  Delete(3);
+  EXPECT_FALSE(QFile::exists(installation.Study(3) + "-journal"));
+}
+
+TEST_F(DeleteStudyFilesTest, JournalOfAStudyThatCantBeDeletedStays) {
+  installation.GivenStudy(3);
+  WriteFile(installation.Study(3) + "-journal", "left over");
+  desk.files.FailNext(FileAction::kDeleteFile, "risk_esmatn3.mdb", failure::kPermissionDenied);
+  Delete(3);
+  EXPECT_TRUE(QFile::exists(installation.Study(3) + "-journal"));
+}
+
+}  // namespace
+}  // namespace kestrix
