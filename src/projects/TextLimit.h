@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QObject>
+
+class QPlainTextEdit;
+
+namespace kestrix {
+
+/// Refuses what would make the text of a box of several lines longer than its column: of a long
+/// paste the beginning goes in, and what stood in the box before stays whole.
+class TextLimit : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Lives as long as `box`. `limit` counts characters.
+  TextLimit(QPlainTextEdit* box, int limit);
+
+ private:
+  void Note(int position, int removed, int added);
+  void Cut();
+
+  QPlainTextEdit* box_;
+  int limit_;
+  int end_of_added_ = 0;
+};
+
+}  // namespace kestrix

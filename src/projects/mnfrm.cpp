@@ -1,0 +1,294 @@
+#include "projects/mnfrm.h"
+
+#include <QTimer>
+#include <algorithm>
+#include <limits>
+
+#include "formkit/Controls.h"
+#include "formkit/FieldBinding.h"
+#include "platform/FileSystem.h"
+#include "projects/HomeIcon.h"
+#include "projects/TextLimit.h"
+#include "shell/Frame.h"
+#include "store/DataControl.h"
+#include "store/RecordSources.h"
+#include "ui_mnfrm.h"
+
+namespace kestrix {
+namespace {
+
+/// What the frame's status bar reads once no organisation is open any more.
+const QString kIdleStatus = QStringLiteral(" KESTRIX : Risk Assessment Software ");
+
+constexpr int kNameLength = 255;
+constexpr int kDescriptionLength = 65535;
+constexpr int kTimerInterval = 4000;
+
+}  // namespace
+
+mnfrm::mnfrm(Context& context)
+    : SessionForm(context),
+      ui_(std::make_unique<Ui::mnfrm>()),
+      dtsorce1_(*new DataControl(QStringLiteral("dtsorce1"), this)),
+      CboBxLstDB_(*new DataControl(QStringLiteral("CboBxLstDB"), this)),
+      AccdDptBd_(*new DataControl(QStringLiteral("AccdDptBd"), this)),
+      Timer2_(*new QTimer(this)) {
+  ui_->setupUi(this);
+  Timer2_.setObjectName(QStringLiteral("Timer2"));
+  Timer2_.setInterval(kTimerInterval);
+  if (ui_->homepage->icon().isNull()) ui_->homepage->setIcon(HomeIcon());
+  SetBackColour(ui_->Orglbltxt, colour::kPaleYellow);
+  ui_->HlpHzp->setForegroundRole(LinkRole(ui_->HlpHzp));
+  Dress();
+  ui_->PrjStgCbo->lineEdit()->setMaxLength(kNameLength);
+  new TextLimit(ui_->ProjectDescription, kDescriptionLength);
+  BindFields();
+  Connect();
+}
+
+mnfrm::~mnfrm() = default;
+
+void mnfrm::Dress() {
+  // The number is read more often than anything else here, though it can't be typed into.
+  QPalette readable;
+  readable.setColor(QPalette::Disabled, QPalette::Text,
+                    palette().color(QPalette::Active, QPalette::WindowText));
+  ui_->ESI_No->setPalette(readable);
+}
+
+void mnfrm::changeEvent(QEvent* event) {
+  SessionForm::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange && ui_->ESI_No) Dress();
+}
+
+void mnfrm::BindFields() {
+  new FieldBinding(dtsorce1_, QStringLiteral("Project_Number"), ui_->ESI_No);
+  new FieldBinding(dtsorce1_, QStringLiteral("Project_phase"), ui_->PrjStgCbo);
+  new FieldBinding(dtsorce1_, QStringLiteral("Project_Description"), ui_->ProjectDescription);
+  new FieldBinding(dtsorce1_, QStringLiteral("preparedBytxt"), ui_->preparedbyTxt);
+  // The rows don't have this field: the box keeps its "0" on every row.
+  new FieldBinding(dtsorce1_, QStringLiteral("stdyno"), ui_->StudyNoAuto);
+  ui_->DB1->SetSource(dtsorce1_,
+                      {{QStringLiteral("Project Number"), QStringLiteral("Project_Number")}});
+}
+
+void mnfrm::Connect() {
+  OnGotFocus(ui_->DB1, &mnfrm::DB1_GotFocus);
+  OnLostFocus(ui_->DB1, &mnfrm::DB1_LostFocus);
+  On(ui_->DB1, &Grid::Click, &mnfrm::DB1_Click);
+  On(ui_->DB1, &Grid::DblClick, &mnfrm::simultn1_Click);
+
+  On(ui_->NwESINo, &QPushButton::clicked, &mnfrm::NwESINo_Click);
+  OnGotFocus(ui_->ESI_No_temp, &mnfrm::ESI_No_temp_GotFocus);
+  OnLostFocus(ui_->ESI_No_temp, &mnfrm::ESI_No_temp_LostFocus);
+  OnLostFocus(ui_->ESI_No, &mnfrm::ESI_No_LostFocus);
+  OnLostFocus(ui_->ProjectDescription, &mnfrm::ProjectDescription_LostFocus);
+  On(ui_->FndESINo, &QLineEdit::textChanged, &mnfrm::FndESINo_Change);
+  On(ui_->delteZapNo, &QPushButton::clicked, &mnfrm::delteZapNo_Click);
+
+  OnGotFocus(ui_->PrjStgCbo, &mnfrm::PrjStgCbo_GotFocus);
+  OnLostFocus(ui_->PrjStgCbo, &mnfrm::PrjStgCbo_LostFocus);
+  On(ui_->adddt0, &QPushButton::clicked, &mnfrm::adddt0_Click);
+  On(ui_->dletedt0, &QPushButton::clicked, &mnfrm::dletedt0_Click);
+
+  On(ui_->simultn1, &QPushButton::clicked, &mnfrm::simultn1_Click);
+  On(ui_->repotview, &QPushButton::clicked, &mnfrm::repotview_Click);
+  On(ui_->LnkDwgs, &QPushButton::clicked, &mnfrm::LnkDwgs_Click);
+  On(ui_->nworg, &QPushButton::clicked, &mnfrm::nworg_Click);
+  On(ui_->clsdfrm, &QPushButton::clicked, &mnfrm::clsdfrm_Click);
+  On(ui_->HlpHzp, &ClickLabel::Click, &mnfrm::HlpHzp_Click);
+  On(ui_->HlpHzp, &ClickLabel::Hovered, &mnfrm::HlpHzp_Hover);
+  On(ui_->homepage, &QToolButton::clicked, &mnfrm::homepage_Click);
+}
+
+QString mnfrm::ESI_No() {
+  return ui_->ESI_No->text();
+}
+
+QString mnfrm::ProjectDescription() {
+  return ui_->ProjectDescription->toPlainText();
+}
+
+void mnfrm::SetOrganisationCaption(const QString& caption) {
+  ui_->Orglbltxt->setText(caption);
+}
+
+void mnfrm::OrganisationFormClosed() {
+  ui_->Orglbltxt->update();
+  session().ProjectFormHolds = 1;
+  EnableProjectCommands();
+}
+
+void mnfrm::OrganisationFormNotShown() {
+  UnloadForm();
+  Q_EMIT OrganisationFormUnloadRequested();
+}
+
+void mnfrm::LetGoOfStudy() {
+  dtsorce1_.SetConnectionString(DataControl::ConnectionStringFor(installation().StudyTemplate()));
+  dtsorce1_.Refresh();
+  ui_->Orglbltxt->clear();
+  session().ActiveOrgName.clear();
+}
+
+void mnfrm::Load() {
+  WaitCursor waiting;
+  try {
+    // The find box is what is wanted first; without a word the first focus would go to the header.
+    ui_->FndESINo->setFocus();
+    // Whoever writes the organisation's name loads this form by it, and it is to be seen then.
+    ShowForm();
+    session().SupportDbPath = installation().SupportLists();
+    CboBxLstDB_.SetDatabaseName(session().SupportDbPath);
+    AccdDptBd_.SetDatabaseName(session().SupportDbPath);
+    CboBxLstDB_.Refresh();
+  } catch (const Failure&) {
+    waiting.Restore();
+    Q_EMIT OrganisationFormUnloadRequested();
+    UnloadForm();
+    Tell(Icon::kCritical, title::kFilesMissing,
+         QStringLiteral("More files required run setup/Installed Files missing/Requires MS Office "
+                        "installed"));
+    Q_EMIT LoadFailed();
+  }
+}
+
+void mnfrm::Activate() {
+  const WaitCursor waiting;
+  const bool was_connected = session().StudyConnected != 0;
+  try {
+    TakeOrganisation();
+    if (!was_connected) {
+      ConnectStudy();
+      FindRememberedSlot();
+      GoToRememberedStudy();
+    }
+  } catch (const Failure&) {
+    return;
+  }
+  const auto repair_slot = [this] {
+    if (session().ListTextKnown == 0) session().ListTextKnown = 1;
+  };
+  const auto first_row = [this] {
+    if (ui_->StudyNoAuto->text().isEmpty() &&
+        remembered_.IsNamed(session().ListTextKnown, OrganisationCaption())) {
+      dtsorce1_.Recordset().MoveFirst();
+    }
+  };
+  if (!was_connected) PassOver(repair_slot, first_row);
+  PassOver([this] { EnableProjectCommands(); });
+}
+
+void mnfrm::TakeOrganisation() {
+  Q_EMIT OrganisationFormUnloadRequested();
+  frame().EnableData(false);
+  frame().EnableToolBar(false);
+  if (!session().SelectedOrgName.isEmpty()) session().ActiveOrgName = session().SelectedOrgName;
+  if (OrganisationCaption().isEmpty()) session().ActiveOrgName.clear();
+}
+
+void mnfrm::ConnectStudy() {
+  if (session().ActiveStudyNo == 0) return;
+  const QString study = installation().Study(session().ActiveStudyNo);
+  const bool exists = files().FileExists(study);
+  ui_->repotview->setEnabled(true);
+  if (!exists) {
+    // Another organisation's projects mustn't stand below this one's name.
+    dtsorce1_.Close();
+    return;
+  }
+  dtsorce1_.SetConnectionString(DataControl::ConnectionStringFor(study));
+  session().ProjectSql = sources::ProjectSql(session().ActiveOrgName);
+  dtsorce1_.SetRecordSource(session().ProjectSql);
+  dtsorce1_.Refresh();
+}
+
+void mnfrm::FindRememberedSlot() {
+  if (ui_->StudyNoAuto->text().isEmpty()) return;
+  if (const int slot = remembered_.SlotOf(OrganisationCaption())) {
+    session().ListTextKnown = static_cast<qint16>(slot);
+  }
+}
+
+void mnfrm::GoToRememberedStudy() {
+  if (!session().SelectedOrgName.isEmpty() && remembered_.SlotOf(OrganisationCaption()) != 0) {
+    session().StudyConnected = 1;
+  }
+  if (session().StudyConnected == 0 || !dtsorce1_.HasRecordset()) return;
+
+  Recordset& projects = dtsorce1_.Recordset();
+  const Recordset::Walk walk(projects);
+  if (projects.RecordCount() > 0) projects.MoveFirst();
+  for (; !projects.Eof(); projects.MoveNext()) {
+    if (remembered_.Holds(session().ListTextKnown, OrganisationCaption(), StudyNumberShown())) {
+      return;
+    }
+  }
+}
+
+void mnfrm::EnableProjectCommands() {
+  const bool enable = !OrganisationCaption().isEmpty();
+  for (QWidget* command : {ui_->delteZapNo, ui_->LnkDwgs, ui_->simultn1, ui_->repotview}) {
+    command->setEnabled(enable);
+  }
+}
+
+QString mnfrm::OrganisationCaption() const {
+  return ui_->Orglbltxt->text();
+}
+
+qint16 mnfrm::StudyNumberShown() const {
+  return ui_->StudyNoAuto->text().toShort();
+}
+
+qint16 mnfrm::Narrow(int count) {
+  constexpr int kMost = std::numeric_limits<qint16>::max();
+  return static_cast<qint16>(std::min(count, kMost));
+}
+
+void mnfrm::StoreProject() {
+  Recordset& projects = dtsorce1_.Recordset();
+  const Recordset::Attempt attempt(projects);
+  projects.Update();
+}
+
+void mnfrm::Deactivate() {
+  if (session().ProjectFormHolds == 1) TakeFrontBack();
+}
+
+void mnfrm::QueryUnload() {
+  try {
+    session().ProjectFormHolds = 0;
+    session().StudyConnected = 0;
+    remembered_.ForgetNames();
+    frame().EnableData(true);
+    frame().EnableToolBar(true);
+    frame().SetStatusText(kIdleStatus);
+    session().ActiveOrgName.clear();
+    Q_EMIT OrganisationFormUnloadRequested();
+    frame().MaximiseIfMinimised();
+    Q_EMIT EvaluationFormUnloadRequested();
+  } catch (const Failure&) {
+    // The form goes all the same.
+  }
+}
+
+void mnfrm::DB1_GotFocus() {
+  ui_->DB1->SetAllowUpdate(false);
+}
+
+void mnfrm::DB1_Click() {
+  session().GridRowNumber = Narrow(ui_->DB1->Row());
+  session().StudyConnected = 1;
+}
+
+void mnfrm::DB1_LostFocus() {
+  ui_->DB1->SetAllowUpdate(true);
+  session().GridRowNumber = Narrow(ui_->DB1->Row());
+  if (ui_->StudyNoAuto->text().isEmpty()) return;
+  if (const int slot = remembered_.Remember(OrganisationCaption(), StudyNumberShown())) {
+    session().ListTextKnown = static_cast<qint16>(slot);
+  }
+}
+
+}  // namespace kestrix

@@ -1,0 +1,71 @@
+#include "projects/TextLimit.h"
+
+#include <gtest/gtest.h>
+
+#include <QPlainTextEdit>
+#include <QTest>
+#include <QTextCursor>
+
+#include "support/Printers.h"
+
+namespace kestrix {
+namespace {
+
+class TextLimitTest : public ::testing::Test {
+ protected:
+  QPlainTextEdit box;
+  TextLimit limit{&box, 10};
+
+  void PutCursor(int position) {
+    QTextCursor cursor = box.textCursor();
+    cursor.setPosition(position);
+    box.setTextCursor(cursor);
+  }
+};
+
+TEST_F(TextLimitTest, ATextOfTheFullLengthGoesIn) {
+  box.setPlainText("0123456789");
+  EXPECT_EQ(box.toPlainText(), "0123456789");
+}
+
+TEST_F(TextLimitTest, OneCharacterMoreIsRefused) {
+  box.setPlainText("0123456789");
+  PutCursor(10);
+  QTest::keyClicks(&box, "x");
+  EXPECT_EQ(box.toPlainText(), "0123456789");
+}
+
+TEST_F(TextLimitTest, TypingInTheMiddleOfAFullTextLeavesItsEndWhole) {
+  box.setPlainText("0123456789");
+  PutCursor(3);
+  QTest::keyClicks(&box, "x");
+  EXPECT_EQ(box.toPlainText(), "0123456789");
+}
+
+TEST_F(TextLimitTest, OfALongPasteTheBeginningGoesIn) {
+  box.setPlainText("abcdef");
+  PutCursor(3);
+  box.insertPlainText("0123456789");
+  EXPECT_EQ(box.toPlainText(), "abc0123def");
+}
+
+TEST_F(TextLimitTest, ALineEndCountsAsOneCharacter) {
+  box.setPlainText("abcd\nefgh\nijkl");
+  EXPECT_EQ(box.toPlainText(), "abcd\nefgh\n");
+}
+
+TEST_F(TextLimitTest, ACharacterOfTwoUnitsIsNotCutInTwo) {
+  box.setPlainText(QStringLiteral("012345678") + QString::fromUtf8("\U0001F6E0"));
+  EXPECT_EQ(box.toPlainText(), "012345678");
+}
+
+TEST_F(TextLimitTest, AReplacedSelectionMayBeAsLongAsBefore) {
+  box.setPlainText("0123456789");
+  QTextCursor cursor = box.textCursor();
+  cursor.select(QTextCursor::Document);
+  cursor.insertText("abcdefghijklm");
+  EXPECT_EQ(box.toPlainText(), "abcdefghij");
+}
+
+}  // namespace
+}  // namespace kestrix

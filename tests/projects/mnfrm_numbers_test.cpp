@@ -1,0 +1,505 @@
+// Project numbers: entering, finding and deleting projects, and their description.
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+
+#include "projects/MnfrmTest.h"
+
+namespace kestrix {
+namespace {
+
+const QString kTitle = "BELTROVAN";
+const QString kPrompt = "Enter Project Number.";
+
+class MnfrmNumbersTest : public MnfrmTest {
+ protected:
+  void SetUp() override { installation.GivenStudy(1); }
+
+  [[nodiscard]] QRgb EntryColour() { return BackColour(&Control<QWidget>("ESI_No_temp")); }
+  [[nodiscard]] bool EntryIsBold() { return Control<QWidget>("ESI_No_temp").font().bold(); }
+  [[nodiscard]] QRgb WindowColour() { return BackColour(&Control<QWidget>("preparedbyTxt")); }
+  void ExpectEntryIsOpen() {
+    EXPECT_TRUE(IsVisible("ESI_No_temp"));
+    EXPECT_FALSE(IsVisible("ESI_No"));
+    EXPECT_TRUE(HasFocus("ESI_No_temp"));
+  }
+  void ExpectEntryIsDone() {
+    EXPECT_FALSE(IsVisible("ESI_No_temp"));
+    EXPECT_TRUE(IsVisible("ESI_No"));
+    EXPECT_FALSE(IsEnabled("ESI_No"));
+    EXPECT_EQ(TextOf("ESI_No_temp"), "");
+    EXPECT_TRUE(HasFocus("PrjStgCbo"));
+  }
+  static QString AlreadyExists(const QString& number) {
+    return "Project No. [" + number + "] already exists. Wish to enter same Project?";
+  }
+};
+
+// ---------------------------------------------------------------- a new number
+
+TEST_F(MnfrmNumbersTest, TheEntryBoxComesUpInPlaceOfTheNumber) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  Click("NwESINo");
+  ExpectEntryIsOpen();
+}
+
+TEST_F(MnfrmNumbersTest, ANewNumberBecomesAProjectWithItsFirstValues) {
+  GivenProjects({"P1", "P2"});
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber("P3");
+  PressTab();
+  EXPECT_EQ(RowsOf(installation.Study(1), "Project_details").last(),
+            (QStringList{"ACME", "P3", "None", "N.A.", ""}));
+  EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P1"}, {"P2"}, {"P3"}}));
+  EXPECT_EQ(CurrentRow(), 3);
+  EXPECT_EQ(Control<Grid>("DB1").Row(), 2);
+  EXPECT_EQ(TextOf("ESI_No"), "P3");
+  EXPECT_EQ(TextOf("PrjStgCbo"), "None");
+  EXPECT_EQ(TextOf("ProjectDescription"), "N.A.");
+  EXPECT_EQ(TextOf("Orglbltxt"), "ACME");
+  ExpectEntryIsDone();
+}
+
+TEST_F(MnfrmNumbersTest, TheFirstProjectOfAnOrganisationIsAddedToo) {
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber("P1");
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
+  EXPECT_EQ(CurrentRow(), 1);
+  ExpectEntryIsDone();
+}
+
+TEST_F(MnfrmNumbersTest, AClickElsewhereEndsTheEntryAsTabDoes) {
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber("P1");
+  Click("preparedbyTxt");
+  EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
+  ExpectEntryIsDone();
+}
+
+TEST_F(MnfrmNumbersTest, ALeadingBlankIsRefusedAndTheBoxIsPainted) {
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber("  12");
+  desk.messages.ExpectTell(Icon::kCritical, kTitle, "Can not begin with a space.");
+  PressTab();
+  ExpectEntryIsOpen();
+  EXPECT_EQ(TextOf("ESI_No_temp"), "  12");
+  EXPECT_EQ(SelectedTextOf("ESI_No_temp"), " ");
+  EXPECT_EQ(Control<QLineEdit>("ESI_No_temp").selectionStart(), 0);
+  EXPECT_EQ(EntryColour(), colour::kWarning);
+  EXPECT_TRUE(StoredNumbers().isEmpty());
+}
+
+TEST_F(MnfrmNumbersTest, AMendedNumberIsPaintedAsUsualAndAdded) {
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber(" 1");
+  desk.messages.ExpectTell(Icon::kCritical, kTitle, "Can not begin with a space.");
+  PressTab();
+  PressKey(Qt::Key_Delete);
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), QStringList{"1"});
+  EXPECT_EQ(EntryColour(), WindowColour());
+  EXPECT_TRUE(EntryIsBold());
+}
+
+TEST_F(MnfrmNumbersTest, ACommandThatWasPressedBehindARefusalIsNotCarriedOut) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber(" 1");
+  desk.messages.ExpectTell(Icon::kCritical, kTitle, "Can not begin with a space.");
+  Click("delteZapNo");
+  ExpectEntryIsOpen();
+  EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
+}
+
+TEST_F(MnfrmNumbersTest, BlanksBehindANumberMakeItAnotherNumber) {
+  GivenProjects({"12"});
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber("12  ");
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), (QStringList{"12", "12  "}));
+}
+
+TEST_F(MnfrmNumbersTest, NumbersThatDifferInCapitalsAreTwo) {
+  GivenProjects({"abc"});
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber("ABC");
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), (QStringList{"abc", "ABC"}));
+}
+
+TEST_F(MnfrmNumbersTest, AnEmptyEntryAsksForANumberAndHoldsTheFocus) {
+  OpenOrganisation("ACME", 1);
+  Click("NwESINo");
+  PressTab();
+  ExpectEntryIsOpen();
+  EXPECT_EQ(TextOf("ESI_No_temp"), kPrompt);
+  EXPECT_EQ(SelectedTextOf("ESI_No_temp"), kPrompt);
+  EXPECT_FALSE(EntryIsBold());
+  EXPECT_EQ(EntryColour(), colour::kWarning);
+  EXPECT_TRUE(StoredNumbers().isEmpty());
+}
+
+TEST_F(MnfrmNumbersTest, ThePromptItselfCountsAsEmpty) {
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber(kPrompt);
+  PressTab();
+  ExpectEntryIsOpen();
+  PressTab();
+  PressTab();
+  ExpectEntryIsOpen();
+  EXPECT_TRUE(StoredNumbers().isEmpty());
+}
+
+TEST_F(MnfrmNumbersTest, TypingOverThePromptEntersANumber) {
+  OpenOrganisation("ACME", 1);
+  Click("NwESINo");
+  PressTab();
+  Type("P7");
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), QStringList{"P7"});
+  ExpectEntryIsDone();
+}
+
+TEST_F(MnfrmNumbersTest, AnEntryIsNoObstacleToClosingTheForm) {
+  OpenOrganisation("ACME", 1);
+  Click("NwESINo");
+  CloseBox(*form);
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+  EXPECT_TRUE(StoredNumbers().isEmpty());
+}
+
+TEST_F(MnfrmNumbersTest, YesOnAKnownNumberGoesToThatProject) {
+  GivenProjects({"P1", "P2", "P3"});
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber("P2");
+  desk.messages.ExpectAsk(Icon::kCritical, "BELTROVAN: ERROR", AlreadyExists("P2"), Button::kYes);
+  PressTab();
+  EXPECT_EQ(session.MsgAnswer, Button::kYes);
+  EXPECT_EQ(session.LoopIndex, 2);
+  EXPECT_EQ(CurrentRow(), 2);
+  EXPECT_EQ(TextOf("ESI_No"), "P2");
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2", "P3"}));
+  EXPECT_EQ(TextOf("Orglbltxt"), " ACME");
+  ExpectEntryIsDone();
+}
+
+TEST_F(MnfrmNumbersTest, NoOnAKnownNumberAsksForAnotherOne) {
+  GivenProjects({"P1", "P2"});
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber("P2");
+  desk.messages.ExpectAsk(Icon::kCritical, "BELTROVAN: ERROR", AlreadyExists("P2"), Button::kNo);
+  PressTab();
+  ExpectEntryIsOpen();
+  EXPECT_EQ(TextOf("ESI_No_temp"), kPrompt);
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2"}));
+  Type("P5");
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2", "P5"}));
+  ExpectEntryIsDone();
+}
+
+TEST_F(MnfrmNumbersTest, ANumberOfAnotherOrganisationIsFree) {
+  GivenProjects({"P1"}, "Second works");
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber("P1");
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P1"}));
+}
+
+TEST_F(MnfrmNumbersTest, ARefusedNewProjectLeavesNothingBehind) {
+  GivenProjects({"P1", "P2"});
+  OpenOrganisation("ACME", 1);
+  RefuseEqual("Project_Number");
+  TypeNewNumber("p1");
+  PressTab();
+  EXPECT_FALSE(IsVisible("ESI_No_temp"));
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2"}));
+  EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P1"}, {"P2"}}));
+  ClickRow("DB1", 1);
+  EXPECT_EQ(TextOf("ESI_No"), "P2");
+}
+
+TEST_F(MnfrmNumbersTest, WithoutAStudyANewNumberGoesNowhere) {
+  OpenOrganisation("ACME", 9);
+  TypeNewNumber("P1");
+  PressTab();
+  EXPECT_FALSE(IsVisible("ESI_No_temp"));
+  EXPECT_EQ(TextOf("ESI_No"), "");
+  EXPECT_FALSE(QFile::exists(installation.Study(9)));
+}
+
+TEST_F(MnfrmNumbersTest, AnOpenReportPreviewBarsANewNumber) {
+  OpenOrganisation("ACME", 1);
+  desk.windows.Open("RiskBookRpts");
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Close Report preview.");
+  Click("NwESINo");
+  EXPECT_EQ(desk.windows.Activated(), QStringList{"RiskBookRpts"});
+  EXPECT_FALSE(IsVisible("ESI_No_temp"));
+  EXPECT_TRUE(IsVisible("ESI_No"));
+}
+
+TEST_F(MnfrmNumbersTest, LeavingTheNumberItselfAsksForANumber) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  Control<QLineEdit>("ESI_No").setEnabled(true);
+  Click("ESI_No");
+  desk.messages.ExpectTell(Icon::kCritical, kTitle, kPrompt);
+  PressTab();
+  EXPECT_FALSE(IsEnabled("ESI_No"));
+  EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
+}
+
+TEST_F(MnfrmNumbersTest, AnotherUsersNewProjectsAppearWithTheNextAdd) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  GivenProjects({"P2"});
+  TypeNewNumber("P3");
+  PressTab();
+  EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P1"}, {"P2"}, {"P3"}}));
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2", "P3"}));
+}
+
+// ---------------------------------------------------------------- find
+
+TEST_F(MnfrmNumbersTest, FindStandsOnTheFirstNumberThatBeginsWithTheText) {
+  GivenProjects({"A-1", "B-1", "B-2", "b-3"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("FndESINo", "B");
+  EXPECT_EQ(TextOf("ESI_No"), "B-1");
+  EXPECT_EQ(Control<Grid>("DB1").Row(), 1);
+  Type("-2");
+  EXPECT_EQ(TextOf("ESI_No"), "B-2");
+  EXPECT_EQ(Control<Grid>("DB1").Row(), 2);
+}
+
+TEST_F(MnfrmNumbersTest, FindLooksAtCapitalsAndAtTheBeginningOnly) {
+  GivenProjects({"A-1", "b-3"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("FndESINo", "b");
+  EXPECT_EQ(TextOf("ESI_No"), "b-3");
+  TypeInto("FndESINo", "1");
+  EXPECT_EQ(TextOf("ESI_No"), "");
+}
+
+TEST_F(MnfrmNumbersTest, AnEmptySearchTextStandsOnTheFirstProject) {
+  GivenProjects({"A-1", "B-1"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("FndESINo", "B");
+  PressKey(Qt::Key_Backspace);
+  EXPECT_EQ(TextOf("ESI_No"), "A-1");
+}
+
+TEST_F(MnfrmNumbersTest, WithoutAMatchNoProjectIsCurrentAndTheEntryBoxSaysSo) {
+  GivenProjects({"A-1", "B-1"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("FndESINo", "Z");
+  EXPECT_EQ(CurrentRow(), Recordset::kPositionPastLast);
+  for (const char* field : {"ESI_No", "PrjStgCbo", "ProjectDescription", "preparedbyTxt"})
+    EXPECT_EQ(TextOf(field), "") << field;
+  EXPECT_FALSE(Control<Grid>("DB1").currentIndex().isValid());
+  EXPECT_EQ(TextOf("ESI_No_temp"), "No records found!");
+  EXPECT_FALSE(IsVisible("ESI_No_temp"));
+}
+
+TEST_F(MnfrmNumbersTest, FindInAnEmptyListDoesNothing) {
+  OpenOrganisation("ACME", 1);
+  TypeInto("FndESINo", "Z");
+  EXPECT_EQ(TextOf("ESI_No_temp"), "");
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+}
+
+TEST_F(MnfrmNumbersTest, FindWithoutAnyRowsOpenedShowsTheFailure) {
+  Open<mnfrm>();
+  desk.messages.ExpectTell(Icon::kCritical, kTitle, "dtsorce1 has no records opened.");
+  Click("FndESINo");
+  Type("Z");
+}
+
+TEST_F(MnfrmNumbersTest, FindOverManyProjectsShowsItsResultOnce) {
+  GivenManyProjects(10000);
+  OpenOrganisation("ACME", 1);
+  QSignalSpy shown(&Control<DataControl>("dtsorce1"), &DataControl::Shown);
+  TypeInto("FndESINo", "P9999");
+  EXPECT_EQ(TextOf("ESI_No"), "P9999");
+  EXPECT_EQ(shown.count(), 5);
+  shown.clear();
+  Type("x");
+  EXPECT_EQ(shown.count(), 1);
+  EXPECT_EQ(TextOf("ESI_No"), "");
+}
+
+TEST_F(MnfrmNumbersTest, FindStoresWhatWasTypedForTheProjectThatIsLeft) {
+  GivenProjects({"A-1", "B-1"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("preparedbyTxt", "Ann");
+  TypeInto("FndESINo", "B");
+  EXPECT_EQ(Stored("A-1", "preparedBytxt"), "Ann");
+}
+
+TEST_F(MnfrmNumbersTest, FindPassesProjectsThatAnotherUserDeleted) {
+  GivenProjects({"A-1", "A-2", "B-1"});
+  OpenOrganisation("ACME", 1);
+  Exec(installation.Study(1), "DELETE FROM Project_details WHERE Project_Number='A-2'");
+  TypeInto("FndESINo", "B");
+  EXPECT_EQ(TextOf("ESI_No"), "B-1");
+}
+
+// ---------------------------------------------------------------- delete
+
+class MnfrmDeleteTest : public MnfrmNumbersTest {
+ protected:
+  void ExpectQuestion(const QString& number, Button answer) {
+    desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
+                            "Wish to delete Project Number. [" + number + "] from records?",
+                            answer);
+  }
+};
+
+TEST_F(MnfrmDeleteTest, YesDeletesTheProjectAndStandsOnTheFirst) {
+  GivenProjects({"P1", "P2", "P3"});
+  OpenOrganisation("ACME", 1);
+  ClickRow("DB1", 1);
+  ExpectQuestion("P2", Button::kYes);
+  Click("delteZapNo");
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P3"}));
+  EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P1"}, {"P3"}}));
+  EXPECT_EQ(TextOf("ESI_No"), "P1");
+  EXPECT_EQ(session.MsgAnswer, Button::kYes);
+}
+
+TEST_F(MnfrmDeleteTest, NoKeepsTheProjectAndTheFormStaysInFront) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  ExpectQuestion("P1", Button::kNo);
+  Click("delteZapNo");
+  EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
+  EXPECT_EQ(kit.forms.active(), form);
+  EXPECT_EQ(session.MsgAnswer, Button::kNo);
+}
+
+TEST_F(MnfrmDeleteTest, WhatIsKeptUnderTheNumberStays) {
+  GivenProjects({"P1", "P2"});
+  installation.GivenTask(1, {{"Project_Number", "P1"}, {"FuntnTaskMachry", "Feeding"}});
+  Exec(installation.Study(1), "INSERT INTO fileLink VALUES('P1','/a/plan.pdf','plan.pdf','')");
+  OpenOrganisation("ACME", 1);
+  ExpectQuestion("P1", Button::kYes);
+  Click("delteZapNo");
+  EXPECT_EQ(StoredNumbers(), QStringList{"P2"});
+  EXPECT_EQ(Column(installation.Study(1), "SELECT FuntnTaskMachry FROM Risk_records"),
+            QStringList{"Feeding"});
+  EXPECT_EQ(Column(installation.Study(1), "SELECT FilePath FROM fileLink"),
+            QStringList{"/a/plan.pdf"});
+}
+
+TEST_F(MnfrmDeleteTest, WithoutACurrentProjectNothingIsSelected) {
+  OpenOrganisation("ACME", 1);
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "No records selceted");
+  Click("delteZapNo");
+}
+
+TEST_F(MnfrmDeleteTest, AfterTheLastProjectThereIsNothingToDelete) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  ExpectQuestion("P1", Button::kYes);
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "No records to delete.");
+  Click("delteZapNo");
+  EXPECT_TRUE(StoredNumbers().isEmpty());
+  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
+  EXPECT_EQ(TextOf("ESI_No"), "");
+}
+
+TEST_F(MnfrmDeleteTest, AProjectThatAnotherUserDeletedFirstEndsTheCommandWithoutAWord) {
+  GivenProjects({"P1", "P2"});
+  OpenOrganisation("ACME", 1);
+  ExpectQuestion("P1", Button::kYes);
+  Exec(installation.Study(1), "DELETE FROM Project_details WHERE Project_Number='P1'");
+  Click("delteZapNo");
+  EXPECT_EQ(StoredNumbers(), QStringList{"P2"});
+}
+
+TEST_F(MnfrmDeleteTest, AnOpenReportPreviewBarsTheDelete) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  desk.windows.Open("RiskBookRpts");
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Close Report preview.");
+  Click("delteZapNo");
+  EXPECT_EQ(desk.windows.Activated(), QStringList{"RiskBookRpts"});
+  EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
+}
+
+TEST_F(MnfrmDeleteTest, ALaterProjectOfTheNumberInheritsWhatStayed) {
+  GivenProjects({"P1", "P2"});
+  installation.GivenTask(1, {{"Project_Number", "P1"}});
+  OpenOrganisation("ACME", 1);
+  ExpectQuestion("P1", Button::kYes);
+  Click("delteZapNo");
+  TypeNewNumber("P1");
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P2", "P1"}));
+  EXPECT_EQ(RowsOf(installation.Study(1), "Risk_records").size(), 1);
+}
+
+// ---------------------------------------------------------------- description
+
+TEST_F(MnfrmNumbersTest, ADescriptionIsStoredWhenItsBoxIsLeft) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("ProjectDescription", "Two lines\nof text");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_Description"), "Two lines\nof text");
+}
+
+TEST_F(MnfrmNumbersTest, ABlankedDescriptionBecomesNone) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("ProjectDescription", "");
+  PressTab();
+  EXPECT_EQ(TextOf("ProjectDescription"), "None.");
+  EXPECT_EQ(Stored("P1", "Project_Description"), "None.");
+}
+
+TEST_F(MnfrmNumbersTest, ARefusedDescriptionIsTakenBack) {
+  GivenProjects({"P1"});
+  installation.GivenProject(1, "P2", "ACME", {{"Project_Description", "taken"}});
+  OpenOrganisation("ACME", 1);
+  RefuseEqual("Project_Description");
+  TypeInto("ProjectDescription", "taken");
+  PressTab();
+  EXPECT_EQ(TextOf("ProjectDescription"), "N.A.");
+  EXPECT_EQ(Stored("P1", "Project_Description"), "N.A.");
+  ClickRow("DB1", 1);
+  EXPECT_EQ(TextOf("ESI_No"), "P2");
+}
+
+TEST_F(MnfrmNumbersTest, LeavingTheDescriptionStoresThePreparerTypedBefore) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("preparedbyTxt", "Ann");
+  Click("ProjectDescription");
+  EXPECT_EQ(Stored("P1", "preparedBytxt"), "");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "preparedBytxt"), "Ann");
+}
+
+TEST_F(MnfrmNumbersTest, TheLongestDescriptionIsStoredAndMoreIsRefused) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  Click("ProjectDescription");
+  Control<QPlainTextEdit>("ProjectDescription").setPlainText(QString(65535, u'x') + "y");
+  Type("z");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_Description"), QString(65535, u'x'));
+}
+
+TEST_F(MnfrmNumbersTest, ANumberOfFullLengthIsStoredWhole) {
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber(QString(300, u'n'));
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), QStringList{QString(255, u'n')});
+}
+
+}  // namespace
+}  // namespace kestrix

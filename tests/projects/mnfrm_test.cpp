@@ -1,0 +1,511 @@
+// The project form's life: load, activation, the grid, holding the front, closing.
+
+#include "projects/mnfrm.h"
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSignalSpy>
+
+#include "projects/MnfrmTest.h"
+#include "store/RecordSources.h"
+
+namespace kestrix {
+namespace {
+
+const QString kFilesMissing = "BELTROVAN: Files missing";
+const QString kLoadFailed =
+    "More files required run setup/Installed Files missing/Requires MS Office installed";
+
+// ---------------------------------------------------------------- load
+
+TEST_F(MnfrmTest, LoadShowsTheFormBeforeAnythingIsConnected) {
+  form = &Make<mnfrm>();
+  EXPECT_TRUE(form->isVisible());
+  EXPECT_FALSE(form->isModal());
+  EXPECT_EQ(form->windowTitle(), " KESTRIX: Project details form ");
+  EXPECT_EQ(session.SupportDbPath, installation.Lists());
+  LookAt(*form);
+  EXPECT_EQ(Control<DataControl>("CboBxLstDB").DatabaseName(), installation.Lists());
+  EXPECT_EQ(Control<DataControl>("AccdDptBd").DatabaseName(), installation.Lists());
+  EXPECT_FALSE(Control<DataControl>("dtsorce1").HasRecordset());
+}
+
+TEST_F(MnfrmTest, TheFormStartsWithItsTextsAndToolTips) {
+  installation.GivenStudy(1);
+  OpenOrganisation("ACME", 1);
+  struct Face {
+    const char* name;
+    const char* text;
+    const char* tip;
+  };
+  constexpr Face kFaces[] = {
+      {"orgmnelbl", "Name of Organization", ""},
+      {"hzpNolbl", "Project Number", ""},
+      {"PrjStgLbl", "Project stage", ""},
+      {"adddt0", "+", "Click to add to Project stage"},
+      {"dletedt0", "-", "Click to delete from Project stage"},
+      {"PIddwgnolbl", "Project Description", ""},
+      {"preparedbyLbl", "Prepared By", ""},
+      {"StudyNoAuto", "0", ""},
+      {"Label2", "Find", ""},
+      {"FndESINo", "", "Find Project Number (case sensitive)"},
+      {"NwESINo", "&New Project Number", ""},
+      {"delteZapNo", "&Delete Project Number", ""},
+      {"simultn1", "Open &Risk assessment", ""},
+      {"repotview", "&View Risk Reports", ""},
+      {"LnkDwgs", "&Picture/Drawings in support of Risk study", ""},
+      {"nworg", "Add &New/Delete/Select Organization/Section",
+       "Add New/Delete/Select Organization"},
+      {"clsdfrm", "&Exit", "Exit"},
+      {"HlpHzp", "Help", "Click to open HELP"},
+      {"appndxTxt", "", "Enter top header here before printing"},
+      {"Label4", "As per ISO/TR14121-2 Second edition 2012-06-01 accordance with ISO 12100:2010",
+       ""},
+      {"DB1_caption", "Project Number list", ""}};
+  for (const Face& face : kFaces) {
+    EXPECT_EQ(TextOf(face.name), face.text) << face.name;
+    EXPECT_EQ(Control<QWidget>(face.name).toolTip(), face.tip) << face.name;
+  }
+  EXPECT_EQ(Control<Grid>("DB1").model()->headerData(0, Qt::Horizontal).toString(),
+            "Project Number");
+  for (const char* hidden : {"StudyNoAuto", "appndxTxt", "ESI_No_temp"})
+    EXPECT_FALSE(IsVisible(hidden)) << hidden;
+  EXPECT_FALSE(IsEnabled("ESI_No"));
+  EXPECT_EQ(BackColour(&Control<QWidget>("Orglbltxt")), colour::kPaleYellow);
+  EXPECT_TRUE(Control<QWidget>("Orglbltxt").font().bold());
+  EXPECT_TRUE(HasFocus("FndESINo"));
+}
+
+TEST_F(MnfrmTest, MissingListsEndTheLoadWithTheNoticeOfMissingFiles) {
+  ASSERT_TRUE(QFile::remove(installation.Lists()));
+  form = new mnfrm(context);
+  const std::unique_ptr<mnfrm> owner(form);
+  Listen();
+  QSignalSpy unloaded(form, &Form::Unloaded);
+  desk.messages.ExpectTell(Icon::kCritical, kFilesMissing, kLoadFailed).WhileOpen([&] {
+    EXPECT_EQ(unloaded.count(), 1);
+    EXPECT_EQ(asked.value(0), "organisation form away");
+    EXPECT_FALSE(asked.contains("load failed"));
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+  });
+  form->LoadForm();
+  EXPECT_FALSE(form->isVisible());
+  EXPECT_EQ(asked.last(), "load failed");
+  EXPECT_EQ(asked.count("load failed"), 1);
+}
+
+TEST_F(MnfrmTest, DamagedListsEndTheLoadTooAndStayAsTheyAre) {
+  WriteFile(installation.Lists(), "no database");
+  form = new mnfrm(context);
+  const std::unique_ptr<mnfrm> owner(form);
+  Listen();
+  desk.messages.ExpectTell(Icon::kCritical, kFilesMissing, kLoadFailed);
+  form->LoadForm();
+  EXPECT_EQ(asked.last(), "load failed");
+  EXPECT_EQ(ReadFile(installation.Lists()), "no database");
+}
+
+// ---------------------------------------------------------------- activation
+
+TEST_F(MnfrmTest, AnOpenedOrganisationShowsItsProjectsFromTheFirstOn) {
+  installation.GivenStudy(1);
+  installation.GivenProject(1, "P1", "ACME",
+                            {{"Project_phase", "Design"},
+                             {"Project_Description", "Press line\nwith two guards"},
+                             {"preparedBytxt", "Ann"}});
+  GivenProjects({"P2"});
+  GivenProjects({"X1"}, "Other works");
+  OpenOrganisation("ACME", 1);
+  EXPECT_EQ(TextOf("Orglbltxt"), " ACME");
+  EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P1"}, {"P2"}}));
+  EXPECT_EQ(CurrentRow(), 1);
+  EXPECT_EQ(Control<Grid>("DB1").Row(), 0);
+  EXPECT_EQ(TextOf("ESI_No"), "P1");
+  EXPECT_EQ(TextOf("PrjStgCbo"), "Design");
+  EXPECT_EQ(TextOf("ProjectDescription"), "Press line\nwith two guards");
+  EXPECT_EQ(TextOf("preparedbyTxt"), "Ann");
+  EXPECT_EQ(form->ESI_No(), "P1");
+  EXPECT_EQ(form->ProjectDescription(), "Press line\nwith two guards");
+  EXPECT_EQ(ProjectCommands(), kAllEnabled);
+  EXPECT_EQ(frame.data_enabled, false);
+  EXPECT_EQ(frame.tool_bar_enabled, false);
+  EXPECT_EQ(asked, QStringList{"organisation form away"});
+  EXPECT_EQ(session.StudyConnected, 0);
+  EXPECT_EQ(session.ListTextKnown, 1);
+  EXPECT_EQ(session.ProjectSql, sources::ProjectSql("ACME"));
+  EXPECT_EQ(Control<DataControl>("dtsorce1").ConnectionString(),
+            DataControl::ConnectionStringFor(installation.Study(1)));
+  EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(MnfrmTest, AnOrganisationWithoutProjectsKeepsItsCommands) {
+  installation.GivenStudy(1);
+  OpenOrganisation("ACME", 1);
+  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
+  for (const char* field : {"ESI_No", "PrjStgCbo", "ProjectDescription", "preparedbyTxt"})
+    EXPECT_EQ(TextOf(field), "") << field;
+  EXPECT_EQ(TextOf("StudyNoAuto"), "0");
+  EXPECT_EQ(ProjectCommands(), kAllEnabled);
+}
+
+TEST_F(MnfrmTest, WithoutAnOrganisationTheCommandsAreOffWhateverWasSelected) {
+  session.SelectedOrgName = "ACME";
+  session.ActiveOrgName = "ACME";
+  WaitForFront(Open<mnfrm>());
+  EXPECT_EQ(session.ActiveOrgName, "");
+  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
+  EXPECT_EQ(ProjectCommands(), kAllDisabled);
+}
+
+TEST_F(MnfrmTest, TheSelectedOrganisationBecomesTheActiveOne) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1"}, "Second works");
+  form = &Make<mnfrm>();
+  session.SelectedOrgName = "Second works";
+  session.ActiveStudyNo = 1;
+  form->SetOrganisationCaption(" Second works");
+  WaitForFront(*form);
+  LookAt(*form);
+  EXPECT_EQ(session.ActiveOrgName, "Second works");
+  EXPECT_EQ(TextOf("ESI_No"), "P1");
+}
+
+TEST_F(MnfrmTest, AMissingStudyLeavesTheListEmptyAndSaysNothing) {
+  OpenOrganisation("ACME", 7);
+  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
+  EXPECT_FALSE(Control<DataControl>("dtsorce1").HasRecordset());
+  EXPECT_EQ(ProjectCommands(), kAllEnabled);
+  EXPECT_FALSE(QFile::exists(installation.Study(7)));
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+}
+
+TEST_F(MnfrmTest, AMissingStudyDoesNotShowTheProjectsOfAnotherOrganisation) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  ChangeOrganisation("Second works", 2);
+  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
+  EXPECT_EQ(TextOf("ESI_No"), "");
+  EXPECT_FALSE(QFile::exists(installation.StudySign(1)));
+}
+
+TEST_F(MnfrmTest, ADamagedStudyEndsTheActivationWithoutAWord) {
+  WriteFile(installation.Study(1), "this is no database at all");
+  OpenOrganisation("ACME", 1);
+  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
+  EXPECT_EQ(session.ListTextKnown, 0);
+  EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+  EXPECT_EQ(ReadFile(installation.Study(1)), "this is no database at all");
+}
+
+TEST_F(MnfrmTest, AnApostropheInTheNameMakesTheListFailWithoutAWord) {
+  installation.GivenStudy(1);
+  OpenOrganisation("O'Neill", 1);
+  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
+  EXPECT_FALSE(Control<DataControl>("dtsorce1").HasRecordset());
+  EXPECT_EQ(session.ListTextKnown, 0);
+}
+
+TEST_F(MnfrmTest, TheStudyNumberStaysZeroOnEveryRow) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1", "P2", "P3"});
+  OpenOrganisation("ACME", 1);
+  for (int row = 0; row < 3; ++row) {
+    ClickRow("DB1", row);
+    EXPECT_EQ(TextOf("StudyNoAuto"), "0");
+  }
+}
+
+TEST_F(MnfrmTest, AfterAClickInTheListTheRowStaysWhenTheFormComesBack) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1", "P2", "P3"});
+  OpenOrganisation("ACME", 1);
+  ClickRow("DB1", 2);
+  GivenProjects({"P4"});
+  GoAwayAndComeBack();
+  EXPECT_EQ(session.StudyConnected, 1);
+  EXPECT_EQ(CurrentRow(), 3);
+  EXPECT_EQ(TextOf("ESI_No"), "P3");
+  EXPECT_EQ(RowsShownIn("DB1").size(), 3);
+}
+
+TEST_F(MnfrmTest, WithoutAClickTheFormReadsTheListAnewWhenItComesBack) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1", "P2"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("FndESINo", "P2");
+  ASSERT_EQ(TextOf("ESI_No"), "P2");
+  GivenProjects({"P3"});
+  GoAwayAndComeBack();
+  EXPECT_EQ(session.StudyConnected, 0);
+  EXPECT_EQ(TextOf("ESI_No"), "P1");
+  EXPECT_EQ(RowsShownIn("DB1").size(), 3);
+}
+
+TEST_F(MnfrmTest, ARememberedOrganisationIsConnectedByItsActivation) {
+  installation.GivenStudy(1);
+  installation.GivenStudy(2);
+  GivenProjects({"P1", "P2"});
+  GivenProjects({"Q1", "Q2"}, "Second works", 2);
+  OpenOrganisation("ACME", 1);
+  ClickRow("DB1", 1);
+  ChangeOrganisation("Second works", 2);
+  EXPECT_EQ(session.StudyConnected, 0);
+  EXPECT_EQ(TextOf("ESI_No"), "Q1");
+  ClickRow("DB1", 1);
+  ChangeOrganisation("ACME", 1);
+  EXPECT_EQ(session.StudyConnected, 1);
+  EXPECT_EQ(session.ListTextKnown, 1);
+  EXPECT_EQ(TextOf("ESI_No"), "P1");
+  EXPECT_EQ(CurrentRow(), 1);
+  ChangeOrganisation("Second works", 2);
+  EXPECT_EQ(session.ListTextKnown, 2);
+  EXPECT_EQ(TextOf("ESI_No"), "Q1");
+}
+
+TEST_F(MnfrmTest, AFourthOrganisationOfASessionIsNotRemembered) {
+  const QStringList names = {"A", "B", "C", "D"};
+  for (int study = 1; study <= 4; ++study) {
+    installation.GivenStudy(study);
+    GivenProjects({"P1"}, names[study - 1], study);
+  }
+  OpenOrganisation("A", 1);
+  ClickRow("DB1", 0);
+  for (int study = 2; study <= 4; ++study) {
+    ChangeOrganisation(names[study - 1], study);
+    EXPECT_EQ(session.StudyConnected, 0) << study;
+    ClickRow("DB1", 0);
+  }
+  ChangeOrganisation("C", 3);
+  EXPECT_EQ(session.StudyConnected, 1);
+  ChangeOrganisation("D", 4);
+  EXPECT_EQ(session.StudyConnected, 0);
+}
+
+TEST_F(MnfrmTest, AnAddWithAnUnknownFlagIsRepairedByTheNextActivation) {
+  installation.GivenStudy(1);
+  OpenOrganisation("ACME", 1);
+  session.ListTextKnown = 0;
+  GoAwayAndComeBack();
+  EXPECT_EQ(session.ListTextKnown, 1);
+}
+
+TEST_F(MnfrmTest, AnActivationOfAConnectedFormLeavesTheFlagAlone) {
+  installation.GivenStudy(1);
+  OpenOrganisation("ACME", 1);
+  session.StudyConnected = 1;
+  session.ListTextKnown = 0;
+  GoAwayAndComeBack();
+  EXPECT_EQ(session.ListTextKnown, 0);
+}
+
+TEST_F(MnfrmTest, AnEmptyStudyNumberIsNeitherLookedUpNorRemembered) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1", "P2"});
+  OpenOrganisation("ACME", 1);
+  ClickRow("DB1", 1);
+  Click("FndESINo");
+  ASSERT_EQ(session.ListTextKnown, 1);
+  Control<QLineEdit>("StudyNoAuto").clear();
+  session.ListTextKnown = 0;
+  session.StudyConnected = 0;
+  GoAwayAndComeBack();
+  // The name is known, so it counts as connected; the walk finds nothing, and the last step mends
+  // it.
+  EXPECT_EQ(session.StudyConnected, 1);
+  EXPECT_EQ(session.ListTextKnown, 1);
+  EXPECT_EQ(TextOf("ESI_No"), "P1");
+  session.ListTextKnown = 5;
+  ClickRow("DB1", 1);
+  Click("FndESINo");
+  EXPECT_EQ(session.ListTextKnown, 5);
+}
+
+// ---------------------------------------------------------------- the list
+
+TEST_F(MnfrmTest, AClickInTheListNotesItsRowAndConnects) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1", "P2"});
+  OpenOrganisation("ACME", 1);
+  auto& grid = Control<Grid>("DB1");
+  EXPECT_TRUE(grid.AllowUpdate());
+  ClickRow("DB1", 1);
+  EXPECT_FALSE(grid.AllowUpdate());
+  EXPECT_EQ(session.GridRowNumber, 1);
+  EXPECT_EQ(session.StudyConnected, 1);
+  EXPECT_EQ(TextOf("ESI_No"), "P2");
+  EXPECT_EQ(grid.selectionModel()->selectedRows().size(), 1);
+  EXPECT_EQ(grid.selectionModel()->selectedRows().value(0).row(), 1);
+}
+
+TEST_F(MnfrmTest, LeavingTheListRemembersTheOrganisation) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1", "P2"});
+  OpenOrganisation("ACME", 1);
+  ClickRow("DB1", 1);
+  session.GridRowNumber = 9;
+  session.ListTextKnown = 0;
+  Click("FndESINo");
+  EXPECT_TRUE(Control<Grid>("DB1").AllowUpdate());
+  EXPECT_EQ(session.GridRowNumber, 1);
+  EXPECT_EQ(session.ListTextKnown, 1);
+}
+
+TEST_F(MnfrmTest, NothingCanBeTypedIntoTheList) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1", "P2"});
+  OpenOrganisation("ACME", 1);
+  ClickRow("DB1", 0);
+  Type("zzz");
+  PressKey(Qt::Key_F2);
+  Type("zzz");
+  Click("FndESINo");
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2"}));
+}
+
+TEST_F(MnfrmTest, AMoveInTheListStoresWhatWasTypedForTheRowThatIsLeft) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1", "P2"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("preparedbyTxt", "Ann");
+  Click("FndESINo");
+  EXPECT_EQ(Stored("P1", "preparedBytxt"), "");
+  ClickRow("DB1", 1);
+  EXPECT_EQ(Stored("P1", "preparedBytxt"), "Ann");
+  EXPECT_EQ(TextOf("preparedbyTxt"), "");
+}
+
+// ---------------------------------------------------------------- holding the front
+
+TEST_F(MnfrmTest, TheFormTakesTheFrontBackWhileItHolds) {
+  installation.GivenStudy(1);
+  OpenOrganisation("ACME", 1);
+  ASSERT_EQ(session.ProjectFormHolds, 1);
+  Make<OtherForm>().ShowForm();
+  Settle();
+  WaitForFront(*form);
+}
+
+TEST_F(MnfrmTest, TheFormLetsAnotherOneInFrontWhenItDoesNotHold) {
+  installation.GivenStudy(1);
+  OpenOrganisation("ACME", 1);
+  session.ProjectFormHolds = 0;
+  auto& other = Open<OtherForm>();
+  WaitForFront(other);
+}
+
+// ---------------------------------------------------------------- what others do to the form
+
+TEST_F(MnfrmTest, TheOrganisationFormsClosingTurnsTheCommandsByTheName) {
+  installation.GivenStudy(1);
+  OpenOrganisation("ACME", 1);
+  session.ProjectFormHolds = 0;
+  form->SetOrganisationCaption(QString());
+  form->OrganisationFormClosed();
+  EXPECT_EQ(ProjectCommands(), kAllDisabled);
+  EXPECT_EQ(session.ProjectFormHolds, 1);
+  form->SetOrganisationCaption(" ACME");
+  form->OrganisationFormClosed();
+  EXPECT_EQ(ProjectCommands(), kAllEnabled);
+}
+
+TEST_F(MnfrmTest, LettingGoOfTheStudyFreesItsFileAndForgetsTheOrganisation) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  ASSERT_TRUE(QFile::exists(installation.StudySign(1)));
+  form->LetGoOfStudy();
+  EXPECT_FALSE(QFile::exists(installation.StudySign(1)));
+  EXPECT_EQ(TextOf("Orglbltxt"), "");
+  EXPECT_EQ(session.ActiveOrgName, "");
+  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
+  EXPECT_EQ(Control<DataControl>("dtsorce1").ConnectionString(),
+            DataControl::ConnectionStringFor(installation.Template()));
+}
+
+TEST_F(MnfrmTest, LettingGoFailsWithoutTheTemplateAndKeepsTheName) {
+  installation.GivenStudy(1);
+  OpenOrganisation("ACME", 1);
+  ASSERT_TRUE(QFile::remove(installation.Template()));
+  EXPECT_EQ(FailureOf([&] { form->LetGoOfStudy(); }), failure::kFileNotFound);
+  EXPECT_EQ(TextOf("Orglbltxt"), " ACME");
+  EXPECT_FALSE(QFile::exists(installation.StudySign(1)));
+}
+
+// ---------------------------------------------------------------- two users on one project
+
+TEST_F(MnfrmTest, TwoUsersKeepTheirWorkOnDifferentFieldsOfOneProject) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("ProjectDescription", "mine");
+  Exec(installation.Study(1), "UPDATE Project_details SET preparedBytxt='theirs'");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_Description"), "mine");
+  EXPECT_EQ(Stored("P1", "preparedBytxt"), "theirs");
+}
+
+TEST_F(MnfrmTest, OnTheSameFieldTheFirstUsersTextStandsAndIsShown) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("ProjectDescription", "mine");
+  Exec(installation.Study(1), "UPDATE Project_details SET Project_Description='theirs'");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_Description"), "theirs");
+  EXPECT_EQ(TextOf("ProjectDescription"), "theirs");
+}
+
+// ---------------------------------------------------------------- closing
+
+TEST_F(MnfrmTest, ClosingGivesTheFrameBackAndForgetsTheSession) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  ClickRow("DB1", 0);
+  asked.clear();
+  Click("clsdfrm");
+  EXPECT_EQ(asked, (QStringList{"organisation form away", "evaluation form away"}));
+  EXPECT_EQ(session.ProjectFormHolds, 0);
+  EXPECT_EQ(session.StudyConnected, 0);
+  EXPECT_EQ(session.ActiveOrgName, "");
+  EXPECT_EQ(session.SelectedOrgName, "ACME");
+  EXPECT_EQ(frame.data_enabled, true);
+  EXPECT_EQ(frame.tool_bar_enabled, true);
+  EXPECT_EQ(frame.status_texts, QStringList{" KESTRIX : Risk Assessment Software "});
+  EXPECT_EQ(frame.maximised, 1);
+  EXPECT_FALSE(QFile::exists(installation.StudySign(1)));
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+}
+
+TEST_F(MnfrmTest, TheTitleBarsCloseButtonClosesAsTheExitDoes) {
+  installation.GivenStudy(1);
+  OpenOrganisation("ACME", 1);
+  CloseBox(*form);
+  EXPECT_EQ(session.ActiveOrgName, "");
+  EXPECT_EQ(frame.data_enabled, true);
+}
+
+TEST_F(MnfrmTest, ClosingStoresWhatWasTypedLast) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("preparedbyTxt", "Ann");
+  CloseBox(*form);
+  EXPECT_EQ(Stored("P1", "preparedBytxt"), "Ann");
+}
+
+TEST_F(MnfrmTest, AFormThatIsOpenedAgainRemembersNoOrganisation) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  ClickRow("DB1", 0);
+  Click("FndESINo");
+  Click("clsdfrm");
+  OpenOrganisation("ACME", 1);
+  EXPECT_EQ(session.StudyConnected, 0);
+  EXPECT_EQ(TextOf("ESI_No"), "P1");
+}
+
+}  // namespace
+}  // namespace kestrix
