@@ -1,0 +1,225 @@
+#include "evaluation/RiskEvalFrm_1.h"
+
+#include <QHeaderView>
+#include <QScopedValueRollback>
+
+#include "evaluation/MatrixIcon.h"
+#include "evaluation/TaskLists.h"
+#include "store/RecordSources.h"
+#include "ui_RiskEvalFrm_1.h"
+
+namespace kestrix {
+namespace {
+
+// Of the list of tasks when the form comes up; the splitter changes it.
+constexpr int kListWidth = 300;
+constexpr int kReferenceColumn = 0;
+constexpr int kKeyColumn = 2;
+
+}  // namespace
+
+RiskEvalFrm_1::RiskEvalFrm_1(Context& context)
+    : SessionForm(context),
+      ui_([this] {
+        auto made = std::make_unique<Ui::RiskEvalFrm_1>();
+        made->setupUi(this);
+        return made;
+      }()),
+      controls_(*ui_) {
+  // The bindings come first, so that a change rule that corrects a text has the last word.
+  controls_.Bind(dtsorce2_);
+  ui_->DB1->SetSource(dtsorce2_,
+                      {{QStringLiteral("Ref.No."), QStringLiteral("RefNo")},
+                       {QStringLiteral("Functions and Task "), QStringLiteral("FuntnTaskMachry")},
+                       {QStringLiteral("nunberauto"), QStringLiteral("nunberauto")}});
+  SettleLooks();
+  ConnectTasks();
+  ConnectLists();
+  ConnectFields();
+}
+
+RiskEvalFrm_1::~RiskEvalFrm_1() = default;
+
+void RiskEvalFrm_1::SettleLooks() {
+  ui_->RiskEsmtBtn->setIcon(MatrixIcon());
+  ui_->TaskSplitter->setSizes({kListWidth, width() - kListWidth});
+  // The titles get what the two numbers leave.
+  QHeaderView* header = ui_->DB1->horizontalHeader();
+  header->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+  header->setTextElideMode(Qt::ElideRight);
+  for (const int column : {kReferenceColumn, kKeyColumn}) {
+    header->resizeSection(column, header->sectionSizeHint(column));
+  }
+  // These labels are never enabled, and are there to be read.
+  for (QLabel* label : {ui_->RIBRtxt, ui_->RIARtxt, ui_->ClassScorLBL, ui_->ClassScorLBLA}) {
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::Disabled, QPalette::WindowText,
+                     palette.color(QPalette::Active, QPalette::WindowText));
+    label->setPalette(palette);
+  }
+}
+
+void RiskEvalFrm_1::ConnectTasks() {
+  using Me = RiskEvalFrm_1;
+  connect(&dtsorce2_, &DataControl::Shown, this, &Me::ShowProjectNumber);
+  connect(&dtsorce2_, &DataControl::Shown, this, [this] { controls_.ShowBeginnings(); });
+  On(ui_->DB1, &Grid::RowColChange, &Me::DB1_RowColChange);
+  OnGotFocus(ui_->DB1, &Me::DB1_GotFocus);
+  On(ui_->addNewRcd, &QPushButton::clicked, &Me::addNewRcd_Click);
+  On(ui_->CpyTaskCmd, &QPushButton::clicked, &Me::CpyTaskCmd_Click);
+  On(ui_->DleteRcd, &QPushButton::clicked, &Me::DleteRcd_Click);
+  On(ui_->nxtfrmbtn, &QPushButton::clicked, &Me::nxtfrmbtn_Click);
+  On(ui_->prvsfrmbtn, &QPushButton::clicked, &Me::prvsfrmbtn_Click);
+  On(ui_->RiskEsmtBtn, &QPushButton::clicked, &Me::RiskEsmtBtn_Click);
+  On(ui_->ClsedDg, &QPushButton::clicked, &Me::ClsedDg_Click);
+}
+
+void RiskEvalFrm_1::ConnectLists() {
+  using Me = RiskEvalFrm_1;
+  OnGotFocus(ui_->PhaseMachn, &Me::PhaseMachn_GotFocus);
+  OnGotFocus(ui_->PrimaryHazard, &Me::PrimaryHazard_GotFocus);
+  OnLostFocus(ui_->PrimaryHazard, &Me::PrimaryHazard_LostFocus);
+  OnGotFocus(ui_->HazardType, &Me::HazardType_GotFocus);
+  OnLostFocus(ui_->HazardType, &Me::HazardType_LostFocus);
+  OnGotFocus(ui_->ReccdtnTypTxt, &Me::ReccdtnTypTxt_GotFocus);
+  OnGotFocus(ui_->ActnByCbo, &Me::ActnByCbo_GotFocus);
+  On(ui_->PrimaryHazard, &QComboBox::activated, &Me::PrimaryHazard_Click);
+  On(ui_->adddt, &QPushButton::clicked, &Me::adddt_Click);
+  On(ui_->adddt1, &QPushButton::clicked, &Me::adddt1_Click);
+  On(ui_->adddt2, &QPushButton::clicked, &Me::adddt2_Click);
+  On(ui_->adddt_2, &QPushButton::clicked, &Me::adddt_2_Click);
+  On(ui_->adddt_3, &QPushButton::clicked, &Me::adddt_3_Click);
+  On(ui_->dletedt, &QPushButton::clicked, &Me::dletedt_Click);
+  On(ui_->dletedt1, &QPushButton::clicked, &Me::dletedt1_Click);
+  On(ui_->dletedt2, &QPushButton::clicked, &Me::dletedt2_Click);
+  On(ui_->dletedt_2, &QPushButton::clicked, &Me::dletedt_2_Click);
+  On(ui_->dletedt_3, &QPushButton::clicked, &Me::dletedt_3_Click);
+}
+
+void RiskEvalFrm_1::ConnectFields() {
+  using Me = RiskEvalFrm_1;
+  On(ui_->dateOfRcd, &QLineEdit::textChanged, &Me::dateOfRcd_Change);
+  OnGotFocus(ui_->dateOfRcd, &Me::dateOfRcd_GotFocus);
+  OnLostFocus(ui_->dateOfRcd, &Me::dateOfRcd_LostFocus);
+  On(ui_->actnDt, &QLineEdit::textChanged, &Me::actnDt_Change);
+  OnLostFocus(ui_->actnDt, &Me::actnDt_LostFocus);
+  OnLostFocus(ui_->RefNo, &Me::RefNo_LostFocus);
+  On(ui_->ActntkenOptnY_N, &QCheckBox::toggled, &Me::ActntkenOptnY_N_Click);
+  On(ui_->RskRdsdtnY_N, &QCheckBox::toggled, &Me::RskRdsdtnY_N_Click);
+  OnLostFocus(ui_->FuntnTaskMachry, &Me::FuntnTaskMachry_LostFocus);
+  On(ui_->FndESINo, &QLineEdit::textChanged, &Me::FndESINo_Change);
+  OnLostFocus(ui_->FndESINo, &Me::FndESINo_LostFocus);
+}
+
+void RiskEvalFrm_1::Load() {
+  try {
+    session().HazardTypeRows = 1;
+    session().PrimaryHazardClicked = false;
+    ui_->ESINoLBLCp->setText(context().project.ESI_No());
+    ui_->PrjDesptn->setText(context().project.ProjectDescription());
+    OpenTasks();
+    OpenLists();
+    if (session().TaskPosition == 0) session().TaskPosition = 1;
+    // The task that was in hand when the form was last open, of whichever project that was.
+    if (Tasks().AbsolutePosition() != Recordset::kPositionUnknown) {
+      Tasks().SetAbsolutePosition(session().TaskPosition);
+    }
+  } catch (const Failure&) {
+    LoadFailed();
+  }
+}
+
+void RiskEvalFrm_1::OpenTasks() {
+  // Until the place of the last time is taken up again, moves must not be taken for a new place.
+  const QScopedValueRollback<bool> loading(loading_, true);
+  dtsorce2_.SetConnectionString(
+      DataControl::ConnectionStringFor(installation().Study(session().ActiveStudyNo)));
+  session().RiskSql = sources::RiskSql(context().project.ESI_No());
+  dtsorce2_.SetRecordSource(session().RiskSql);
+  dtsorce2_.Refresh();
+  if (TaskCount() == 0) {
+    ClearTaskForm();
+    DisableLists();
+    ui_->TotAcdRCDDsply->setText(QStringLiteral(" Total recorded task %1 ").arg(TaskCount()));
+    return;
+  }
+  {
+    const Recordset::Walk walk(Tasks());
+    Tasks().MoveFirst();
+    Tasks().MoveNext();
+    Tasks().MoveFirst();
+  }
+  ShowPosition();
+  ShowTask();
+  EnableCombos(true);
+}
+
+void RiskEvalFrm_1::OpenLists() {
+  session().SupportDbPath = installation().SupportLists();
+  CboBxLstDB_.SetDatabaseName(session().SupportDbPath);
+  CboBxLstDB_.Refresh();
+}
+
+void RiskEvalFrm_1::LoadFailed() {
+  messages().Beep();
+  Q_EMIT ProjectAndOrganisationUnloadRequested();
+  Tell(Icon::kCritical, title::kFilesMissing,
+       QStringLiteral("More files required run setup/Installed Files missing/Requires MS Office "
+                      "installed"));
+  Q_EMIT FrameUnloadRequested();
+}
+
+void RiskEvalFrm_1::Activate() {
+  ShowRiskSummary();
+}
+
+void RiskEvalFrm_1::QueryUnload() {
+  if (TaskCount() != 0) SaveTask();
+}
+
+Recordset& RiskEvalFrm_1::Tasks() {
+  return dtsorce2_.Recordset();
+}
+
+void RiskEvalFrm_1::ClearTaskForm() {
+  ui_->PrjDesptn->setText(QStringLiteral("No task recorded. Click 'Add New Task' to record task"));
+  ui_->HzrdTyp->setText(QStringLiteral("No task recorded"));
+  controls_.ShowUnset(Today());
+  ui_->RIBRtxt->setText(QStringLiteral("0"));
+  ui_->RIARtxt->setText(QStringLiteral("0"));
+  ui_->TotAcdRCDDsply->setText(QStringLiteral(" Recorded task 0 "));
+}
+
+void RiskEvalFrm_1::EnableCombos(bool enable) {
+  for (const TaskList& list : kTaskLists) (ui_.get()->*list.combo)->setEnabled(enable);
+}
+
+void RiskEvalFrm_1::DisableLists() {
+  EnableCombos(false);
+  for (const TaskList& list : kTaskLists) {
+    (ui_.get()->*list.add)->setEnabled(false);
+    (ui_.get()->*list.remove)->setEnabled(false);
+  }
+}
+
+void RiskEvalFrm_1::ShowProjectNumber() {
+  // Without a task the label goes on telling the project; a new task gets its number later.
+  if (!dtsorce2_.HasRecordset() || Tasks().IsAdding() || !Tasks().HasCurrentRow()) return;
+  PassOver([this] { ui_->ESINoLBLCp->setText(Tasks().Text(0)); });
+}
+
+void RiskEvalFrm_1::RiskEsmtBtn_Click() {
+  if (TaskCount() == 0) {
+    Tell(Icon::kInformation, title::kProgram, QStringLiteral("No task entered. Please add task."));
+    return;
+  }
+  HideForm();
+  Q_EMIT EstimationRequested();
+}
+
+void RiskEvalFrm_1::ClsedDg_Click() {
+  UnloadForm();
+  Q_EMIT Closed();
+}
+
+}  // namespace kestrix

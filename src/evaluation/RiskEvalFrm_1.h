@@ -1,0 +1,152 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+
+#include "evaluation/TaskControls.h"
+#include "shell/SessionForm.h"
+#include "store/DataControl.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+
+namespace kestrix {
+
+namespace Ui {
+class RiskEvalFrm_1;
+}
+struct TaskList;
+
+/// The tasks of the project in hand: shows them, takes them down, and shows the risk that the
+/// estimation found for each. It holds the rows of the project's tasks for as long as it is loaded;
+/// the estimation works on their current row.
+///
+/// A task is saved without a command: what is typed stands in the pending edit of the current row,
+/// and leaving the row, leaving one of the two hazard boxes, adding, deleting and closing commit
+/// it. The form computes no risk, and it never asks whether to save.
+class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
+  Q_OBJECT
+
+ public:
+  explicit RiskEvalFrm_1(Context& context);
+  ~RiskEvalFrm_1() override;
+
+  /// The tasks of the project, on the task in hand. Fails with kObjectNotSet when the load failed
+  /// before they were opened.
+  [[nodiscard]] Recordset& Tasks() override;
+
+ Q_SIGNALS:
+  /// This form has hidden itself; the estimation form is to be shown modally. Its "Done" shows this
+  /// form modally again.
+  void EstimationRequested();
+  /// The form was unloaded by its Exit button; the project form is to be shown modally.
+  void Closed();
+  /// The load failed: the organisation form and the project form are to be unloaded, in this order.
+  /// A message and FrameUnloadRequested follow.
+  void ProjectAndOrganisationUnloadRequested();
+  /// The load failed and the user was told: the frame is to be unloaded, which ends the session.
+  void FrameUnloadRequested();
+
+ protected:
+  void Load() override;
+  void Activate() override;
+  void QueryUnload() override;
+
+ private:
+  // Life: RiskEvalFrm_1.cpp
+  void SettleLooks();
+  void ConnectTasks();
+  void ConnectLists();
+  void ConnectFields();
+  void OpenTasks();
+  void OpenLists();
+  void LoadFailed();
+  void ClearTaskForm();
+  void EnableCombos(bool enable);
+  void DisableLists();
+  void ShowProjectNumber();
+  void RiskEsmtBtn_Click();
+  void ClsedDg_Click();
+
+  // Tasks: RiskEvalFrm_1_tasks.cpp
+  [[nodiscard]] int TaskCount() const;
+  void ShowTask();
+  void SaveTask();
+  void ShowPosition();
+  void RememberPosition(int position);
+  void NewTaskDefaults();
+  void CopyTaskOut();
+  void CopyTaskIn();
+  void SettleNewTask();
+  void DeleteTask();
+  void DB1_GotFocus();
+  void DB1_RowColChange();
+  void addNewRcd_Click();
+  void CpyTaskCmd_Click();
+  void DleteRcd_Click();
+  void nxtfrmbtn_Click();
+  void prvsfrmbtn_Click();
+
+  // Risk summary: RiskEvalFrm_1_summary.cpp
+  void ShowRiskSummary();
+  void ShowIndexes();
+  void ShowClass(QLabel* label, int severity, int class_score);
+  void SyncReducedCheck();
+
+  // Lookup lists: RiskEvalFrm_1_lists.cpp
+  void EnableButtonsOf(const TaskList& list);
+  void OpenListOf(const TaskList& list);
+  void RefillCombo(QComboBox* combo);
+  void ListGotFocus(const TaskList& list);
+  void AddToList(const TaskList& list);
+  void AddEntry(Recordset& rows, bool below_hazard);
+  void DeleteFromList(const TaskList& list, const QString& judged, const QString& asked);
+  void DeletePrimaryHazardWithTypes();
+  void PhaseMachn_GotFocus();
+  void PrimaryHazard_GotFocus();
+  void PrimaryHazard_Click();
+  void PrimaryHazard_LostFocus();
+  void HazardType_GotFocus();
+  void HazardType_LostFocus();
+  void ReccdtnTypTxt_GotFocus();
+  void ActnByCbo_GotFocus();
+  void adddt_Click();
+  void adddt1_Click();
+  void adddt2_Click();
+  void adddt_2_Click();
+  void adddt_3_Click();
+  void dletedt_Click();
+  void dletedt1_Click();
+  void dletedt2_Click();
+  void dletedt_2_Click();
+  void dletedt_3_Click();
+
+  // Fields: RiskEvalFrm_1_fields.cpp
+  void DateChanged(QLineEdit* box);
+  void DateLeft(QLineEdit* box);
+  [[nodiscard]] QString Today() const;
+  void SelectWhole(QLineEdit* box);
+  void dateOfRcd_Change();
+  void dateOfRcd_GotFocus();
+  void dateOfRcd_LostFocus();
+  void actnDt_Change();
+  void actnDt_LostFocus();
+  void RefNo_LostFocus();
+  void ActntkenOptnY_N_Click();
+  void RskRdsdtnY_N_Click();
+  void FuntnTaskMachry_LostFocus();
+  void FndESINo_Change();
+  void FndESINo_LostFocus();
+
+  std::unique_ptr<Ui::RiskEvalFrm_1> ui_;
+  DataControl dtsorce2_{QStringLiteral("dtsorce2"), this};
+  DataControl CboBxLstDB_{QStringLiteral("CboBxLstDB"), this};
+  DataControl dta1_{QStringLiteral("dta1"), this};  ///< holds nothing, as dta3_
+  DataControl dta3_{QStringLiteral("dta3"), this};
+  TaskControls controls_;
+  bool loading_ = false;      ///< the rows are being opened; their moves are no moves of the user's
+  bool find_active_ = false;  ///< from the first use of the find box on: row changes save nothing
+};
+
+}  // namespace kestrix

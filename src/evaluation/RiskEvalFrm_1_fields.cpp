@@ -1,0 +1,122 @@
+// The rules of the single fields: dates, reference number, check boxes, task title, find box.
+#include <QGuiApplication>
+#include <QPointer>
+
+#include "evaluation/DateMask.h"
+#include "evaluation/ReferenceNumber.h"
+#include "evaluation/RiskEvalFrm_1.h"
+#include "evaluation/TaskFields.h"
+#include "ui_RiskEvalFrm_1.h"
+
+namespace kestrix {
+namespace {
+
+const QString kYes = QStringLiteral("Yes");
+const QString kNo = QStringLiteral("No");
+
+}  // namespace
+
+QString RiskEvalFrm_1::Today() const {
+  return DateMask::Write(platform().clock.Today());
+}
+
+void RiskEvalFrm_1::SelectWhole(QLineEdit* box) {
+  box->selectAll();
+  if (QGuiApplication::mouseButtons() == Qt::NoButton) return;
+  // The press that brought the focus goes on to place the cursor.
+  QMetaObject::invokeMethod(box, &QLineEdit::selectAll, Qt::QueuedConnection);
+}
+
+void RiskEvalFrm_1::DateChanged(QLineEdit* box) {
+  const auto outcome = DateMask::Settle(box->text());
+  if (!outcome) return;
+  session().LoopIndex =
+      static_cast<qint16>(outcome->selected_length > 0 ? outcome->place : DateMask::kPlaces);
+  // Runs this rule again, which selects the place.
+  if (outcome->text != box->text()) return box->setText(outcome->text);
+  box->setCursorPosition(outcome->place);
+  if (outcome->selected_length > 0) box->setSelection(outcome->place, outcome->selected_length);
+}
+
+void RiskEvalFrm_1::DateLeft(QLineEdit* box) {
+  if (box->text() == DateMask::kEmpty) box->clear();
+  // Clearing has laid the mask again: a date can't be left blank.
+  if (box->text() == DateMask::kEmpty || box->text().isEmpty()) box->setText(Today());
+  if (const auto date = DateMask::Read(box->text())) {
+    box->setText(DateMask::Write(*date));
+    SaveTask();
+    return;
+  }
+  Tell(Icon::kInformation, title::kProgram, QStringLiteral("Enter data. (dd/mm/yyyy)"));
+  FocusLater(box);
+}
+
+void RiskEvalFrm_1::dateOfRcd_Change() {
+  DateChanged(ui_->dateOfRcd);
+}
+
+void RiskEvalFrm_1::dateOfRcd_GotFocus() {
+  if (ui_->dateOfRcd->text().isEmpty()) ui_->dateOfRcd->setText(DateMask::kEmpty);
+  SelectWhole(ui_->dateOfRcd);
+}
+
+void RiskEvalFrm_1::dateOfRcd_LostFocus() {
+  DateLeft(ui_->dateOfRcd);
+}
+
+void RiskEvalFrm_1::actnDt_Change() {
+  DateChanged(ui_->actnDt);
+}
+
+void RiskEvalFrm_1::actnDt_LostFocus() {
+  DateLeft(ui_->actnDt);
+}
+
+void RiskEvalFrm_1::RefNo_LostFocus() {
+  if (ui_->RefNo->text().isEmpty()) return;
+  if (const auto number = ReferenceNumber(ui_->RefNo->text())) {
+    ui_->RefNo->setText(*number);
+    return;
+  }
+  Tell(Icon::kInformation, title::kProgram, QStringLiteral("Enter number."));
+  FocusLater(ui_->RefNo);
+}
+
+void RiskEvalFrm_1::ActntkenOptnY_N_Click() {
+  ui_->ActntkenOptnY_N->setText(ui_->ActntkenOptnY_N->isChecked() ? kYes : kNo);
+}
+
+void RiskEvalFrm_1::RskRdsdtnY_N_Click() {
+  ui_->RskRdsdtnY_N->setText(ui_->RskRdsdtnY_N->isChecked() ? kYes : kNo);
+}
+
+void RiskEvalFrm_1::FuntnTaskMachry_LostFocus() {
+  if (TaskCount() >= 1 && !find_active_) SaveTask();
+}
+
+void RiskEvalFrm_1::FndESINo_Change() {
+  find_active_ = true;
+  if (TaskCount() == 0) return;
+  const QString wanted = ui_->FndESINo->text();
+  bool missed = false;
+  {
+    const Recordset::Walk walk(Tasks());
+    for (Tasks().MoveFirst(); !Tasks().Eof(); Tasks().MoveNext()) {
+      if (Tasks().Text(task_field::kTitle).startsWith(wanted)) break;
+      if (!missed) EnableCombos(false);
+      missed = true;
+    }
+  }
+  // The list stood on each row in turn, on the last one at the end.
+  if (Tasks().Eof()) RememberPosition(TaskCount());
+}
+
+void RiskEvalFrm_1::FndESINo_LostFocus() {
+  find_active_ = false;
+  if (ui_->FndESINo->text().isEmpty()) return;
+  // This finds the first task, and with that the form stays in the find until it is loaded again.
+  ui_->FndESINo->clear();
+  EnableCombos(true);
+}
+
+}  // namespace kestrix

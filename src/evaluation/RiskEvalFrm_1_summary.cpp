@@ -1,0 +1,107 @@
+// What the estimation found for the task in hand: both risk indexes, both classes, the verdict.
+#include "estimation/model/RiskModel.h"
+#include "evaluation/RiskEvalFrm_1.h"
+#include "formkit/Controls.h"
+#include "ui_RiskEvalFrm_1.h"
+
+namespace kestrix {
+namespace {
+
+using model::Parameter;
+using model::Stage;
+using model::StageFields;
+
+constexpr QRgb kOpaque = 0xFF000000;
+
+qint16 WholeOf(const Recordset& task, QStringView field) {
+  const QString text = task.Text(field.toString());
+  if (const auto number = model::WholePartOf(text)) return *number;
+  throw Failure(failure::kTypeMismatch,
+                QStringLiteral("%1 holds \"%2\" in place of a number.").arg(field, text));
+}
+
+qint16 IndexOf(const Recordset& task, Stage stage) {
+  return WholeOf(task, model::FieldsOf(stage).risk_index);
+}
+
+qint16 SeverityOf(const Recordset& task, Stage stage) {
+  return WholeOf(task, model::FieldsOf(stage).ScoreOf(Parameter::kSeverity));
+}
+
+qint16 ClassOf(const Recordset& task, Stage stage) {
+  const StageFields& fields = model::FieldsOf(stage);
+  const auto sum = model::ClassOf(WholeOf(task, fields.ScoreOf(Parameter::kExposure)),
+                                  WholeOf(task, fields.ScoreOf(Parameter::kOccurrence)),
+                                  WholeOf(task, fields.ScoreOf(Parameter::kAvoidance)));
+  if (!sum)
+    throw Failure(failure::kOverflow, QStringLiteral("The sum of the scores is too large."));
+  return *sum;
+}
+
+void Paint(QLabel* label, model::Rgb colour) {
+  SetBackColour(label, kOpaque | colour);
+}
+
+QString NoRisk(int number) {
+  return model::CaptionOf(number, {u" (No Risk)", model::kGreen});
+}
+
+}  // namespace
+
+void RiskEvalFrm_1::ShowRiskSummary() {
+  // Past the last task, behind a find without a match, the labels keep what they show too.
+  if (TaskCount() == 0 || !Tasks().HasCurrentRow()) return;
+  SessionState& state = session();
+  state.RiskIndexBefore = IndexOf(Tasks(), Stage::kBefore);
+  state.RiskIndexAfter = IndexOf(Tasks(), Stage::kAfter);
+  ShowIndexes();
+  state.SeverityBefore = SeverityOf(Tasks(), Stage::kBefore);
+  state.SeverityAfter = SeverityOf(Tasks(), Stage::kAfter);
+  state.ClassBefore = ClassOf(Tasks(), Stage::kBefore);
+  state.ClassAfter = ClassOf(Tasks(), Stage::kAfter);
+  ShowClass(ui_->ClassScorLBL, state.SeverityBefore, state.ClassBefore);
+  ShowClass(ui_->ClassScorLBLA, state.SeverityAfter, state.ClassAfter);
+}
+
+void RiskEvalFrm_1::ShowIndexes() {
+  const int before = session().RiskIndexBefore;
+  const int after = session().RiskIndexAfter;
+  ui_->RIBRtxt->setText(QString::number(before));
+  ui_->RIARtxt->setText(QString::number(after));
+  if (before == 0) {
+    Paint(ui_->RIBRtxt, model::kGreen);
+    // Stays only beside an index after that has no band.
+    ui_->RIARtxt->setText(NoRisk(before));
+  }
+  if (after == 0) {
+    Paint(ui_->RIARtxt, model::kGreen);
+    ui_->RIARtxt->setText(NoRisk(after));
+  }
+  ui_->RskRdsdtnY_N->setText(model::Verdict(before, after).toString());
+  if (const auto band = model::IndexLabelOf(before)) {
+    ui_->RIBRtxt->setText(model::CaptionOf(before, *band));
+    Paint(ui_->RIBRtxt, band->colour);
+  }
+  if (const auto band = model::IndexLabelOf(after)) {
+    ui_->RIARtxt->setText(model::CaptionOf(after, *band));
+    Paint(ui_->RIARtxt, band->colour);
+  }
+}
+
+void RiskEvalFrm_1::ShowClass(QLabel* label, int severity, int class_score) {
+  const auto band = model::ClassBandOf(severity, class_score);
+  if (!band) return;
+  label->setText(model::CaptionOf(class_score, *band));
+  Paint(label, band->colour);
+}
+
+void RiskEvalFrm_1::SyncReducedCheck() {
+  PassOver([this] {
+    session().RiskIndexBefore = IndexOf(Tasks(), Stage::kBefore);
+    session().RiskIndexAfter = IndexOf(Tasks(), Stage::kAfter);
+    ui_->RskRdsdtnY_N->setChecked(
+        model::IsReduced(session().RiskIndexBefore, session().RiskIndexAfter));
+  });
+}
+
+}  // namespace kestrix

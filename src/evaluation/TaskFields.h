@@ -1,0 +1,24 @@
+#pragma once
+
+/// Positions of the fields of a task in the record source of a project's tasks.
+namespace kestrix::task_field {
+
+inline constexpr int kProjectNumber = 0;
+inline constexpr int kDate = 1;
+inline constexpr int kTitle = 2;
+inline constexpr int kLocation = 3;
+inline constexpr int kPhase = 4;
+inline constexpr int kPrimaryHazard = 5;
+inline constexpr int kHazardType = 6;
+inline constexpr int kReference = 7;
+inline constexpr int kDescription = 8;
+inline constexpr int kRecommendation = 9;
+inline constexpr int kRecommendationType = 10;
+inline constexpr int kReduced = 13;
+inline constexpr int kActionBy = 14;
+inline constexpr int kActionDate = 15;
+inline constexpr int kActionTaken = 16;
+inline constexpr int kKey = 45;
+inline constexpr int kCount = 48;
+
+}  // namespace kestrix::task_field

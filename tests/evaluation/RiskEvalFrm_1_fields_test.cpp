@@ -1,0 +1,334 @@
+// The rules of the single fields.
+#include <QLineEdit>
+
+#include "evaluation/EvaluationTest.h"
+
+namespace kestrix {
+namespace {
+
+class RiskEvalFrm_1FieldsTest : public EvaluationTest {};
+
+struct DateBox {
+  const char* name;
+  const char* field;
+};
+
+void PrintTo(const DateBox& box, std::ostream* out) {
+  *out << box.name;
+}
+
+class RiskEvalFrm_1DateTest : public EvaluationTest, public ::testing::WithParamInterface<DateBox> {
+ protected:
+  void SetUp() override {
+    EvaluationTest::SetUp();
+    GivenTasks({"Feed"});
+    OpenForm();
+  }
+  [[nodiscard]] QString Box() const { return GetParam().name; }
+  [[nodiscard]] QLineEdit& Edit() const { return Control<QLineEdit>(GetParam().name); }
+  /// What the row holds before it is stored.
+  [[nodiscard]] QString Held() { return form_->Tasks().Text(QString(GetParam().field)); }
+};
+
+TEST_P(RiskEvalFrm_1DateTest, EmptyingTheBoxLaysTheMask) {
+  SetText(Box(), "");
+  EXPECT_EQ(TextOf(Box()), "__/__/____");
+  EXPECT_EQ(Edit().selectionStart(), 0);
+  EXPECT_EQ(SelectedTextOf(Box()), "_");
+}
+
+TEST_P(RiskEvalFrm_1DateTest, TheFirstDigitGetsTheMaskBehindItAndTheNextPlaceIsSelected) {
+  Focus(Box());
+  Edit().selectAll();
+  Type("1");
+  EXPECT_EQ(TextOf(Box()), "1_/__/____");
+  EXPECT_EQ(Edit().selectionStart(), 1);
+  EXPECT_EQ(SelectedTextOf(Box()), "_");
+  EXPECT_EQ(session.LoopIndex, 1);
+}
+
+TEST_P(RiskEvalFrm_1DateTest, TypingOnFillsThePlacesAndStepsOverTheSlashes) {
+  Focus(Box());
+  Edit().selectAll();
+  Type("16");
+  EXPECT_EQ(TextOf(Box()), "16/__/____");
+  EXPECT_EQ(Edit().selectionStart(), 3);
+  Type("032014");
+  EXPECT_EQ(TextOf(Box()), "16/03/2014");
+  PressTab();
+  EXPECT_EQ(TextOf(Box()), "16/03/2014");
+  CloseForm();
+  EXPECT_EQ(Stored(GetParam().field), QStringList{"16/03/2014"});
+}
+
+TEST_P(RiskEvalFrm_1DateTest, ATextWithoutAFreePlaceEndsWithTheCursorBehindIt) {
+  Focus(Box());
+  Edit().setText("31/02/2013");
+  EXPECT_EQ(Edit().cursorPosition(), 10);
+  EXPECT_EQ(SelectedTextOf(Box()), "");
+  EXPECT_EQ(session.LoopIndex, 10);
+  Edit().setText("15/02/2013");
+}
+
+TEST_P(RiskEvalFrm_1DateTest, LeavingTheBareMaskGivesTodayAndSaves) {
+  SetText("ReccdtnTxt", "Guard");
+  SetText(Box(), "");
+  PressTab();
+  EXPECT_EQ(TextOf(Box()), "15/02/2013");
+  EXPECT_EQ(Held(), "15/02/2013");
+  EXPECT_NE(FocusName(), Box());
+}
+
+TEST_P(RiskEvalFrm_1DateTest, ADayFirstDateIsWrittenInFull) {
+  Focus(Box());
+  Edit().setText("1/2/2014");
+  PressTab();
+  EXPECT_EQ(TextOf(Box()), "01/02/2014");
+  EXPECT_EQ(Held(), "01/02/2014");
+}
+
+TEST_P(RiskEvalFrm_1DateTest, ADayThatTheCalendarLacksHoldsTheFocus) {
+  Focus(Box());
+  Edit().setText("31/02/2013");
+  ExpectTell("Enter data. (dd/mm/yyyy)");
+  PressTab();
+  EXPECT_EQ(FocusName(), Box());
+  EXPECT_EQ(TextOf(Box()), "31/02/2013");
+  // Emptied, it becomes today and lets go.
+  SetText(Box(), "");
+  PressTab();
+  EXPECT_EQ(TextOf(Box()), "15/02/2013");
+  EXPECT_NE(FocusName(), Box());
+}
+
+TEST_P(RiskEvalFrm_1DateTest, AHalfTypedDateHoldsTheFocus) {
+  Focus(Box());
+  Edit().selectAll();
+  Type("15");
+  ExpectTell("Enter data. (dd/mm/yyyy)");
+  PressTab();
+  EXPECT_EQ(FocusName(), Box());
+  SetText(Box(), "15022013");
+}
+
+INSTANTIATE_TEST_SUITE_P(Dates, RiskEvalFrm_1DateTest,
+                         ::testing::Values(DateBox{"dateOfRcd", "dateOfRcd"},
+                                           DateBox{"actnDt", "actnDt"}));
+
+TEST_F(RiskEvalFrm_1FieldsTest, EnteringTheDateSelectsItWholeByKeyAndByMouse) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  Focus("dateOfRcd");
+  EXPECT_EQ(SelectedTextOf("dateOfRcd"), "01/02/2013");
+  Focus("RefNo");
+  Click("dateOfRcd");
+  EXPECT_EQ(SelectedTextOf("dateOfRcd"), "01/02/2013");
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, EnteringAnEmptyDateLaysTheMaskInTheFirstBox) {
+  GivenTask({{"FuntnTaskMachry", "Feed"}, {"dateOfRcd", ""}, {"actnDt", ""}});
+  OpenForm();
+  Focus("dateOfRcd");
+  EXPECT_EQ(TextOf("dateOfRcd"), "__/__/____");
+  EXPECT_EQ(SelectedTextOf("dateOfRcd"), "__/__/____");
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, LeavingADateWithoutATaskWritesNothingAndSaysNothing) {
+  OpenForm();
+  SetText("dateOfRcd", "16032014");
+  PressTab();
+  EXPECT_EQ(TextOf("dateOfRcd"), "16/03/2014");
+  EXPECT_EQ(AllTasks().size(), 0);
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, LeavingADateSavesAllThatIsShown) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  SetText("dateOfRcd", "16032014");
+  PressTab();
+  EXPECT_EQ(form_->Tasks().Text("dateOfRcd"), "16/03/2014");
+  EXPECT_EQ(Stored("dateOfRcd"), QStringList{"01/02/2013"})
+      << "it stands in the row, not yet stored";
+}
+
+// Reference number
+
+struct Reference {
+  const char* typed;
+  const char* shown;
+};
+
+class RiskEvalFrm_1ReferenceTest : public EvaluationTest,
+                                   public ::testing::WithParamInterface<Reference> {};
+
+TEST_P(RiskEvalFrm_1ReferenceTest, IsWrittenWithTwoDigitsOnBothSides) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  SetText("RefNo", GetParam().typed);
+  PressTab();
+  EXPECT_EQ(TextOf("RefNo"), GetParam().shown);
+  EXPECT_NE(FocusName(), "RefNo");
+  CloseForm();
+  EXPECT_EQ(Stored("RefNo"), QStringList{GetParam().shown});
+}
+
+INSTANTIATE_TEST_SUITE_P(References, RiskEvalFrm_1ReferenceTest,
+                         ::testing::Values(Reference{"12", "12.00"}, Reference{"3.5", "03.50"},
+                                           Reference{"0", "00.00"}, Reference{"00.0", "00.00"},
+                                           Reference{"100", "100.00"}, Reference{"", ""}));
+
+TEST_F(RiskEvalFrm_1FieldsTest, LettersInTheReferenceNumberHoldTheFocus) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  SetText("RefNo", "abc");
+  ExpectTell("Enter number.");
+  PressTab();
+  EXPECT_EQ(FocusName(), "RefNo");
+  EXPECT_EQ(TextOf("RefNo"), "abc");
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, AButtonBehindTheMessageIsNotPressed) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  SetText("RefNo", "abc");
+  ExpectTell("Enter number.");
+  Click("addNewRcd");
+  EXPECT_EQ(AllTasks().size(), 1);
+  EXPECT_EQ(FocusName(), "RefNo");
+}
+
+// Check boxes
+
+TEST_F(RiskEvalFrm_1FieldsTest, TheCheckBoxesReadYesAndNo) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  for (const char* name : {"ActntkenOptnY_N", "RskRdsdtnY_N"}) {
+    SetCheck(name, true);
+    EXPECT_EQ(TextOf(name), "Yes");
+    SetCheck(name, false);
+    EXPECT_EQ(TextOf(name), "No");
+  }
+}
+
+// Find
+
+TEST_F(RiskEvalFrm_1FieldsTest, FindStopsAtTheFirstTitleThatBeginsSo) {
+  GivenTasks({"Feed pump", "pump 1", "Pump 2", "Pump 3"});
+  OpenForm();
+  Click("FndESINo");
+  Type("Pump");
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Pump 2");
+  EXPECT_EQ(Control<Grid>("DB1").Row(), 2);
+  EXPECT_EQ(session.TaskPosition, 3);
+  SetText("FndESINo", "pump");
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "pump 1");
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, AFindBarsTheListsOnceATitleDoesNotFit) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  Click("FndESINo");
+  Type("F");
+  EXPECT_EQ(EnabledOf(kCombos), kCombos) << "the first title fits";
+  SetText("FndESINo", "C");
+  EXPECT_EQ(EnabledOf(kCombos), QStringList());
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
+  PressTab();
+  EXPECT_EQ(EnabledOf(kCombos), kCombos);
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, AFindWithoutAMatchStandsPastTheLastTaskAndSaysNothing) {
+  GivenTasks({"Feed", "Clean", "Set"});
+  OpenForm();
+  Click("FndESINo");
+  Type("x");
+  EXPECT_TRUE(form_->Tasks().Eof());
+  EXPECT_EQ(session.TaskPosition, 3);
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "");
+  EXPECT_EQ(EnabledOf(kCombos), QStringList());
+  EXPECT_EQ(TextOf("ESINoLBLCp"), "P-1");
+  PressTab();
+  EXPECT_EQ(EnabledOf(kCombos), kCombos);
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed") << "leaving the box goes to the first task";
+  EXPECT_EQ(TextOf("FndESINo"), "");
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, WhatIsTypedPastTheLastTaskGoesNowhere) {
+  GivenTasks({"Feed"});
+  const auto before = AllTasks();
+  OpenForm();
+  Click("FndESINo");
+  Type("x");
+  Control<QLineEdit>("HazrdLoctn").setText("Nowhere");
+  PressTab();
+  CloseForm();
+  EXPECT_EQ(AllTasks(), before);
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, AFindStoresTheTaskThatItLeaves) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  SetText("HazrdLoctn", "Die");
+  Click("FndESINo");
+  Type("C");
+  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"Die", "None."}));
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, AfterAFindRowChangesTakeTheirPlaceAndNothingElse) {
+  GivenTask({{"FuntnTaskMachry", "Feed"}, {"RiskIndex", 5}});
+  GivenTask({{"FuntnTaskMachry", "Clean"}, {"RiskIndex", 1}});
+  GivenTask({{"FuntnTaskMachry", "Set"}, {"RiskIndex", 3}});
+  OpenForm();
+  Click("FndESINo");
+  Type("C");
+  PressTab();
+  ASSERT_EQ(TextOf("FuntnTaskMachry"), "Feed");
+  ClickRow("DB1", 2);
+  EXPECT_EQ(session.TaskPosition, 3);
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Set") << "the fields follow all the same";
+  EXPECT_EQ(Position(), " Recorded task 1 of 3 ");
+  EXPECT_EQ(TextOf("RIBRtxt"), "5 (High Risk)");
+  EXPECT_FALSE(IsChecked("RskRdsdtnY_N"));
+
+  CloseForm();
+  OpenForm();
+  EXPECT_EQ(Position(), " Recorded task 3 of 3 ") << "until the form is loaded anew";
+  ClickRow("DB1", 1);
+  EXPECT_EQ(TextOf("RIBRtxt"), "1 (Low Risk)");
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, AfterAFindTheTitleReachesTheFileByTheRowAlone) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  Click("FndESINo");
+  Type("C");
+  PressTab();
+  SetText("FuntnTaskMachry", "Feed blanks");
+  PressTab();
+  ClickRow("DB1", 1);
+  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed blanks", "Clean"}));
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, ALeftFindBoxThatIsEmptyKeepsTheTask) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  ClickRow("DB1", 1);
+  Click("FndESINo");
+  PressTab();
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
+  ClickRow("DB1", 0);
+  EXPECT_EQ(Position(), " Recorded task 1 of 2 ") << "there was no find";
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, AFindInAnEmptyProjectFindsNothing) {
+  OpenForm();
+  Click("FndESINo");
+  Type("F");
+  PressTab();
+  EXPECT_EQ(TextOf("FndESINo"), "");
+  EXPECT_EQ(EnabledOf(kCombos), kCombos);
+  EXPECT_EQ(AllTasks().size(), 0);
+}
+
+}  // namespace
+}  // namespace kestrix

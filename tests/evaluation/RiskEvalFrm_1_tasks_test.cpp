@@ -1,0 +1,507 @@
+// Showing, saving, adding, copying and deleting tasks.
+#include <QComboBox>
+#include <QFile>
+#include <QLineEdit>
+
+#include "evaluation/EvaluationTest.h"
+#include "store/Recordset.h"
+
+namespace kestrix {
+namespace {
+
+const char* const kTitle = "BELTROVAN";
+
+class RiskEvalFrm_1TasksTest : public EvaluationTest {
+ protected:
+  void ExpectDeleteQuestion(const QString& title, const QString& date, Button answer) {
+    ExpectAsk(kTitle, "Wish to delete task " + title + " Dated : " + date, answer);
+  }
+};
+
+// Showing
+
+TEST_F(RiskEvalFrm_1TasksTest, ATaskIsShownFieldByField) {
+  GivenTask({{"dateOfRcd", "10/01/2013"},
+             {"FuntnTaskMachry", "Feed"},
+             {"HazrdLoctn", "Die"},
+             {"PhaseMachn", "Gone from its list"},
+             {"Primary_Hazard", "Mechanical hazards"},
+             {"Hazard_type", "Crushing"},
+             {"RefNo", "03.50"},
+             {"HzrdDscptnTXT", "Hand\nin the die"},
+             {"ReccdtnTxt", "Guard"},
+             {"ReccdtnTypTxt", "Fixed"},
+             {"RskRdsdtnY_N", 1},
+             {"ActnByCbo", "Kim"},
+             {"actnDt", "11/02/2013"},
+             {"ActntkenOptnY_N", 1}});
+  LookAt(LoadForm());
+  EXPECT_EQ(TextOf("dateOfRcd"), "10/01/2013");
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed");
+  EXPECT_EQ(TextOf("HazrdLoctn"), "Die");
+  EXPECT_EQ(TextOf("PhaseMachn"), "Gone from its list");
+  EXPECT_EQ(TextOf("PrimaryHazard"), "Mechanical hazards");
+  EXPECT_EQ(TextOf("HazardType"), "Crushing");
+  EXPECT_EQ(TextOf("RefNo"), "03.50");
+  EXPECT_EQ(TextOf("HzrdDscptnTXT"), "Hand\nin the die");
+  EXPECT_EQ(TextOf("ReccdtnTxt"), "Guard");
+  EXPECT_EQ(TextOf("ReccdtnTypTxt"), "Fixed");
+  EXPECT_TRUE(IsChecked("RskRdsdtnY_N"));
+  EXPECT_EQ(TextOf("ActnByCbo"), "Kim");
+  EXPECT_EQ(TextOf("actnDt"), "11/02/2013");
+  EXPECT_TRUE(IsChecked("ActntkenOptnY_N"));
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, TheOnlyTaskReadsOneOfOne) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  EXPECT_EQ(Position(), " Recorded task 1 of 1 ");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, PickingARowShowsItsTaskAndItsPlace) {
+  GivenTasks({"Feed", "Clean", "Set"});
+  OpenForm();
+  ClickRow("DB1", 2);
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Set");
+  EXPECT_EQ(Position(), " Recorded task 3 of 3 ");
+  EXPECT_EQ(session.TaskPosition, 3);
+  PressKey(Qt::Key_Up);
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
+  EXPECT_EQ(Position(), " Recorded task 2 of 3 ");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, LongTextsAreShownFromTheirBeginning) {
+  const QString text = QString("Safeguarding: ").repeated(10);
+  GivenTask({{"FuntnTaskMachry", text}, {"ReccdtnTypTxt", text}});
+  GivenTask({{"FuntnTaskMachry", text}, {"ReccdtnTypTxt", text}});
+  OpenForm();
+  for (const int row : {0, 1, 0}) {
+    ClickRow("DB1", row);
+    EXPECT_EQ(Control<QLineEdit>("FuntnTaskMachry").cursorPosition(), 0);
+    EXPECT_EQ(Control<QComboBox>("ReccdtnTypTxt").lineEdit()->cursorPosition(), 0);
+  }
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, APlaceTooFarToRememberIsShownAllTheSame) {
+  constexpr int kTasks = 32'768;
+  installation.GivenTasks(kStudy, "P-1", kTasks);
+  ChangeTask(kTasks, "RiskIndex=6");
+  OpenForm();
+  ClickRow("DB1", kTasks - 2);
+  EXPECT_EQ(session.TaskPosition, 32'767);
+  ClickRow("DB1", kTasks - 1);
+  EXPECT_EQ(session.TaskPosition, 32'767);
+  EXPECT_EQ(Position(), " Recorded task 32768 of 32768 ");
+  EXPECT_EQ(TextOf("RIBRtxt"), "6 (High Risk)");
+  ExpectTell("You are on last record.");
+  ClickHidden("nxtfrmbtn");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, TheListIsToPickFromAndNotToTypeInto) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  auto& grid = Control<Grid>("DB1");
+  ClickRow("DB1", 0);
+  EXPECT_FALSE(grid.AllowUpdate());
+  EXPECT_EQ(grid.selectionModel()->selectedRows().size(), 1) << "the whole row is marked";
+  Type("x");
+  CloseForm();
+  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean"}));
+}
+
+// Saving
+
+TEST_F(RiskEvalFrm_1TasksTest, LeavingARowStoresWhatWasTypedAndTicked) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  SetText("HazrdLoctn", "");
+  SetText("RefNo", "7");
+  SetText("HzrdDscptnTXT", "Hand");
+  SetText("ReccdtnTxt", "Guard");
+  SetText("ActnByCbo", "Kim");
+  SetText("PhaseMachn", "Setting");
+  SetText("ReccdtnTypTxt", "Fixed");
+  SetCheck("ActntkenOptnY_N", true);
+  EXPECT_EQ(Stored("HzrdDscptnTXT").first(), "None.") << "nothing is stored before the row is left";
+  ClickRow("DB1", 1);
+  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"", "None."})) << "an empty text stays empty";
+  EXPECT_EQ(Stored("RefNo"), (QStringList{"07.00", "0"}));
+  EXPECT_EQ(Stored("HzrdDscptnTXT"), (QStringList{"Hand", "None."}));
+  EXPECT_EQ(Stored("ReccdtnTxt"), (QStringList{"Guard", "None."}));
+  EXPECT_EQ(Stored("ActnByCbo"), (QStringList{"Kim", "None."}));
+  EXPECT_EQ(Stored("PhaseMachn"), (QStringList{"Setting", "None."}));
+  EXPECT_EQ(Stored("ReccdtnTypTxt"), (QStringList{"Fixed", "None."}));
+  EXPECT_EQ(Stored("ActntkenOptnY_N"), (QStringList{"1", "0"}));
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, LeavingTheTitleTakesItIntoTheRowWithoutStoringIt) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  SetText("FuntnTaskMachry", "Feed blanks");
+  PressTab();
+  EXPECT_EQ(form_->Tasks().Text(2), "Feed blanks");
+  EXPECT_EQ(Stored("FuntnTaskMachry"), QStringList{"Feed"});
+  EXPECT_EQ(RowsShownIn("DB1").first().at(1), "Feed blanks") << "the list shows it already";
+  CloseForm();
+  EXPECT_EQ(Stored("FuntnTaskMachry"), QStringList{"Feed blanks"});
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, BrowsingChangesNoTask) {
+  GivenTask({{"FuntnTaskMachry", "Feed"}, {"RskRdsdtnY_N", 1}, {"RiskIndex", 4}});
+  GivenTask({{"FuntnTaskMachry", "Clean"}});
+  const auto before = AllTasks();
+  OpenForm();
+  for (const int row : {1, 0, 1, 0}) ClickRow("DB1", row);
+  CloseForm();
+  EXPECT_EQ(AllTasks(), before);
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, SavingLeavesTheEstimationAndThePicturesAlone) {
+  GivenTask({{"FuntnTaskMachry", "Feed"},
+             {"RiskIndex", 4},
+             {"RiskIndexAftr", 2},
+             {"SevertyCbo", "S2, Serious"},
+             {"PicBfrRcmdtn", "a.jpg"},
+             {"PicAftrRcmdtn", "b.jpg"},
+             {"preparedBytxt", "Lee"},
+             {"RIARtxt", "x"},
+             {"RskRdsdtnY_N", 1}});
+  OpenForm();
+  SetText("HazrdLoctn", "Die");
+  CloseForm();
+  EXPECT_EQ(Stored("RiskIndex"), QStringList{"4"});
+  EXPECT_EQ(Stored("RiskIndexAftr"), QStringList{"2"});
+  EXPECT_EQ(Stored("SevertyCbo"), QStringList{"S2, Serious"});
+  EXPECT_EQ(Stored("PicBfrRcmdtn"), QStringList{"a.jpg"});
+  EXPECT_EQ(Stored("PicAftrRcmdtn"), QStringList{"b.jpg"});
+  EXPECT_EQ(Stored("preparedBytxt"), QStringList{"Lee"});
+  EXPECT_EQ(Stored("RIARtxt"), QStringList{"x"});
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, ATextTooLongForItsColumnIsLeftOutWithoutAMessage) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  SetText("HzrdDscptnTXT", "Hand");
+  Control<QComboBox>("ActnByCbo").setCurrentText(QString(256, u'x'));
+  ClickRow("DB1", 1);
+  EXPECT_EQ(Stored("HzrdDscptnTXT").first(), "Hand");
+  EXPECT_EQ(Stored("ActnByCbo").first(), "None.");
+}
+
+// Adding
+
+TEST_F(RiskEvalFrm_1TasksTest, ANewTaskIsLastAndHoldsTheDefaults) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  Click("addNewRcd");
+  EXPECT_EQ(Position(), " Recorded task 3 of 3 ");
+  EXPECT_EQ(session.TaskPosition, 3);
+  EXPECT_EQ(FocusName(), "FuntnTaskMachry");
+  EXPECT_EQ(SelectedTextOf("FuntnTaskMachry"), "None.");
+  EXPECT_EQ(TextOf("RIBRtxt"), "0 (No Risk)");
+  EXPECT_EQ(TextOf("RskRdsdtnY_N"), "No Risk");
+
+  EXPECT_EQ(Stored("Project_Number").last(), "P-1");
+  EXPECT_EQ(Stored("dateOfRcd").last(), "15/02/2013");
+  EXPECT_EQ(Stored("actnDt").last(), "15/02/2013");
+  for (const char* field :
+       {"FuntnTaskMachry", "HazrdLoctn", "PhaseMachn", "Primary_Hazard", "Hazard_type",
+        "HzrdDscptnTXT", "ReccdtnTxt", "ReccdtnTypTxt", "ActnByCbo"}) {
+    EXPECT_EQ(Stored(field).last(), "None.") << field;
+  }
+  EXPECT_EQ(Stored("RefNo").last(), "0");
+  EXPECT_EQ(Stored("RskRdsdtnY_N").last(), "0");
+  EXPECT_EQ(Stored("ActntkenOptnY_N").last(), "0");
+  EXPECT_EQ(Stored("SevertyCbo").last(), "Reset");
+  EXPECT_EQ(Stored("preparedBytxt").last(), "");
+  EXPECT_EQ(Stored("PicBfrRcmdtn").last(), "NoPicSlted.jpg");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, TypingReplacesTheNoneOfANewTask) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  Click("addNewRcd");
+  Type("Clean");
+  ClickRow("DB1", 0);
+  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean"}));
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, AddingStoresTheTaskThatIsLeft) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  SetText("HazrdLoctn", "Die");
+  Click("addNewRcd");
+  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"Die", "None."}));
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, AddingTouchesNoOtherTask) {
+  GivenTask({{"FuntnTaskMachry", "Feed"}, {"RskRdsdtnY_N", 1}});
+  GivenTasks({"Clean"});
+  session.TaskPosition = 2;
+  OpenForm();
+  const auto before = AllTasks();
+  Click("addNewRcd");
+  EXPECT_EQ(AllTasks().first(2), before);
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, TheFirstTaskOfAProjectOpensTheListsButNotTheirButtons) {
+  OpenForm();
+  Click("addNewRcd");
+  EXPECT_EQ(Position(), " Recorded task 1 of 1 ");
+  EXPECT_EQ(TextOf("PrjDesptn"), "Press line 4");
+  EXPECT_EQ(EnabledOf(kCombos), kCombos);
+  EXPECT_EQ(EnabledOf(kListButtons), QStringList());
+  EXPECT_EQ(Stored("Project_Number"), QStringList{"P-1"});
+  EXPECT_EQ(AllTasks().size(), 1);
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, AddingThatTheStudyRefusesIsToldAndLeavesNothingHalfWritten) {
+  GivenTasks({"Feed"});
+  Exec(Study(), "CREATE UNIQUE INDEX only_one ON Risk_records(Project_Number)");
+  const auto before = AllTasks();
+  OpenForm();
+  ExpectTell(Study() + ": UNIQUE constraint failed: Risk_records.Project_Number.", Icon::kCritical);
+  Click("addNewRcd");
+  EXPECT_EQ(AllTasks(), before);
+}
+
+// Copying
+
+TEST_F(RiskEvalFrm_1TasksTest, ThereIsNothingToCopyInAnEmptyProject) {
+  OpenForm();
+  ExpectTell("No records to copy and Add as new task. Add new records first.");
+  Click("CpyTaskCmd");
+  EXPECT_EQ(AllTasks().size(), 0);
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, ACopyTakesOverAllButItsKeyAndItsDates) {
+  GivenTask({{"FuntnTaskMachry", "Feed"},
+             {"HazrdLoctn", "Die"},
+             {"RefNo", "03.50"},
+             {"HzrdDscptnTXT", "Hand\nin it"},
+             {"preparedBytxt", "Lee"},
+             {"RIARtxt", "x"},
+             {"RskRdsdtnY_N", 1},
+             {"ActntkenOptnY_N", 1},
+             {"SevertyCbo", "S2, Serious"},
+             {"ExposureCbo", "F2, Frequent"},
+             {"RiskIndex", 5},
+             {"RiskIndexAftr", 2},
+             {"1Chk_OptnSltd", 4},
+             {"5Chk_OptnSltdAftr", 3},
+             {"Chk_OptnSe", " text"},
+             {"PicBfrRcmdtn", "a.jpg"},
+             {"PicAftrRcmdtn", "b.jpg"}});
+  GivenTasks({"Clean"});
+  OpenForm();
+  Click("CpyTaskCmd");
+  EXPECT_EQ(Position(), " Recorded task 3 of 3 ");
+  EXPECT_EQ(FocusName(), "FuntnTaskMachry");
+  EXPECT_EQ(SelectedTextOf("FuntnTaskMachry"), "Feed");
+  EXPECT_EQ(TextOf("RIBRtxt"), "5 (High Risk)");
+
+  const QList<QStringList> tasks =
+      Sql(Study(), session.RiskSql.replace("Where (((Risk_records.Project_Number)='P-1'))", ""));
+  ASSERT_EQ(tasks.size(), 3);
+  for (int field = 0; field < 48; ++field) {
+    if (field == 1 || field == 15 || field == 45) continue;
+    EXPECT_EQ(tasks[2][field], tasks[0][field]) << field;
+  }
+  EXPECT_EQ(tasks[2][45], "3");
+  for (const int date : {1, 15}) {
+    EXPECT_NE(tasks[2][date], tasks[0][date]);
+    EXPECT_NE(tasks[2][date], "15/02/2013") << "a copy isn't dated by itself";
+  }
+  EXPECT_EQ(TextOf("dateOfRcd"), "__/__/____");
+  EXPECT_EQ(TextOf("actnDt"), "__/__/____");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, LeavingTheDateOfACopyDatesIt) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  Click("CpyTaskCmd");
+  Click("dateOfRcd");
+  PressTab();
+  EXPECT_EQ(TextOf("dateOfRcd"), "15/02/2013");
+  CloseForm();
+  EXPECT_EQ(Stored("dateOfRcd"), (QStringList{"01/02/2013", "15/02/2013"}));
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, CopyingStoresTheTaskThatIsLeftAndCopiesWhatItShows) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  SetText("HazrdLoctn", "Die");
+  Click("CpyTaskCmd");
+  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"Die", "Die"}));
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, TheCopyBufferHoldsWhatWasCopied) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  Click("CpyTaskCmd");
+  EXPECT_EQ(session.TaskCopyBuffer[2].toString(), "Feed");
+  for (const std::size_t field : {1U, 15U, 45U}) {
+    EXPECT_EQ(session.TaskCopyBuffer[field], QVariant(QString())) << field;
+  }
+}
+
+// Deleting
+
+TEST_F(RiskEvalFrm_1TasksTest, ThereIsNothingToDeleteInAnEmptyProject) {
+  OpenForm();
+  ExpectTell("No records to delete.");
+  Click("DleteRcd");
+  EXPECT_EQ(Position(), " Recorded task 0 ");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, ANoKeepsTheTask) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  ClickRow("DB1", 1);
+  session.MsgAnswer = Button::kYes;
+  ExpectDeleteQuestion("Clean", "01/02/2013", Button::kNo);
+  Click("DleteRcd");
+  EXPECT_EQ(session.MsgAnswer, Button::kNo);
+  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean"}));
+  EXPECT_EQ(Position(), " Recorded task 2 of 2 ");
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, DeletingTheFifthOfSevenMakesTheLastOneCurrent) {
+  GivenTasks({"1", "2", "3", "4", "5", "6", "7"});
+  OpenForm();
+  ClickRow("DB1", 4);
+  ExpectDeleteQuestion("5", "01/02/2013", Button::kYes);
+  Click("DleteRcd");
+  EXPECT_EQ(session.MsgAnswer, Button::kYes);
+  EXPECT_EQ(Position(), " Recorded task 6 of 6 ");
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "7");
+  EXPECT_EQ(session.TaskPosition, 6);
+  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"1", "2", "3", "4", "6", "7"}));
+  EXPECT_EQ(RowsShownIn("DB1").size(), 6);
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, DeletingOneOfTwoMakesTheOtherCurrent) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  ClickRow("DB1", 1);
+  ExpectDeleteQuestion("Clean", "01/02/2013", Button::kYes);
+  Click("DleteRcd");
+  EXPECT_EQ(Position(), " Recorded task 1 of 1 ");
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, DeletingTheOnlyTaskEmptiesTheFormButKeepsTheClassShown) {
+  GivenTask({{"FuntnTaskMachry", "Feed"},
+             {"RiskIndex", 5},
+             {"1Chk_OptnSltd", 4},
+             {"2Chk_OptnSltd", 5},
+             {"3Chk_OptnSltd", 5},
+             {"4Chk_OptnSltd", 5}});
+  OpenForm();
+  ASSERT_EQ(TextOf("ClassScorLBL"), "15 (High Risk)");
+  ExpectDeleteQuestion("Feed", "01/02/2013", Button::kYes);
+  Click("DleteRcd");
+  EXPECT_EQ(AllTasks().size(), 0);
+  EXPECT_EQ(Position(), " Recorded task 0 ");
+  EXPECT_EQ(TextOf("PrjDesptn"), "No task recorded. Click 'Add New Task' to record task");
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "None.");
+  EXPECT_EQ(TextOf("dateOfRcd"), "15/02/2013");
+  EXPECT_EQ(TextOf("RIBRtxt"), "0");
+  EXPECT_EQ(BackOf("RIBRtxt"), 0xFF0000U) << "the colour stays";
+  EXPECT_EQ(TextOf("ClassScorLBL"), "15 (High Risk)");
+  EXPECT_EQ(EnabledOf(kCombos), QStringList());
+  EXPECT_EQ(EnabledOf(kListButtons), QStringList());
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, AfterTheLastTaskANewOneCanBeAdded) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  ExpectDeleteQuestion("Feed", "01/02/2013", Button::kYes);
+  Click("DleteRcd");
+  Click("addNewRcd");
+  EXPECT_EQ(Position(), " Recorded task 1 of 1 ");
+  EXPECT_EQ(Stored("Project_Number"), QStringList{"P-1"});
+  EXPECT_EQ(EnabledOf(kCombos), kCombos);
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, DeletingDropsWhatWasTypedIntoTheTask) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  SetText("FuntnTaskMachry", "Changed");
+  ExpectDeleteQuestion("Changed", "01/02/2013", Button::kYes);
+  Click("DleteRcd");
+  EXPECT_EQ(Stored("FuntnTaskMachry"), QStringList{"Clean"});
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, DeletingLeavesThePicturesOfTheTaskInTheirFolder) {
+  GivenTask({{"FuntnTaskMachry", "Feed"}, {"PicBfrRcmdtn", "a.jpg"}});
+  const QString picture = installation.PictureFolder(kStudy) + "/a.jpg";
+  QFile file(picture);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  OpenForm();
+  ExpectDeleteQuestion("Feed", "01/02/2013", Button::kYes);
+  Click("DleteRcd");
+  EXPECT_TRUE(QFile::exists(picture));
+}
+
+// The two buttons that nobody sees
+
+TEST_F(RiskEvalFrm_1TasksTest, NextSavesAndStaysOnTheTask) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  SetText("HazrdLoctn", "Die");
+  ClickHidden("nxtfrmbtn");
+  EXPECT_EQ(Position(), " Recorded task 1 of 2 ");
+  EXPECT_EQ(form_->Tasks().Text("HazrdLoctn"), "Die");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, NextOnTheLastTaskSaysSo) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  ClickRow("DB1", 1);
+  ExpectTell("You are on last record.");
+  ClickHidden("nxtfrmbtn");
+  EXPECT_EQ(Position(), " Recorded task 2 of 2 ");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, NextAndPreviousWithoutTasksSaySo) {
+  OpenForm();
+  ExpectTell("No records.");
+  ClickHidden("nxtfrmbtn");
+  ExpectTell("No records.");
+  ClickHidden("prvsfrmbtn");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, NextPastTheLastTaskEndsThere) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  Click("FndESINo");
+  Type("x");
+  ExpectTell("You are on last record.");
+  ClickHidden("nxtfrmbtn");
+  EXPECT_EQ(form_->Tasks().AbsolutePosition(), Recordset::kPositionPastLast);
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, PreviousStoresTheTaskAndStaysOnIt) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  ClickRow("DB1", 1);
+  SetText("HazrdLoctn", "Die");
+  ClickHidden("prvsfrmbtn");
+  EXPECT_EQ(Position(), " Recorded task 2 of 2 ");
+  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"None.", "Die"}));
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, PreviousPastTheLastTaskGoesBeforeTheFirst) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  Click("FndESINo");
+  Type("x");
+  ExpectTell("You are on first record.");
+  ClickHidden("prvsfrmbtn");
+  EXPECT_EQ(form_->Tasks().AbsolutePosition(), Recordset::kPositionBeforeFirst);
+}
+
+}  // namespace
+}  // namespace kestrix

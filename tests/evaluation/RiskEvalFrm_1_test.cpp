@@ -1,0 +1,280 @@
+// Opening and closing of the evaluation form.
+#include "evaluation/RiskEvalFrm_1.h"
+
+#include <QFile>
+#include <QLabel>
+
+#include "evaluation/EvaluationTest.h"
+#include "support/Files.h"
+
+namespace kestrix {
+namespace {
+
+class RiskEvalFrm_1Test : public EvaluationTest {
+ protected:
+  void ExpectFailedLoad() {
+    desk.messages
+        .ExpectTell(Icon::kCritical, "BELTROVAN: Files missing",
+                    "More files required run setup/Installed Files missing/Requires MS Office "
+                    "installed")
+        .WhileOpen([this] {
+          EXPECT_EQ(desk.messages.Beeps(), 1) << "the beep comes before the message";
+          steps.append("message");
+        });
+    LoadForm();
+    EXPECT_EQ(steps, (QStringList{"unload forms", "message", "unload frame"}));
+  }
+};
+
+TEST_F(RiskEvalFrm_1Test, ShowsTheTasksOfItsProjectAndStandsOnTheFirst) {
+  GivenTasks({"Feed", "Clean"});
+  installation.GivenTask(kStudy, {{"Project_Number", "P-2"}, {"FuntnTaskMachry", "Elsewhere"}});
+  const QWidget& form = OpenForm();
+
+  EXPECT_EQ(form.windowTitle(), "KESTRIX : Risk evaluation form");
+  EXPECT_EQ(TextOf("ESINoLBLCp"), "P-1");
+  EXPECT_EQ(TextOf("PrjDesptn"), "Press line 4");
+  EXPECT_EQ(Position(), " Recorded task 1 of 2 ");
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed");
+  EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"0", "Feed", "1"}, {"0", "Clean", "2"}}));
+  EXPECT_EQ(EnabledOf(kCombos), kCombos);
+  EXPECT_EQ(EnabledOf(kListButtons), QStringList());
+}
+
+TEST_F(RiskEvalFrm_1Test, KeepsItsRecordSourcesInTheSession) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  EXPECT_TRUE(
+      session.RiskSql.endsWith("Where (((Risk_records.Project_Number)='P-1')) ORDER BY "
+                               "Risk_records.nunberauto"));
+  EXPECT_EQ(session.SupportDbPath, Lists());
+  EXPECT_EQ(session.HazardTypeRows, 1);
+  EXPECT_FALSE(session.PrimaryHazardClicked);
+  EXPECT_EQ(Control<DataControl>("dtsorce2").ConnectionString(),
+            "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + Study());
+  EXPECT_EQ(Control<DataControl>("CboBxLstDB").DatabaseName(), Lists());
+}
+
+TEST_F(RiskEvalFrm_1Test, HasAllItsControlsUnderTheirNames) {
+  OpenForm();
+  for (const char* name : {"dtsorce2",        "CboBxLstDB",      "dta1",          "dta3",
+                           "ESINoLBLCp",      "PrjDesptn",       "dateOfRcd",     "RefNo",
+                           "FuntnTaskMachry", "HazrdLoctn",      "HzrdDscptnTXT", "ReccdtnTxt",
+                           "actnDt",          "ActntkenOptnY_N", "RskRdsdtnY_N",  "RIBRtxt",
+                           "RIARtxt",         "ClassScorLBL",    "ClassScorLBLA", "TotAcdRCDDsply",
+                           "HzrdTyp",         "Label2",          "DB1",           "FndESINo",
+                           "addNewRcd",       "CpyTaskCmd",      "DleteRcd",      "nxtfrmbtn",
+                           "prvsfrmbtn",      "RiskEsmtBtn",     "ClsedDg",       "Label9",
+                           "Label15",         "RiskMrtxLbl",     "Label16",       "Label6",
+                           "Label7"}) {
+    EXPECT_NE(Find(name), nullptr) << name;
+  }
+  for (const char* hidden : {"nxtfrmbtn", "prvsfrmbtn", "HzrdTyp", "Label2"}) {
+    EXPECT_FALSE(IsVisible(hidden)) << hidden;
+  }
+  for (const char* label : {"RIBRtxt", "RIARtxt", "ClassScorLBL", "ClassScorLBLA"}) {
+    EXPECT_FALSE(IsEnabled(label)) << label;
+  }
+}
+
+TEST_F(RiskEvalFrm_1Test, AProjectWithoutTasksOpensEmptyWithItsListsBarred) {
+  OpenForm();
+  EXPECT_EQ(TextOf("ESINoLBLCp"), "P-1");
+  EXPECT_EQ(TextOf("PrjDesptn"), "No task recorded. Click 'Add New Task' to record task");
+  EXPECT_EQ(TextOf("HzrdTyp"), "No task recorded");
+  EXPECT_EQ(Position(), " Total recorded task 0 ");
+  EXPECT_EQ(TextOf("dateOfRcd"), "15/02/2013");
+  EXPECT_EQ(TextOf("actnDt"), "15/02/2013");
+  for (const char* name :
+       {"FuntnTaskMachry", "HazrdLoctn", "PhaseMachn", "PrimaryHazard", "HazardType",
+        "HzrdDscptnTXT", "ReccdtnTxt", "ReccdtnTypTxt", "ActnByCbo"}) {
+    EXPECT_EQ(TextOf(name), "None.") << name;
+  }
+  EXPECT_EQ(TextOf("RefNo"), "0");
+  EXPECT_EQ(TextOf("RIBRtxt"), "0");
+  EXPECT_EQ(TextOf("RIARtxt"), "0");
+  EXPECT_FALSE(IsChecked("RskRdsdtnY_N"));
+  EXPECT_FALSE(IsChecked("ActntkenOptnY_N"));
+  EXPECT_EQ(EnabledOf(kCombos), QStringList());
+  EXPECT_EQ(EnabledOf(kListButtons), QStringList());
+  EXPECT_EQ(RowsShownIn("DB1").size(), 0);
+}
+
+TEST_F(RiskEvalFrm_1Test, OpeningAndClosingChangesNoTask) {
+  GivenTask({{"FuntnTaskMachry", "Feed"}, {"RefNo", "03.50"}, {"HzrdDscptnTXT", "a\nb"}});
+  GivenTask({{"FuntnTaskMachry", "Clean"}, {"RskRdsdtnY_N", 1}, {"RiskIndex", 5}});
+  const auto before = AllTasks();
+  OpenForm();
+  CloseForm();
+  EXPECT_EQ(AllTasks(), before);
+}
+
+TEST_F(RiskEvalFrm_1Test, ATickThatStandsInTheTaskIsShownAsItStands) {
+  GivenTask({{"FuntnTaskMachry", "Feed"}, {"RskRdsdtnY_N", 1}, {"ActntkenOptnY_N", 1}});
+  LookAt(LoadForm());
+  EXPECT_TRUE(IsChecked("RskRdsdtnY_N"));
+  EXPECT_EQ(TextOf("RskRdsdtnY_N"), "Yes");
+  EXPECT_TRUE(IsChecked("ActntkenOptnY_N"));
+  EXPECT_EQ(TextOf("ActntkenOptnY_N"), "Yes");
+}
+
+TEST_F(RiskEvalFrm_1Test, ATickThatIsMissingReadsNo) {
+  GivenTasks({"Feed"});
+  LookAt(LoadForm());
+  EXPECT_FALSE(IsChecked("RskRdsdtnY_N"));
+  EXPECT_EQ(TextOf("RskRdsdtnY_N"), "No");
+  EXPECT_EQ(TextOf("ActntkenOptnY_N"), "No");
+}
+
+TEST_F(RiskEvalFrm_1Test, OpensOnTheTaskThatWasInHandLastTime) {
+  GivenTasks({"Feed", "Clean", "Set"});
+  OpenForm();
+  ClickRow("DB1", 2);
+  EXPECT_EQ(session.TaskPosition, 3);
+  CloseForm();
+  EXPECT_EQ(session.TaskPosition, 3) << "closing is no move of the user's";
+  OpenForm();
+  EXPECT_EQ(Position(), " Recorded task 3 of 3 ");
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Set");
+}
+
+TEST_F(RiskEvalFrm_1Test, TheFirstOpeningStandsOnTheFirstTask) {
+  GivenTasks({"Feed", "Clean"});
+  ASSERT_EQ(session.TaskPosition, 0);
+  OpenForm();
+  EXPECT_EQ(session.TaskPosition, 1);
+}
+
+TEST_F(RiskEvalFrm_1Test, AnEmptyProjectInBetweenKeepsThePlace) {
+  GivenTasks({"Feed", "Clean"});
+  session.TaskPosition = 2;
+  project.number = "P-2";
+  OpenForm();
+  CloseForm();
+  project.number = "P-1";
+  OpenForm();
+  EXPECT_EQ(Position(), " Recorded task 2 of 2 ");
+}
+
+TEST_F(RiskEvalFrm_1Test, APlaceBehindTheLastTaskEndsTheSession) {
+  GivenTasks({"Feed", "Clean"});
+  session.TaskPosition = 3;
+  ExpectFailedLoad();
+}
+
+TEST_F(RiskEvalFrm_1Test, AMissingStudyEndsTheSession) {
+  QFile::remove(Study());
+  ExpectFailedLoad();
+  installation.GivenStudy(kStudy);
+}
+
+TEST_F(RiskEvalFrm_1Test, ADamagedStudyEndsTheSession) {
+  WriteFile(Study(), "no study");
+  ExpectFailedLoad();
+  EXPECT_EQ(ReadFile(Study()), "no study") << "it isn't changed";
+  QFile::remove(Study());
+  installation.GivenStudy(kStudy);
+}
+
+TEST_F(RiskEvalFrm_1Test, MissingListsEndTheSession) {
+  GivenTasks({"Feed"});
+  QFile::remove(Lists());
+  ExpectFailedLoad();
+}
+
+TEST_F(RiskEvalFrm_1Test, AnApostropheInTheProjectNumberEndsTheSession) {
+  project.number = "P'1";
+  ExpectFailedLoad();
+}
+
+TEST_F(RiskEvalFrm_1Test, AFormWhoseLoadFailedUnloadsQuietly) {
+  GivenTasks({"Feed"});
+  const auto before = AllTasks();
+  session.TaskPosition = 9;
+  ExpectFailedLoad();
+  CloseForm();
+  EXPECT_EQ(AllTasks(), before);
+}
+
+TEST_F(RiskEvalFrm_1Test, ExitStoresWhatIsShownUnloadsAndThenCallsForTheProjectForm) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  SetText("HazrdLoctn", "Die area");
+  Click("ClsedDg");
+  EXPECT_EQ(steps, (QStringList{"unloaded", "closed"}));
+  EXPECT_EQ(Stored("HazrdLoctn"), QStringList{"Die area"});
+  EXPECT_TRUE(form_.isNull());
+}
+
+TEST_F(RiskEvalFrm_1Test, TheCloseBoxStoresToo) {
+  GivenTasks({"Feed"});
+  RiskEvalFrm_1& form = OpenForm();
+  SetText("ReccdtnTxt", "Guard it");
+  CloseBox(form);
+  EXPECT_EQ(steps, QStringList{"unloaded"});
+  EXPECT_EQ(Stored("ReccdtnTxt"), QStringList{"Guard it"});
+}
+
+TEST_F(RiskEvalFrm_1Test, ClosingWithoutATaskWritesNothing) {
+  OpenForm();
+  SetText("FuntnTaskMachry", "Nowhere");
+  Click("ClsedDg");
+  EXPECT_EQ(AllTasks().size(), 0);
+}
+
+TEST_F(RiskEvalFrm_1Test, TheStudyIsHeldOpenUntilTheFormCloses) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  EXPECT_TRUE(QFile::exists(installation.StudySign(kStudy)));
+  CloseForm();
+  EXPECT_FALSE(QFile::exists(installation.StudySign(kStudy)));
+}
+
+TEST_F(RiskEvalFrm_1Test, TheEstimationNeedsATask) {
+  OpenForm();
+  ExpectTell("No task entered. Please add task.");
+  Click("RiskEsmtBtn");
+  EXPECT_EQ(steps, QStringList());
+  EXPECT_TRUE(form_->isVisible());
+}
+
+TEST_F(RiskEvalFrm_1Test, TheEstimationWorksOnTheTaskInHandOfTheHiddenForm) {
+  GivenTasks({"Feed", "Clean"});
+  RiskEvalFrm_1& form = OpenForm();
+  ClickRow("DB1", 1);
+  Click("RiskEsmtBtn");
+  EXPECT_EQ(steps, QStringList{"estimation"});
+  EXPECT_FALSE(form.isVisible());
+
+  TaskInHand& in_hand = form;
+  EXPECT_EQ(in_hand.Tasks().AbsolutePosition(), 2);
+  in_hand.Tasks().Set("RiskIndex", 5);
+  in_hand.Tasks().Set("RiskIndexAftr", 2);
+  form.ShowFormModal();
+  Settle();
+  EXPECT_EQ(TextOf("RIBRtxt"), "5 (High Risk)");
+  EXPECT_EQ(TextOf("RIARtxt"), "2 (Low Risk)");
+  EXPECT_EQ(TextOf("RskRdsdtnY_N"), "Yes");
+  CloseForm();
+  EXPECT_EQ(Stored("RiskIndex"), (QStringList{"0", "5"}));
+}
+
+TEST_F(RiskEvalFrm_1Test, TheRowsOfAFormThatCouldNotOpenThemFail) {
+  QFile::remove(Study());
+  ExpectFailedLoad();
+  EXPECT_EQ(FailureOf([this] { (void)form_->Tasks(); }), failure::kObjectNotSet);
+  installation.GivenStudy(kStudy);
+}
+
+TEST_F(RiskEvalFrm_1Test, LabelsNameTheirFieldsForAssistiveTools) {
+  OpenForm();
+  for (const char* name :
+       {"dateOfRcd", "RefNo", "FuntnTaskMachry", "HazrdLoctn", "PhaseMachn", "PrimaryHazard",
+        "HazardType", "HzrdDscptnTXT", "ReccdtnTxt", "ReccdtnTypTxt", "ActnByCbo", "actnDt",
+        "ActntkenOptnY_N", "RskRdsdtnY_N", "FndESINo", "DB1", "RiskEsmtBtn"}) {
+    EXPECT_FALSE(Control<QWidget>(name).accessibleName().isEmpty()) << name;
+  }
+}
+
+}  // namespace
+}  // namespace kestrix
