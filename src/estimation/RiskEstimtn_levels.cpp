@@ -1,0 +1,180 @@
+#include "estimation/PickOnlyCombo.h"
+#include "estimation/RiskEstimtn.h"
+#include "formkit/Controls.h"
+#include "store/Recordset.h"
+#include "ui_RiskEstimtn.h"
+
+namespace kestrix {
+namespace {
+
+using model::Parameter;
+
+constexpr std::array kBehindSeverity{Parameter::kExposure, Parameter::kOccurrence,
+                                     Parameter::kAvoidance};
+
+struct Caption {
+  Parameter parameter;
+  const char16_t* text;
+};
+constexpr std::array kStatementCaptions{
+    Caption{Parameter::kSeverity, u"Hazard description : Severity"},
+    Caption{Parameter::kExposure, u"Hazard description : Frequency of exposure"},
+    Caption{Parameter::kOccurrence, u"Hazard description : Probability of occurrence hazard event"},
+    Caption{Parameter::kAvoidance, u"Hazard description : Possibility of avoidance"}};
+
+}  // namespace
+
+void RiskEstimtn::ConnectLevels() {
+  On(ui_->SevertyCbo, &QComboBox::activated, &RiskEstimtn::SevertyCbo_Click);
+  On(ui_->ExposureCbo, &QComboBox::activated, &RiskEstimtn::ExposureCbo_Click);
+  On(ui_->occurrenceCbo, &QComboBox::activated, &RiskEstimtn::occurrenceCbo_Click);
+  On(ui_->avoidanceCbo, &QComboBox::activated, &RiskEstimtn::avoidanceCbo_Click);
+  OnGotFocus(ui_->SevertyCbo, &RiskEstimtn::SevertyCbo_GotFocus);
+  OnGotFocus(ui_->ExposureCbo, &RiskEstimtn::ExposureCbo_GotFocus);
+  OnGotFocus(ui_->occurrenceCbo, &RiskEstimtn::occurrenceCbo_GotFocus);
+  OnGotFocus(ui_->avoidanceCbo, &RiskEstimtn::avoidanceCbo_GotFocus);
+  for (const Parameter parameter : model::kParameters) new PickOnlyCombo(BoxOf(parameter));
+}
+
+void RiskEstimtn::SevertyCbo_Click() {
+  graph_.ResetSeverityLines();
+  graph_.ResetExposureLines();
+  graph_.ResetOccurrenceLines();
+  graph_.ResetAvoidanceLines();
+  graph_.ResetIndexLabels();
+  CloseFrom(Parameter::kExposure);
+
+  const QString text = LevelText(Parameter::kSeverity);
+  Store(Fields().LevelOf(Parameter::kSeverity), text);
+  if (text == model::kSeverityReset) {
+    ResetStage();
+  } else if (const model::SeverityRule* rule = model::SeverityRuleFor(text)) {
+    graph_.Light(rule->lines);
+    if (rule->index) {
+      StoreUnsetLevels(kBehindSeverity);
+      EndPath(*rule->index, rule->index_label);
+    } else {
+      Offer(Parameter::kExposure, model::ExposureItemsOf(text));
+    }
+  }
+  if (text == model::kSeveritySlight) {
+    // One exposure only: it needs no choice, and occurrence is open at once.
+    ShowLevel(Parameter::kExposure, model::kExposureAny.toString());
+    Offer(Parameter::kOccurrence, model::kOccurrenceItems);
+  }
+  RefreshRiskDisplay();
+}
+
+/// The stage is as no one had ever estimated it, its index included; its statements stay.
+void RiskEstimtn::ResetStage() {
+  StoreUnsetLevels(kBehindSeverity);
+  const bool before = StageInHand() == Stage::kBefore;
+  SetBackColour(before ? ui_->RiskShape1 : ui_->RiskShape2, model::kLightGreen);
+  (before ? ui_->RskTxtLbl : ui_->RskTxtLbl2)->setText(model::kNoRiskText.toString());
+  (before ? ui_->RiskIdxBRsltDsp : ui_->RiskIdxARsltDsp)->setText(QStringLiteral("0"));
+  Store(Fields().risk_index, 0);
+}
+
+void RiskEstimtn::EndPath(int index, QStringView index_label) {
+  graph_.LightIndexLabel(index_label);
+  Store(Fields().risk_index, index);
+}
+
+void RiskEstimtn::ExposureCbo_Click() {
+  graph_.ResetExposureLines();
+  graph_.ResetOccurrenceLines();
+  graph_.ResetAvoidanceLines();
+  graph_.ResetIndexLabels();
+  const QString text = LevelText(Parameter::kExposure);
+  if (const model::ExposureRule* rule =
+          model::ExposureRuleFor(text, LevelText(Parameter::kSeverity))) {
+    graph_.Light(rule->lines);
+    Offer(Parameter::kOccurrence, model::kOccurrenceItems);
+    CloseFrom(Parameter::kAvoidance);
+  }
+  Store(Fields().LevelOf(Parameter::kExposure), text);
+  RefreshRiskDisplay();
+}
+
+void RiskEstimtn::occurrenceCbo_Click() {
+  graph_.ResetOccurrenceLines();
+  graph_.ResetAvoidanceLines();
+  graph_.ResetIndexLabels();
+  const QString text = LevelText(Parameter::kOccurrence);
+  if (const model::OccurrenceRule* rule =
+          model::OccurrenceRuleFor(text, LevelText(Parameter::kExposure))) {
+    graph_.Light(rule->lines);
+    if (rule->index) {
+      EndPath(*rule->index, rule->index_label);
+      CloseFrom(Parameter::kAvoidance);
+    } else {
+      Offer(Parameter::kAvoidance, model::kAvoidanceItems);
+    }
+  }
+  Store(Fields().LevelOf(Parameter::kOccurrence), text);
+  RefreshRiskDisplay();
+}
+
+void RiskEstimtn::avoidanceCbo_Click() {
+  graph_.ResetAvoidanceLines();
+  graph_.ResetIndexLabels();
+  const QString text = LevelText(Parameter::kAvoidance);
+  if (const model::AvoidanceRule* rule = model::AvoidanceRuleFor(
+          text, LevelText(Parameter::kOccurrence), LevelText(Parameter::kExposure))) {
+    graph_.Light(rule->line);
+    EndPath(rule->index, rule->index_label);
+  }
+  Store(Fields().LevelOf(Parameter::kAvoidance), text);
+  RefreshRiskDisplay();
+}
+
+void RiskEstimtn::SevertyCbo_GotFocus() {
+  TakeParameter(Parameter::kSeverity);
+}
+void RiskEstimtn::ExposureCbo_GotFocus() {
+  TakeParameter(Parameter::kExposure);
+}
+void RiskEstimtn::occurrenceCbo_GotFocus() {
+  TakeParameter(Parameter::kOccurrence);
+}
+void RiskEstimtn::avoidanceCbo_GotFocus() {
+  TakeParameter(Parameter::kAvoidance);
+}
+
+void RiskEstimtn::TakeParameter(Parameter parameter) {
+  session().ActiveParameterBox = BoxOf(parameter)->objectName();
+  MarkActiveParameter();
+  LoadStatements(parameter);
+  ui_->HzrdDscptnLbl->setText(
+      QString::fromUtf16(kStatementCaptions[model::IndexOf(parameter)].text));
+}
+
+/// Opens a box with these items and no text.
+void RiskEstimtn::Offer(Parameter parameter, std::span<const QStringView> items) {
+  QComboBox* box = BoxOf(parameter);
+  ComboListBox list(box);
+  box->setEnabled(true);
+  list.Clear();
+  for (const QStringView item : items) list.AddItem(item.toString());
+}
+
+/// Empties and closes this box and all behind it; their stored fields stay.
+void RiskEstimtn::CloseFrom(Parameter first) {
+  for (const Parameter parameter : model::kParameters) {
+    if (parameter < first) continue;
+    ComboListBox(BoxOf(parameter)).Clear();
+    BoxOf(parameter)->setEnabled(false);
+  }
+}
+
+void RiskEstimtn::StoreUnsetLevels(std::span<const Parameter> parameters) {
+  for (const Parameter parameter : parameters) {
+    Store(Fields().LevelOf(parameter), model::UnsetWordOf(parameter).toString());
+  }
+}
+
+void RiskEstimtn::ShowLevel(Parameter parameter, const QString& text) {
+  PickOnlyCombo::Show(BoxOf(parameter), text);
+}
+
+}  // namespace kestrix

@@ -1,0 +1,115 @@
+#include "estimation/RiskEstimtnPictures.h"
+#include "formkit/ClickLabel.h"
+#include "platform/FileSystem.h"
+#include "shell/CommonDialog.h"
+#include "store/Recordset.h"
+#include "ui_RiskEstimtn.h"
+
+namespace kestrix {
+namespace {
+
+const QString kNoPicture = QStringLiteral("NoPicSlted.jpg");
+
+}  // namespace
+
+void RiskEstimtn::ConnectPictures() {
+  before_ = std::make_unique<PictureSlot>(ui_->ImgBfore, model::FieldsOf(Stage::kBefore).picture,
+                                          PictureSlot::ChosenBy::kTitle);
+  after_ = std::make_unique<PictureSlot>(ui_->ImgAfter, model::FieldsOf(Stage::kAfter).picture,
+                                         PictureSlot::ChosenBy::kName);
+  On(ui_->ImgSltdDwgBfr, &QPushButton::clicked, &RiskEstimtn::ImgSltdDwgBfr_Click);
+  On(ui_->ImgSltdDwgAfter, &QPushButton::clicked, &RiskEstimtn::ImgSltdDwgAfter_Click);
+  On(ui_->ImgBfore, &ClickLabel::DblClick, &RiskEstimtn::ImgBfore_DblClick);
+  On(ui_->ImgAfter, &ClickLabel::DblClick, &RiskEstimtn::ImgAfter_DblClick);
+}
+
+/// The name is appended as it stands: a field that holds a whole path names no file here.
+QString RiskEstimtn::PicturePath(const QString& name) const {
+  return installation().PictureFolder(session().ActiveStudyNo) + u'/' + name;
+}
+
+void RiskEstimtn::LoadStoredPicture(PictureSlot& slot) {
+  slot.view.Clear();
+  const QString name = Stored(slot.field);
+  if (!name.isEmpty() && files().FileExists(PicturePath(name))) {
+    slot.view.Load(PicturePath(name));
+    return;
+  }
+  // A name that stands for nothing any more goes only when the default picture is there to see.
+  if (name.isEmpty()) Store(slot.field, kNoPicture);
+  slot.view.Load(installation().NoPicture());
+  if (!name.isEmpty()) Store(slot.field, kNoPicture);
+}
+
+/// Nothing is told of what fails here as well: the form opens all the same.
+void RiskEstimtn::ReplaceMissingPictures() {
+  const auto replace = [this](PictureSlot& slot) {
+    if (files().FileExists(PicturePath(Stored(slot.field)))) return;
+    slot.view.Load(installation().NoPicture());
+  };
+  PassOver([&] { replace(*before_); }, [&] { replace(*after_); });
+}
+
+void RiskEstimtn::SelectPicture(PictureSlot& slot) {
+  try {
+    AskForPicture();
+    const QString title = dialog().FileTitle();
+    if (!dialog().FileName.isEmpty()) {
+      files().CopyFile(dialog().FileName, PicturePath({}));
+      if (!files().FileExists(PicturePath(title))) {
+        Tell(Icon::kInformation, QStringLiteral("BELTROVAN"),
+             QStringLiteral("Failed to copy picture file. Seek Administrator approval for writing. "
+                            "Unable to continue."));
+        return;
+      }
+    }
+    const bool chosen = slot.chosen_by == PictureSlot::ChosenBy::kTitle
+                            ? !title.isEmpty()
+                            : !dialog().FileName.isEmpty();
+    if (chosen) Store(slot.field, title);
+    slot.view.Load(PicturePath(Stored(slot.field)));
+    if (chosen) dialog().FileName.clear();
+  } catch (const Failure&) {
+    PictureFailed(slot);
+  }
+}
+
+void RiskEstimtn::AskForPicture() {
+  dialog().FileName.clear();
+  dialog().DialogTitle = QStringLiteral("BELTROVAN : Select Pictures/Drawing Files");
+  dialog().Filter = QStringLiteral(
+      "All Picture Files|*.bmp;*.jpg;*.gif|JPEG (*.jpg)|*.jpg|Bitmap (*.bmp)|*.bmp|"
+      "GIF (*.gif)|*.gif|");
+  dialog().FilterIndex = 1;
+  dialog().ShowOpen();
+}
+
+/// Only a task without a picture of its own gets the default picture back; a picture that was
+/// chosen and can't be shown leaves its box clear and its name in the row.
+void RiskEstimtn::PictureFailed(PictureSlot& slot) {
+  if (Stored(slot.field) != kNoPicture) return;
+  Store(slot.field, kNoPicture);
+  slot.view.Load(installation().NoPicture());
+  const QString copy = PicturePath(dialog().FileTitle());
+  if (files().FileExists(copy)) files().DeleteFile(copy);
+}
+
+void RiskEstimtn::ClearPicture(PictureSlot& slot) {
+  Store(slot.field, installation().NoPicture());
+  slot.view.Load(installation().NoPicture());
+}
+
+void RiskEstimtn::ImgSltdDwgBfr_Click() {
+  SelectPicture(*before_);
+}
+void RiskEstimtn::ImgSltdDwgAfter_Click() {
+  SelectPicture(*after_);
+}
+void RiskEstimtn::ImgBfore_DblClick() {
+  ClearPicture(*before_);
+}
+void RiskEstimtn::ImgAfter_DblClick() {
+  ClearPicture(*after_);
+}
+
+}  // namespace kestrix

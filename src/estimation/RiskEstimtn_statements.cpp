@@ -1,0 +1,121 @@
+#include "estimation/RiskEstimtn.h"
+#include "formkit/Controls.h"
+#include "formkit/WrapCheckBox.h"
+#include "store/Recordset.h"
+#include "ui_RiskEstimtn.h"
+
+namespace kestrix {
+
+using model::kFirstStatementBox;
+using model::kLastStatementBox;
+
+void RiskEstimtn::ConnectStatements() {
+  for (int number = kFirstStatementBox; number <= kLastStatementBox; ++number) {
+    connect(Chk(number), &QCheckBox::toggled, this,
+            [this, number] { Guarded([&] { Chk_Click(number); }); });
+  }
+  On(ui_->RestartBtn, &QPushButton::clicked, &RiskEstimtn::RestartBtn_Click);
+}
+
+/// A box that is checked stands for its parameter; unchecking the others first clears the
+/// parameter, since their change is a click as well, and what is stored behind that is the new
+/// statement.
+void RiskEstimtn::Chk_Click(int number) {
+  if (Chk(number)->isChecked()) {
+    for (int other = kFirstStatementBox; other <= kLastStatementBox; ++other) {
+      if (other != number) Chk(other)->setChecked(false);
+    }
+    if (const std::optional<Parameter> parameter = ActiveParameter()) {
+      Store(Fields().ScoreOf(*parameter), number);
+      Store(Fields().StatementOf(*parameter), Chk(number)->text());
+    }
+  } else {
+    ClearActiveStatement();
+  }
+  ShowStatementLabels();
+  RefreshRiskDisplay();
+}
+
+void RiskEstimtn::ClearActiveStatement() {
+  const std::optional<Parameter> parameter = ActiveParameter();
+  if (!parameter) return;
+  Store(Fields().StatementOf(*parameter), model::UnsetWordOf(*parameter).toString());
+  Store(Fields().ScoreOf(*parameter), 0);
+}
+
+void RiskEstimtn::LoadStatements(Parameter parameter) {
+  const model::StatementSet& statements = model::StatementsOf(parameter);
+  for (int number = kFirstStatementBox; number <= kLastStatementBox; ++number) {
+    const auto& statement = statements[static_cast<std::size_t>(number - kFirstStatementBox)];
+    Chk(number)->setText(statement.text.toString());
+    Chk(number)->setEnabled(statement.enabled);
+  }
+  const qint64 score = Task().Number(Fields().ScoreOf(parameter).toString());
+  if (score == 0) {
+    for (int number = kFirstStatementBox; number <= kLastStatementBox; ++number) {
+      Chk(number)->setChecked(false);
+    }
+  } else if (score >= kFirstStatementBox && score <= kLastStatementBox) {
+    Chk(static_cast<int>(score))->setChecked(true);
+  }
+}
+
+void RiskEstimtn::ShowStatementLabels() {
+  struct Row {
+    Parameter parameter;
+    QLabel* statement;
+    QLabel* score;
+    const char16_t* prefix;
+  };
+  const std::array rows{
+      Row{Parameter::kSeverity, ui_->SerChkStd, ui_->SerScrStd, u"Severty :"},
+      Row{Parameter::kExposure, ui_->ExChkStdStd, ui_->ExScrStd, u"Exposure :"},
+      Row{Parameter::kOccurrence, ui_->OcrChkStd, ui_->OCrScrStd, u"Occurrence :"},
+      Row{Parameter::kAvoidance, ui_->AvrChkStd, ui_->AvrScrStd, u"Avoidance :"}};
+  for (const Row& row : rows) {
+    row.statement->setText(QString::fromUtf16(row.prefix) +
+                           Stored(Fields().StatementOf(row.parameter)));
+    row.score->setText(Stored(Fields().ScoreOf(row.parameter)));
+  }
+}
+
+void RiskEstimtn::MarkActiveParameter() {
+  const std::array<std::array<QLabel*, 2>, 4> pairs{{{ui_->SerChkStd, ui_->SerScrStd},
+                                                     {ui_->ExChkStdStd, ui_->ExScrStd},
+                                                     {ui_->OcrChkStd, ui_->OCrScrStd},
+                                                     {ui_->AvrChkStd, ui_->AvrScrStd}}};
+  for (const auto& pair : pairs) {
+    for (QLabel* label : pair) SetSystemBack(label);
+  }
+  if (const std::optional<Parameter> parameter = ActiveParameter()) {
+    for (QLabel* label : pairs[model::IndexOf(*parameter)]) {
+      SetBackColour(label, colour::kPaleYellow);
+    }
+  }
+}
+
+void RiskEstimtn::RestartBtn_Click() {
+  session().MsgAnswer = Ask(Icon::kInformation, QStringLiteral("BELTROVAN"),
+                            QStringLiteral("Wish to clear all selections and restart."));
+  if (session().MsgAnswer != Button::kYes) return;
+  RestartStatements();
+  Task().Update();
+  ShowStatementLabels();
+  RefreshRiskDisplay();
+}
+
+/// Clears the statements of the stage in hand, and the indexes of both stages: the levels and the
+/// lit path stay until the severity is reset.
+void RiskEstimtn::RestartStatements() {
+  for (const Parameter parameter : model::kParameters) {
+    Store(Fields().StatementOf(parameter), model::UnsetWordOf(parameter).toString());
+  }
+  for (const Parameter parameter : model::kParameters) Store(Fields().ScoreOf(parameter), 0);
+  for (int number = kFirstStatementBox; number <= kLastStatementBox; ++number) {
+    Chk(number)->setChecked(false);
+  }
+  Store(model::FieldsOf(Stage::kBefore).risk_index, 0);
+  Store(model::FieldsOf(Stage::kAfter).risk_index, 0);
+}
+
+}  // namespace kestrix

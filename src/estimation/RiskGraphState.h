@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <array>
+#include <optional>
+#include <span>
+
+#include "estimation/RiskGraphGeometry.h"
+#include "estimation/model/RiskLevels.h"
+
+namespace kestrix {
+
+/// What is lit on the risk graph and where the marker of the risk matrix lies, for all views of one
+/// estimation. A lit line keeps the stage in which it was lit, and so its colour, until it is put
+/// out or lit again. It knows no rule: it never decides what is to be lit, and it stores nothing.
+class RiskGraphState : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit RiskGraphState(QObject* parent = nullptr);
+
+  [[nodiscard]] model::Stage stage() const { return stage_; }
+  /// Lit lines in the order of the table of lines; the start line is never among them.
+  [[nodiscard]] QStringList litLines() const;
+  /// Lit index labels, from that of index 0 upwards.
+  [[nodiscard]] QStringList litIndexLabels() const;
+  /// The cell that shows the marker; empty while the marker is hidden.
+  [[nodiscard]] QString markedCell() const;
+
+  /// The stage in which this line was lit, or nothing when it is at rest.
+  [[nodiscard]] std::optional<model::Stage> LitStageOf(QStringView line) const;
+  [[nodiscard]] bool IsIndexLabelLit(QStringView label) const;
+  /// Where the marker was last put, in twips. A hidden marker stays there; null before the first.
+  [[nodiscard]] QRect MarkerPlace() const;
+
+  void ResetSeverityLines();
+  void ResetExposureLines();
+  void ResetOccurrenceLines();
+  void ResetAvoidanceLines();
+  void ResetIndexLabels();
+
+  /// Lights these lines in the colour of the stage in hand; others stay as they are. A name that
+  /// stands for no line that can be lit lights nothing.
+  void Light(std::span<const QStringView> lines);
+  void Light(QStringView line) { Light({&line, 1}); }
+  /// Paints this index label; others stay as they are. An unknown name paints nothing.
+  void LightIndexLabel(QStringView label);
+
+  /// The stage in whose colour the start line and its arrow stand, and in which lines are lit from
+  /// now on. What is lit already keeps its colour.
+  void SetStage(model::Stage stage);
+
+  /// Shows the marker on this cell. An unknown name changes nothing.
+  void MarkCell(QStringView cell);
+  void HideMarker();
+
+ Q_SIGNALS:
+  void LitLinesChanged();
+  void LitIndexLabelsChanged();
+  void MarkedCellChanged();
+  void StageChanged();
+
+ private:
+  void PutOut(risk_graph::LineGroup group);
+
+  model::Stage stage_ = model::Stage::kBefore;
+  std::array<std::optional<model::Stage>, risk_graph::kLines.size()> lit_lines_{};
+  std::array<bool, risk_graph::kIndexLabels.size()> lit_labels_{};
+  const risk_graph::CellPlace* marker_cell_ = nullptr;
+  bool marker_shown_ = false;
+};
+
+}  // namespace kestrix

@@ -1,0 +1,163 @@
+#include "estimation/RiskGraphState.h"
+
+#include <gmock/gmock.h>
+
+#include <QSignalSpy>
+
+#include "estimation/model/RiskGraphRules.h"
+
+namespace kestrix {
+namespace {
+
+using model::Stage;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class RiskGraphStateTest : public ::testing::Test {
+ protected:
+  void LightEverything() {
+    for (const auto& line : risk_graph::kLines) state_.Light(line.name);
+    for (const auto& label : risk_graph::kIndexLabels) state_.LightIndexLabel(label.name);
+  }
+
+  RiskGraphState state_;
+};
+
+TEST_F(RiskGraphStateTest, NothingIsLitAtFirst) {
+  EXPECT_EQ(state_.stage(), Stage::kBefore);
+  EXPECT_THAT(state_.litLines(), IsEmpty());
+  EXPECT_THAT(state_.litIndexLabels(), IsEmpty());
+  EXPECT_EQ(state_.markedCell(), QString());
+  EXPECT_TRUE(state_.MarkerPlace().isNull());
+}
+
+TEST_F(RiskGraphStateTest, LitLinesAreToldInTheOrderOfTheTable) {
+  state_.Light(model::OccurrenceRuleFor(u"O1, Low", u"F1, F2")->lines);
+  state_.Light(model::SeverityRuleFor(u"S1, Slight")->lines);
+  EXPECT_THAT(state_.litLines(), ElementsAre("SV2", "SEH1_2", "NoneLn2", "OAng0"));
+}
+
+TEST_F(RiskGraphStateTest, EachStepPutsOutItsOwnLines) {
+  using Step = void (RiskGraphState::*)();
+  const std::vector<std::pair<Step, risk_graph::LineGroup>> steps{
+      {&RiskGraphState::ResetSeverityLines, risk_graph::kSeverityGroup},
+      {&RiskGraphState::ResetExposureLines, risk_graph::kExposureGroup},
+      {&RiskGraphState::ResetOccurrenceLines, risk_graph::kOccurrenceGroup},
+      {&RiskGraphState::ResetAvoidanceLines, risk_graph::kAvoidanceGroup}};
+  for (const auto& [step, group] : steps) {
+    LightEverything();
+    ASSERT_EQ(state_.litLines().size(), 32);
+    (state_.*step)();
+    const QStringList put_out = risk_graph::LinesOf(group);
+    for (const auto& line : risk_graph::kLines) {
+      const bool expected = line.groups != 0 && !put_out.contains(line.name);
+      EXPECT_EQ(state_.LitStageOf(line.name).has_value(), expected)
+          << line.name.toString().toStdString();
+    }
+    EXPECT_EQ(state_.litIndexLabels().size(), 7) << "lines and labels are put out apart";
+  }
+}
+
+TEST_F(RiskGraphStateTest, SharedStretchGoesDarkWithEitherOfItsGroups) {
+  state_.Light(u"NoneLn2");
+  state_.ResetSeverityLines();
+  EXPECT_THAT(state_.litLines(), IsEmpty());
+  state_.Light(u"NoneLn2");
+  state_.ResetOccurrenceLines();
+  EXPECT_THAT(state_.litLines(), IsEmpty());
+}
+
+TEST_F(RiskGraphStateTest, StartLineIsNeverLitAndNeverPutOut) {
+  state_.Light(u"strtLin1");
+  EXPECT_THAT(state_.litLines(), IsEmpty());
+}
+
+TEST_F(RiskGraphStateTest, UnknownNamesChangeNothing) {
+  QSignalSpy lines(&state_, &RiskGraphState::LitLinesChanged);
+  QSignalSpy labels(&state_, &RiskGraphState::LitIndexLabelsChanged);
+  QSignalSpy marker(&state_, &RiskGraphState::MarkedCellChanged);
+  state_.Light(u"sv1");
+  state_.LightIndexLabel(u"RILbl1");
+  state_.MarkCell(u"Rsk21");
+  EXPECT_EQ(lines.size() + labels.size() + marker.size(), 0);
+  EXPECT_THAT(state_.litLines(), IsEmpty());
+  EXPECT_THAT(state_.litIndexLabels(), IsEmpty());
+  EXPECT_EQ(state_.markedCell(), QString());
+}
+
+TEST_F(RiskGraphStateTest, LineKeepsTheColourInWhichItWasLit) {
+  state_.Light(u"SV1");
+  state_.SetStage(Stage::kAfter);
+  state_.Light(u"SH3");
+  EXPECT_EQ(state_.LitStageOf(u"SV1"), Stage::kBefore);
+  EXPECT_EQ(state_.LitStageOf(u"SH3"), Stage::kAfter);
+  state_.Light(u"SV1");
+  EXPECT_EQ(state_.LitStageOf(u"SV1"), Stage::kAfter);
+  EXPECT_EQ(state_.LitStageOf(u"SV2"), std::nullopt);
+}
+
+TEST_F(RiskGraphStateTest, IndexLabelsGoWhiteTogether) {
+  state_.LightIndexLabel(u"RILbl6");
+  state_.LightIndexLabel(u"RILb2");
+  EXPECT_THAT(state_.litIndexLabels(), ElementsAre("RILb2", "RILbl6"));
+  EXPECT_TRUE(state_.IsIndexLabelLit(u"RILb2"));
+  state_.ResetIndexLabels();
+  EXPECT_THAT(state_.litIndexLabels(), IsEmpty());
+  EXPECT_FALSE(state_.IsIndexLabelLit(u"RILb2"));
+}
+
+TEST_F(RiskGraphStateTest, MarkerMovesToItsCellAndStaysThereWhenHidden) {
+  state_.MarkCell(u"Rsk17");
+  EXPECT_EQ(state_.markedCell(), "Rsk17");
+  EXPECT_EQ(state_.MarkerPlace(), QRect(9165 + 270, 3090 + 140, 375, 300));
+  state_.HideMarker();
+  EXPECT_EQ(state_.markedCell(), QString());
+  EXPECT_EQ(state_.MarkerPlace(), QRect(9165 + 270, 3090 + 140, 375, 300));
+  state_.MarkCell(u"Rsk17");
+  EXPECT_EQ(state_.markedCell(), "Rsk17");
+}
+
+TEST_F(RiskGraphStateTest, EveryChangeIsToldOnceAndNoChangeIsNot) {
+  QSignalSpy lines(&state_, &RiskGraphState::LitLinesChanged);
+  QSignalSpy labels(&state_, &RiskGraphState::LitIndexLabelsChanged);
+  QSignalSpy marker(&state_, &RiskGraphState::MarkedCellChanged);
+  QSignalSpy stage(&state_, &RiskGraphState::StageChanged);
+  state_.ResetSeverityLines();
+  state_.ResetIndexLabels();
+  state_.HideMarker();
+  state_.SetStage(Stage::kBefore);
+  EXPECT_EQ(lines.size() + labels.size() + marker.size() + stage.size(), 0);
+
+  const auto twice = [this] {
+    state_.Light(model::SeverityRuleFor(u"None.")->lines);
+    state_.LightIndexLabel(u"RILbl0");
+    state_.MarkCell(u"Rsk1");
+  };
+  twice();
+  twice();
+  EXPECT_EQ(lines.size(), 1);
+  EXPECT_EQ(labels.size(), 1);
+  EXPECT_EQ(marker.size(), 1);
+
+  state_.SetStage(Stage::kAfter);
+  EXPECT_EQ(stage.size(), 1);
+  state_.Light(u"SV2");
+  EXPECT_EQ(lines.size(), 2) << "the colour of a lit line is news";
+}
+
+TEST_F(RiskGraphStateTest, FromNoHazardToSeriousTheOldPathGoesDarkFirst) {
+  const auto* none = model::SeverityRuleFor(u"None.");
+  state_.Light(none->lines);
+  state_.LightIndexLabel(none->index_label);
+  EXPECT_THAT(state_.litLines(), ElementsAre("SV2", "SV3", "NoneLn", "NoneLn2"));
+  EXPECT_THAT(state_.litIndexLabels(), ElementsAre("RILbl0"));
+  state_.ResetSeverityLines();
+  state_.ResetIndexLabels();
+  EXPECT_THAT(state_.litLines(), IsEmpty());
+  state_.Light(model::SeverityRuleFor(u"S2, Serious")->lines);
+  EXPECT_THAT(state_.litLines(), ElementsAre("SV1", "SH3"));
+  EXPECT_THAT(state_.litIndexLabels(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace kestrix
