@@ -1,0 +1,245 @@
+#include "customization/custizationFrm.h"
+
+#include <QEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <array>
+
+#include "formkit/Controls.h"
+#include "platform/FileSystem.h"
+#include "store/RecordSources.h"
+#include "ui_custizationFrm.h"
+
+namespace kestrix {
+namespace {
+
+struct ListChoice {
+  const char16_t* name;
+  const QString* sql;
+};
+
+const std::array kChoices{ListChoice{u"Project stage", &sources::kPrjstage},
+                          ListChoice{u"phase of the machine life cycle", &sources::kPhaseMachLife},
+                          ListChoice{u"Primary Hazard", &sources::kPrimaryHazard},
+                          ListChoice{u"Recommendation type", &sources::kRecommTyp},
+                          ListChoice{u"Action by", &sources::kActionBy}};
+
+const QString kFirstChoice = QStringLiteral("Project stage");
+const QString kPrimaryHazardChoice = QStringLiteral("Primary Hazard");
+const QString kCaption = QStringLiteral("Customize : ");
+constexpr int kLongestEntry = 255;
+
+}  // namespace
+
+custizationFrm::custizationFrm(Context& context)
+    : SessionForm(context), ui_(std::make_unique<Ui::custizationFrm>()) {
+  ui_->setupUi(this);
+  for (QComboBox* combo : {ui_->ForCustmnCbo, ui_->HazardType, ui_->ActnByCbo}) {
+    combo->lineEdit()->setMaxLength(kLongestEntry);
+  }
+  On(ui_->ForCustmnCbo, &QComboBox::activated, &custizationFrm::ForCustmnCbo_Click);
+  OnGotFocus(ui_->ForCustmnCbo, &custizationFrm::ForCustmnCbo_GotFocus);
+  OnLostFocus(ui_->ForCustmnCbo, &custizationFrm::ForCustmnCbo_LostFocus);
+  On(ui_->HazardType, &QComboBox::activated, &custizationFrm::HazardType_Click);
+  On(ui_->ActnByLst, &QListWidget::itemClicked, &custizationFrm::ActnByLst_Click);
+  On(ui_->ActnByLst, &QListWidget::itemActivated, &custizationFrm::ActnByLst_Click);
+  OnLostFocus(ui_->AddrcdTxt, &custizationFrm::AddrcdTxt_LostFocus);
+  On(ui_->adddt, &QPushButton::clicked, &custizationFrm::adddt_Click);
+  On(ui_->SavRcd, &QPushButton::clicked, &custizationFrm::SavRcd_Click);
+  On(ui_->dletedt, &QPushButton::clicked, &custizationFrm::dletedt_Click);
+  On(ui_->DeltAll, &QPushButton::clicked, &custizationFrm::DeltAll_Click);
+  On(ui_->ext, &QPushButton::clicked, &custizationFrm::ext_Click);
+  for (QPushButton* button : {ui_->adddt, ui_->SavRcd, ui_->dletedt, ui_->DeltAll}) {
+    button->setMouseTracking(true);
+    button->installEventFilter(this);
+  }
+}
+
+custizationFrm::~custizationFrm() = default;
+
+void custizationFrm::Load() {
+  FillListChoices();
+  ui_->ForCustmnCbo->setEditText(kFirstChoice);
+  session().FileFoundA = files().FileExists(installation().SupportLists());
+  session().FileFoundB = files().FileExists(installation().Register());
+  session().FileFoundC = files().FileExists(installation().StudyTemplate());
+  if (!session().FileFoundA || !session().FileFoundB || !session().FileFoundC) {
+    messages().Beep();
+    Tell(Icon::kCritical, title::kProgramFilesMissing,
+         QStringLiteral("1c. Files missing. contact M/s. BELTROVAN"));
+    UnloadForm();
+    return;
+  }
+  WaitCursor wait;
+  PassOver([&] { session().ListSql = sources::kPrjstage; },
+           [&] { nameDB_.SetDatabaseName(installation().SupportLists()); },
+           [&] { OpenRows(session().ListSql); }, [&] { FillBoth(); }, [&] { Rows().MoveFirst(); },
+           [&] { SelectEntry(Rows().Text(0)); }, [&] { SetCaption(Choice()); });
+  HazardListShowing_ = false;
+}
+
+void custizationFrm::FillListChoices() {
+  ComboListBox list(ui_->ForCustmnCbo);
+  list.Clear();
+  for (const ListChoice& choice : kChoices) list.AddItem(QString::fromUtf16(choice.name));
+}
+
+void custizationFrm::LoadListChoice() {
+  for (const ListChoice& choice : kChoices) {
+    if (Choice() == QString::fromUtf16(choice.name)) session().ListSql = *choice.sql;
+  }
+  const WaitCursor wait;
+  const bool primary = IsPrimaryHazardChosen();
+  ComboListBox hazards(ui_->HazardType);
+  ComboListBox copies(ui_->ActnByCbo);
+  ListBox& second = primary ? static_cast<ListBox&>(hazards) : copies;
+  PassOver([&] { OpenRows(session().ListSql); },
+           [&] {
+             copies.Clear();
+             ui_->ActnByLst->clear();
+             hazards.Clear();
+           },
+           [&] {
+             lookup::Fill(Rows(), second);
+             CopyToList(primary ? *ui_->HazardType : *ui_->ActnByCbo);
+           },
+           [&] { Rows().MoveFirst(); },
+           [&] {
+             if (primary) {
+               hazards.SetText(Rows().Text(0));
+             } else {
+               SelectEntry(Rows().Text(0));
+             }
+           });
+}
+
+void custizationFrm::ForCustmnCbo_Click() {
+  LoadListChoice();
+  SetCaption(Choice());
+  ListChoiceText_ = Choice();
+  ui_->HazardType->setEnabled(IsPrimaryHazardChosen());
+  HazardListShowing_ = false;
+}
+
+void custizationFrm::ForCustmnCbo_GotFocus() {
+  ListChoiceText_ = Choice();
+}
+
+void custizationFrm::ForCustmnCbo_LostFocus() {
+  if (Choice() == ListChoiceText_) return;
+  ui_->ForCustmnCbo->setEditText(ListChoiceText_);
+  ForCustmnCbo_Click();
+  Tell(Icon::kInformation, title::kProgram, QStringLiteral("Please select from list."));
+  FocusLater(ui_->ForCustmnCbo);
+}
+
+void custizationFrm::ActnByLst_Click() {
+  ui_->AddrcdTxt->setText(SelectedEntry());
+}
+
+void custizationFrm::HazardType_Click() {
+  const QString hazard = ui_->HazardType->currentText();
+  PassOver([&] { session().ListSql = sources::HazardTypesOf(hazard); },
+           [&] { OpenPlain(session().ListSql); },
+           [&] {
+             SetCaption(hazard);
+             ui_->ActnByLst->clear();
+           },
+           [&] {
+             if (Rows().RecordCount() < 1) return;
+             const Recordset::Walk walk(Rows());
+             for (Rows().MoveFirst(); !Rows().Eof(); Rows().MoveNext()) {
+               ui_->ActnByLst->addItem(Rows().Text(0));
+             }
+           },
+           [&] {
+             if (Rows().RecordCount() < 1) return;
+             Rows().MoveFirst();
+             SelectEntry(Rows().Text(0));
+           });
+  SetCaption(hazard);
+  ui_->HazardType->setEnabled(true);
+  HazardListShowing_ = true;
+}
+
+void custizationFrm::ext_Click() {
+  UnloadForm();
+}
+
+bool custizationFrm::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::MouseMove || event->type() == QEvent::Enter ||
+      event->type() == QEvent::FocusIn) {
+    FollowMouse(watched);
+  }
+  return SessionForm::eventFilter(watched, event);
+}
+
+/// The tool tips name what a click would act on at this moment.
+void custizationFrm::FollowMouse(const QObject* button) {
+  const QString entry =
+      SelectedEntry().isEmpty() ? QStringLiteral("'NOT SELECTED'") : SelectedEntry();
+  if (button == ui_->adddt) {
+    ui_->adddt->setToolTip(QStringLiteral("Click to add records under - ") + Choice());
+  } else if (button == ui_->DeltAll) {
+    ui_->DeltAll->setToolTip(QStringLiteral("Click to delete all records from - ") + Choice());
+  } else if (button == ui_->dletedt) {
+    ui_->dletedt->setToolTip(QStringLiteral("Delete selected record - ") + entry);
+  } else if (button == ui_->SavRcd) {
+    ui_->SavRcd->setToolTip(QStringLiteral("Save edited record - ") + entry);
+  }
+}
+
+/// A list is opened anew and walked once from end to end of its first rows, so that it is counted.
+void custizationFrm::OpenRows(const QString& sql) {
+  OpenPlain(sql);
+  Rows().MoveFirst();
+  Rows().MoveNext();
+  Rows().MoveFirst();
+  nameDB_.SetRecordSource(sql);
+}
+
+void custizationFrm::OpenPlain(const QString& sql) {
+  nameDB_.SetRecordSource(sql);
+  nameDB_.Refresh();
+}
+
+void custizationFrm::FillBoth() {
+  ComboListBox copies(ui_->ActnByCbo);
+  ui_->ActnByLst->clear();
+  lookup::Fill(Rows(), copies);
+  CopyToList(*ui_->ActnByCbo);
+}
+
+void custizationFrm::CopyToList(const QComboBox& filled) {
+  for (int i = 0; i < filled.count(); ++i) ui_->ActnByLst->addItem(filled.itemText(i));
+}
+
+QString custizationFrm::Choice() const {
+  return ui_->ForCustmnCbo->currentText();
+}
+
+bool custizationFrm::IsPrimaryHazardChosen() const {
+  return Choice() == kPrimaryHazardChoice;
+}
+
+QString custizationFrm::SelectedEntry() const {
+  const QListWidgetItem* item = ui_->ActnByLst->currentItem();
+  return item == nullptr ? QString() : item->text();
+}
+
+void custizationFrm::SelectEntry(const QString& text) {
+  for (int row = 0; row < ui_->ActnByLst->count(); ++row) {
+    if (ui_->ActnByLst->item(row)->text() != text) continue;
+    ui_->ActnByLst->setCurrentRow(row);
+    return;
+  }
+  ui_->ActnByLst->setCurrentRow(-1);
+}
+
+void custizationFrm::SetCaption(const QString& subject) {
+  ui_->ActnFrmLbl->setText(kCaption + subject);
+  ui_->ActnByLst->setAccessibleName(ui_->ActnFrmLbl->text());
+  ui_->ActnByCbo->setAccessibleName(ui_->ActnFrmLbl->text());
+}
+
+}  // namespace kestrix

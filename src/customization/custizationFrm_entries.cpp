@@ -1,0 +1,175 @@
+// What is done to the entries of the list that is shown: adding, changing, deleting one, deleting
+// all.
+
+#include <QLineEdit>
+#include <QListWidget>
+
+#include "customization/custizationFrm.h"
+#include "formkit/Controls.h"
+#include "store/RecordSources.h"
+#include "ui_custizationFrm.h"
+
+namespace kestrix {
+void custizationFrm::adddt_Click() {
+  ui_->AddrcdTxt->clear();
+  FocusLater(ui_->AddrcdTxt);
+  session().AddPending = true;
+}
+
+void custizationFrm::AddrcdTxt_LostFocus() {
+  if (!session().AddPending) return;
+  if (ui_->AddrcdTxt->text().startsWith(u' ')) {
+    SetBackColour(ui_->AddrcdTxt, colour::kWarning);
+    Tell(Icon::kCritical, title::kProgram, QStringLiteral("Can not begin with a space."));
+    FocusLater(ui_->AddrcdTxt);
+    return;
+  }
+  SetSystemBack(ui_->AddrcdTxt);
+  AddListRecord();
+}
+
+void custizationFrm::AddListRecord() {
+  session().AddDupFound = 0;
+  ui_->ActnByCbo->setEditText(SelectedEntry());
+  const QString text = ui_->AddrcdTxt->text();
+  if (text.isEmpty()) {
+    FocusLater(ui_->AddrcdTxt);
+    return;
+  }
+  PassOver([&] {
+    if (lookup::Knows(Rows(), text)) session().AddDupFound = 1;
+  });
+  if (session().AddDupFound == 1) {
+    // What is there already is only selected.
+    SelectEntry(text);
+    session().AddPending = false;
+    return;
+  }
+  PassOver([&] { StoreNewEntry(text); });
+  session().AddPending = false;
+  PassOver([&] { FillBoth(); });
+  ui_->ActnByCbo->setEditText(text);
+  SelectEntry(text);
+}
+
+void custizationFrm::StoreNewEntry(const QString& text) {
+  Rows().AddNew();
+  const Recordset::Attempt attempt(Rows());
+  Rows().Set(0, text);
+  if (IsPrimaryHazardChosen() && HazardListShowing_) {
+    Rows().Set(1, ui_->HazardType->currentText());
+  }
+  Rows().Update();
+}
+
+void custizationFrm::SavRcd_Click() {
+  const QString old = SelectedEntry();
+  if (ui_->AddrcdTxt->text().isEmpty()) {
+    FocusLater(ui_->AddrcdTxt);
+    return;
+  }
+  PassOver(
+      [&] {
+        if (!lookup::WalkTo(Rows(), old)) return;
+        if (lookup::IsReserved(Rows().Text(0))) {
+          ui_->AddrcdTxt->setText(old);
+          return;
+        }
+        const Recordset::Attempt attempt(Rows());
+        Rows().Edit();
+        Rows().Set(0, ui_->AddrcdTxt->text());
+        Rows().Update();
+      },
+      [&] { FillBoth(); }, [&] { SelectEntry(ui_->AddrcdTxt->text()); });
+}
+
+void custizationFrm::dletedt_Click() {
+  try {
+    if (IsPrimaryHazardChosen()) {
+      DeleteHazardTypes();
+    } else {
+      DeleteEntry();
+    }
+  } catch (const Failure&) {
+    // The list stays as the database left it.
+  }
+}
+
+void custizationFrm::DeleteEntry() {
+  ui_->ActnByCbo->setEditText(SelectedEntry());
+  if (ui_->AddrcdTxt->text().isEmpty()) {
+    Tell(Icon::kInformation, title::kProgram, QStringLiteral("No record selected to deleted."));
+    return;
+  }
+  const QString entry = ui_->ActnByCbo->currentText();
+  if (RefusesReserved(entry) || LacksText(ui_->ActnByCbo, entry, entry)) return;
+  EntryText_ = entry;
+  if (!IsDeletionWished(QStringLiteral("Wish to delete Record : ") + entry)) return;
+  lookup::DeleteFirst(Rows(), EntryText_);
+  PassOver([&] { FillBoth(); });
+  ui_->ActnByCbo->setEditText(lookup::kNone);
+  ui_->AddrcdTxt->setText(lookup::kNone);
+  SelectEntry(lookup::kNone);
+}
+
+/// Removes the hazard types below the selected entry; the primary hazard itself stays.
+void custizationFrm::DeleteHazardTypes() {
+  const QString text = SelectedEntry();
+  if (!IsDeletionWished(QStringLiteral("Deleting all records in ") + text +
+                        QStringLiteral(" WISH to delete all records?"))) {
+    return;
+  }
+  OpenPlain(sources::HazardTypesToDelete(text));
+  Rows().MoveFirst();
+  lookup::DeleteAllBut(Rows(), [](const QString&) { return false; });
+  nameDB_.Refresh();
+  Rows().Requery();
+  ui_->ActnByLst->clear();
+  ui_->HazardType->setEditText(text);
+}
+
+void custizationFrm::DeltAll_Click() {
+  const bool primary = ui_->ActnFrmLbl->text() == QStringLiteral("Customize : Primary Hazard");
+  const QString question =
+      primary ? QStringLiteral(
+                    "By deleting record from Primary Hazard will also delete all related "
+                    "records in Hazard Type list box. WISH to delete all records?")
+              : QStringLiteral("Wish to delete all Records.");
+  if (!IsDeletionWished(question)) return;
+  if (primary) {
+    DeletePrimaryHazards();
+  } else {
+    DeleteAllEntries();
+  }
+}
+
+void custizationFrm::DeleteAllEntries() {
+  PassOver([&] { lookup::DeleteAllBut(Rows(), lookup::IsReserved); }, [&] { FillBoth(); });
+  ui_->ActnByCbo->setEditText(lookup::kNone);
+  ui_->AddrcdTxt->setText(lookup::kNone);
+}
+
+/// Only the types of the one primary hazard in the combo go with the primary hazards; those of all
+/// others stay in their table without a parent.
+void custizationFrm::DeletePrimaryHazards() {
+  PassOver([&] { lookup::DeleteAllBut(Rows(), lookup::IsReserved); },
+           [&] {
+             session().ListSql = sources::HazardTypesOf(ui_->HazardType->currentText());
+             OpenPlain(session().ListSql);
+           },
+           [&] { lookup::DeleteAllBut(Rows(), [](const QString&) { return false; }); },
+           [&] {
+             session().ListSql = sources::kPrimaryHazard;
+             OpenPlain(session().ListSql);
+           },
+           [&] {
+             for (QComboBox* combo : {ui_->ForCustmnCbo, ui_->ActnByCbo, ui_->HazardType}) {
+               ComboListBox(combo).Clear();
+             }
+             ui_->ActnByLst->clear();
+           },
+           [&] { Rows().MoveFirst(); }, [&] { FillListChoices(); },
+           [&] { ui_->ForCustmnCbo->setEditText(QStringLiteral("Project stage")); });
+}
+
+}  // namespace kestrix

@@ -1,0 +1,518 @@
+#include "customization/custizationFrm.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QListWidget>
+#include <QMouseEvent>
+
+#include "formkit/Controls.h"
+#include "support/FormTest.h"
+
+namespace kestrix {
+namespace {
+
+const QString kTitle = QStringLiteral("BELTROVAN");
+const QString kDelete = QStringLiteral("BELTROVAN: Delete record");
+
+class custizationFrmTest : public FormTest {
+ protected:
+  custizationFrmTest() {
+    installation.EmptyLists();
+    installation.GivenListRows("Prjstage", {"None.", "N.A.", "Design", "Build"});
+    installation.GivenListRows("PhaseMachLife", {"Setting", "Operation"});
+    installation.GivenListRows("primaryhazard", {"None.", "Mechanical", "Noise", "Dust"});
+    installation.GivenListRows("RecommTyp", {"Guard"});
+    installation.GivenListRows("ActionBy", {"Anna"});
+    installation.GivenHazardTypes("Mechanical", {"Crushing", "Shearing"});
+    installation.GivenHazardTypes("Noise", {"Engines"});
+  }
+
+  QStringList Stored(const QString& table, const QString& field) {
+    return Column(installation.Lists(), "SELECT " + field + " FROM " + table);
+  }
+  QStringList Stages() { return Stored("Prjstage", "hazopstage"); }
+  QStringList Types() {
+    return Column(installation.Lists(),
+                  "SELECT HazardTyp||'/'||hazardoccurrence FROM HazardType ORDER BY SrNo");
+  }
+  void PickEntry(const QString& text) {
+    auto& list = Control<QListWidget>("ActnByLst");
+    const auto found = list.findItems(text, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    ASSERT_EQ(found.size(), 1) << text.toStdString();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                      list.visualItemRect(found.first()).center());
+    Settle();
+  }
+  QString Selected() {
+    const auto* item = Control<QListWidget>("ActnByLst").currentItem();
+    return item == nullptr ? QString() : item->text();
+  }
+  void ChooseList(const QString& choice) { Pick("ForCustmnCbo", choice); }
+  void Add(const QString& text) {
+    Click("adddt");
+    Type(text);
+    PressTab();
+  }
+  QString TipUnderMouse(const QString& button) {
+    auto& widget = Control<QWidget>(button);
+    QTest::mouseMove(&widget, widget.rect().center());
+    QMouseEvent move(QEvent::MouseMove, QPointF(2, 2), widget.mapToGlobal(QPointF(2, 2)),
+                     Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&widget, &move);
+    return widget.toolTip();
+  }
+};
+
+TEST_F(custizationFrmTest, OpensOnTheProjectStages) {
+  Open<custizationFrm>();
+  EXPECT_EQ(TextOf("ForCustmnCbo"), "Project stage");
+  EXPECT_EQ(TextOf("ActnFrmLbl"), "Customize : Project stage");
+  EXPECT_EQ(ItemsOf("ActnByLst"), (QStringList{"None.", "N.A.", "Design", "Build"}));
+  EXPECT_EQ(ItemsOf("ActnByCbo"), ItemsOf("ActnByLst"));
+  EXPECT_EQ(Selected(), "None.");
+  EXPECT_EQ(ItemsOf("ForCustmnCbo"),
+            (QStringList{"Project stage", "phase of the machine life cycle", "Primary Hazard",
+                         "Recommendation type", "Action by"}));
+  EXPECT_FALSE(IsEnabled("HazardType"));
+}
+
+class custizationFrmMissingTest : public custizationFrmTest,
+                                  public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(custizationFrmMissingTest, AMissingFileIsToldAndTheFormCloses) {
+  ASSERT_TRUE(QFile::remove(installation.Path(GetParam())));
+  desk.messages.ExpectTell(Icon::kCritical, "KESTRIX : Files missing",
+                           "1c. Files missing. contact M/s. BELTROVAN");
+  auto& form = Make<custizationFrm>();
+  EXPECT_TRUE(form.IsUnloading());
+  EXPECT_EQ(desk.messages.Beeps(), 1);
+  EXPECT_FALSE(form.isVisible());
+}
+
+INSTANTIATE_TEST_SUITE_P(EachFile, custizationFrmMissingTest,
+                         ::testing::Values("RskAsmtFld/RskAsmt_BkSup.mdb", "RskAsmtFld/orgtn.mdb",
+                                           "risk_esmatn.mdb"),
+                         [](const auto& file) { return "File" + std::to_string(file.index); });
+
+struct ListCase {
+  const char* choice;
+  const char* table;
+  const char* field;
+  QStringList rows;
+};
+class custizationFrmListTest : public custizationFrmTest,
+                               public ::testing::WithParamInterface<ListCase> {};
+
+TEST_P(custizationFrmListTest, EveryListIsShownAndTakesANewEntry) {
+  Open<custizationFrm>();
+  ChooseList(GetParam().choice);
+  EXPECT_EQ(TextOf("ActnFrmLbl"), QStringLiteral("Customize : ") + GetParam().choice);
+  EXPECT_EQ(ItemsOf("ActnByLst"), GetParam().rows);
+  Add("A new one");
+  EXPECT_EQ(Stored(GetParam().table, GetParam().field), GetParam().rows + QStringList{"A new one"});
+  EXPECT_EQ(Selected(), "A new one");
+  EXPECT_EQ(TextOf("ActnByCbo"), "A new one");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EachList, custizationFrmListTest,
+    ::testing::Values(
+        ListCase{"Project stage", "Prjstage", "hazopstage", {"None.", "N.A.", "Design", "Build"}},
+        ListCase{"phase of the machine life cycle",
+                 "PhaseMachLife",
+                 "PhaseMachLife",
+                 {"Setting", "Operation"}},
+        ListCase{"Primary Hazard",
+                 "primaryhazard",
+                 "hazardType",
+                 {"None.", "Mechanical", "Noise", "Dust"}},
+        ListCase{"Recommendation type", "RecommTyp", "RecommendationTyp", {"Guard"}},
+        ListCase{"Action by", "ActionBy", "ActnBy", {"Anna"}}),
+    [](const auto& list) { return "List" + std::to_string(list.index); });
+
+TEST_F(custizationFrmTest, OnlyThePrimaryHazardsOpenTheSecondLevel) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  EXPECT_TRUE(IsEnabled("HazardType"));
+  EXPECT_EQ(ItemsOf("HazardType"), (QStringList{"None.", "Mechanical", "Noise", "Dust"}));
+  EXPECT_EQ(TextOf("HazardType"), "None.");
+  EXPECT_TRUE(ItemsOf("ActnByCbo").isEmpty());
+  ChooseList("Action by");
+  EXPECT_FALSE(IsEnabled("HazardType"));
+  EXPECT_TRUE(ItemsOf("HazardType").isEmpty());
+}
+
+TEST_F(custizationFrmTest, FreeTextInTheChoiceIsUndoneOnLeaving) {
+  Open<custizationFrm>();
+  TypeInto("ForCustmnCbo", "Something else");
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Please select from list.");
+  PressTab();
+  EXPECT_EQ(TextOf("ForCustmnCbo"), "Project stage");
+  EXPECT_TRUE(HasFocus("ForCustmnCbo"));
+  EXPECT_EQ(ItemsOf("ActnByLst").size(), 4);
+}
+
+TEST_F(custizationFrmTest, AnEntryThatIsPickedStandsInTheBox) {
+  Open<custizationFrm>();
+  PickEntry("Design");
+  EXPECT_EQ(TextOf("AddrcdTxt"), "Design");
+}
+
+TEST_F(custizationFrmTest, AnExistingTextIsOnlySelected) {
+  Open<custizationFrm>();
+  Add("Design");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Design", "Build"}));
+  EXPECT_EQ(Selected(), "Design");
+  EXPECT_EQ(session.AddDupFound, 1);
+  EXPECT_FALSE(session.AddPending);
+}
+
+TEST_F(custizationFrmTest, CaseMakesAnotherEntry) {
+  Open<custizationFrm>();
+  Add("design");
+  EXPECT_EQ(Stages().last(), "design");
+}
+
+TEST_F(custizationFrmTest, AnEmptyTextGoesNowhere) {
+  Open<custizationFrm>();
+  Click("adddt");
+  PressTab();
+  EXPECT_TRUE(HasFocus("AddrcdTxt"));
+  EXPECT_TRUE(session.AddPending);
+  EXPECT_EQ(Stages().size(), 4);
+}
+
+TEST_F(custizationFrmTest, ALeadingSpaceIsRefusedAndTheBoxPaintedUntilMended) {
+  Open<custizationFrm>();
+  Click("adddt");
+  Type(" Use");
+  desk.messages.ExpectTell(Icon::kCritical, kTitle, "Can not begin with a space.");
+  PressTab();
+  EXPECT_EQ(BackColour(&Control<QWidget>("AddrcdTxt")), colour::kWarning);
+  EXPECT_TRUE(HasFocus("AddrcdTxt"));
+  TypeInto("AddrcdTxt", "Use");
+  PressTab();
+  EXPECT_NE(BackColour(&Control<QWidget>("AddrcdTxt")), colour::kWarning);
+  EXPECT_EQ(Stages().last(), "Use");
+}
+
+TEST_F(custizationFrmTest, LeavingTheBoxWithoutAnAddDoesNothing) {
+  Open<custizationFrm>();
+  TypeInto("AddrcdTxt", "Not added");
+  PressTab();
+  EXPECT_EQ(Stages().size(), 4);
+}
+
+TEST_F(custizationFrmTest, AnEditedEntryIsSaved) {
+  Open<custizationFrm>();
+  PickEntry("Design");
+  TypeInto("AddrcdTxt", "Detail design");
+  Click("SavRcd");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Detail design", "Build"}));
+  EXPECT_EQ(Selected(), "Detail design");
+}
+
+TEST_F(custizationFrmTest, SavingAnEntryThatIsGoneOnlyFillsTheListAnew) {
+  Open<custizationFrm>();
+  PickEntry("Design");
+  TypeInto("AddrcdTxt", "Detail design");
+  Exec(installation.Lists(), "DELETE FROM Prjstage WHERE hazopstage='Design'");
+  Click("SavRcd");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Build"}));
+  EXPECT_EQ(TextOf("AddrcdTxt"), "Detail design");
+  EXPECT_EQ(Selected(), "");
+}
+
+TEST_F(custizationFrmTest, AChangeThatTheListRefusesIsForgotten) {
+  Exec(installation.Lists(), "CREATE UNIQUE INDEX one ON Prjstage(hazopstage COLLATE NOCASE)");
+  Open<custizationFrm>();
+  PickEntry("Design");
+  TypeInto("AddrcdTxt", "build");
+  Click("SavRcd");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Design", "Build"}));
+  EXPECT_EQ(ItemsOf("ActnByLst"), Stages());
+  PickEntry("None.");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Design", "Build"}));
+}
+
+TEST_F(custizationFrmTest, ANewEntryThatTheListRefusesIsForgottenAndPendsNoLonger) {
+  Exec(installation.Lists(), "CREATE UNIQUE INDEX one ON Prjstage(hazopstage COLLATE NOCASE)");
+  Open<custizationFrm>();
+  Add("design");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Design", "Build"}));
+  EXPECT_EQ(ItemsOf("ActnByLst"), Stages());
+  EXPECT_FALSE(session.AddPending);
+  EXPECT_EQ(session.AddDupFound, 0);
+}
+
+TEST_F(custizationFrmTest, DamagedListsOpenAsEmptyOnesAndSayNothing) {
+  QFile file(installation.Lists());
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("no database");
+  file.close();
+  Open<custizationFrm>();
+  EXPECT_TRUE(ItemsOf("ActnByLst").isEmpty());
+  EXPECT_EQ(TextOf("ActnFrmLbl"), "Customize : Project stage");
+  Add("Design");
+  EXPECT_TRUE(ItemsOf("ActnByLst").isEmpty());
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(custizationFrmTest, AReservedEntryIsSilentlyPutBack) {
+  Open<custizationFrm>();
+  PickEntry("None.");
+  TypeInto("AddrcdTxt", "Nothing");
+  Click("SavRcd");
+  EXPECT_EQ(TextOf("AddrcdTxt"), "None.");
+  EXPECT_EQ(Stages().first(), "None.");
+}
+
+TEST_F(custizationFrmTest, SavingAnEmptyBoxOnlyTakesTheFocusThere) {
+  Open<custizationFrm>();
+  PickEntry("Design");
+  TypeInto("AddrcdTxt", "");
+  Click("SavRcd");
+  EXPECT_TRUE(HasFocus("AddrcdTxt"));
+  EXPECT_TRUE(Stages().contains("Design"));
+}
+
+TEST_F(custizationFrmTest, DeletingAsksAndTakesTheEntry) {
+  Open<custizationFrm>();
+  PickEntry("Design");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete Record : Design",
+                          Button::kNo);
+  Click("dletedt");
+  EXPECT_EQ(Stages().size(), 4);
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete Record : Design",
+                          Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Build"}));
+  EXPECT_EQ(TextOf("AddrcdTxt"), "None.");
+  EXPECT_EQ(TextOf("ActnByCbo"), "None.");
+  EXPECT_EQ(Selected(), "None.");
+  EXPECT_EQ(session.MsgAnswer, Button::kYes);
+}
+
+TEST_F(custizationFrmTest, TheBoxShowsNoneAlsoWhereTheListHasNoSuchEntry) {
+  installation.GivenListRows("ActionBy", {"Anna", "Bert"});
+  Open<custizationFrm>();
+  ChooseList("Action by");
+  PickEntry("Bert");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete Record : Bert",
+                          Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(TextOf("AddrcdTxt"), "None.");
+  EXPECT_EQ(Stored("ActionBy", "ActnBy"), QStringList{"Anna"});
+}
+
+TEST_F(custizationFrmTest, AnEmptyBoxRefusesTheDeleteWhateverIsSelected) {
+  Open<custizationFrm>();
+  PickEntry("Design");
+  TypeInto("AddrcdTxt", "");
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "No record selected to deleted.");
+  Click("dletedt");
+  EXPECT_EQ(Stages().size(), 4);
+}
+
+TEST_F(custizationFrmTest, AReservedEntryCannotBeDeleted) {
+  Open<custizationFrm>();
+  PickEntry("N.A.");
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Cannot be deleted, reserved text.");
+  Click("dletedt");
+  EXPECT_TRUE(Stages().contains("N.A."));
+}
+
+TEST_F(custizationFrmTest, AnEntryThatSomebodyElseDeletedLeavesTheListAsItIs) {
+  Open<custizationFrm>();
+  PickEntry("Design");
+  Exec(installation.Lists(), "DELETE FROM Prjstage WHERE hazopstage='Design'");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete Record : Design",
+                          Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Build"}));
+}
+
+TEST_F(custizationFrmTest, DeletingAllSparesTheReservedWords) {
+  Open<custizationFrm>();
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete all Records.", Button::kNo);
+  Click("DeltAll");
+  EXPECT_EQ(Stages().size(), 4);
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete all Records.", Button::kYes);
+  Click("DeltAll");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "N.A."}));
+  EXPECT_EQ(ItemsOf("ActnByLst"), Stages());
+  EXPECT_EQ(TextOf("AddrcdTxt"), "None.");
+  EXPECT_EQ(TextOf("ActnByCbo"), "None.");
+}
+
+TEST_F(custizationFrmTest, AListWithoutReservedWordsEndsUpEmpty) {
+  Open<custizationFrm>();
+  ChooseList("phase of the machine life cycle");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete all Records.", Button::kYes);
+  Click("DeltAll");
+  EXPECT_TRUE(Stored("PhaseMachLife", "PhaseMachLife").isEmpty());
+  EXPECT_TRUE(ItemsOf("ActnByLst").isEmpty());
+}
+
+TEST_F(custizationFrmTest, AnEmptyListCanBeOpenedAndFilled) {
+  installation.GivenListRows("ActionBy", {});
+  Open<custizationFrm>();
+  ChooseList("Action by");
+  EXPECT_TRUE(ItemsOf("ActnByLst").isEmpty());
+  Add("Anna");
+  EXPECT_EQ(Stored("ActionBy", "ActnBy"), QStringList{"Anna"});
+}
+
+TEST_F(custizationFrmTest, TheToolTipsNameWhatAClickActsOn) {
+  Open<custizationFrm>();
+  PickEntry("Design");
+  EXPECT_EQ(TipUnderMouse("adddt"), "Click to add records under - Project stage");
+  EXPECT_EQ(TipUnderMouse("DeltAll"), "Click to delete all records from - Project stage");
+  EXPECT_EQ(TipUnderMouse("dletedt"), "Delete selected record - Design");
+  EXPECT_EQ(TipUnderMouse("SavRcd"), "Save edited record - Design");
+  Control<QListWidget>("ActnByLst").setCurrentRow(-1);
+  EXPECT_EQ(TipUnderMouse("dletedt"), "Delete selected record - 'NOT SELECTED'");
+  EXPECT_EQ(TipUnderMouse("SavRcd"), "Save edited record - 'NOT SELECTED'");
+}
+
+TEST_F(custizationFrmTest, ExitLetsGoOfTheLists) {
+  const QPointer<Form> form = &OpenModal<custizationFrm>();
+  Click("ext");
+  EXPECT_FALSE(QFile::exists(installation.Path("RskAsmtFld/RskAsmt_BkSup.ldb")));
+  EXPECT_TRUE(form.isNull());
+}
+
+// The two levels of the hazards.
+
+TEST_F(custizationFrmTest, AClickOnAPrimaryHazardShowsItsTypes) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  Pick("HazardType", "Mechanical");
+  EXPECT_EQ(TextOf("ActnFrmLbl"), "Customize : Mechanical");
+  EXPECT_EQ(ItemsOf("ActnByLst"), (QStringList{"Crushing", "Shearing"}));
+  EXPECT_EQ(Selected(), "Crushing");
+  Pick("HazardType", "Dust");
+  EXPECT_EQ(TextOf("ActnFrmLbl"), "Customize : Dust");
+  EXPECT_TRUE(ItemsOf("ActnByLst").isEmpty());
+}
+
+TEST_F(custizationFrmTest, AnAddGoesToTheLevelThatIsShown) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  Add("Heat");
+  EXPECT_EQ(Stored("primaryhazard", "hazardType").last(), "Heat");
+  Pick("HazardType", "Dust");
+  Add("Explosion");
+  EXPECT_EQ(Types().last(), "Dust/Explosion");
+}
+
+TEST_F(custizationFrmTest, ARenamedPrimaryHazardLeavesItsTypesBehind) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  PickEntry("Mechanical");
+  TypeInto("AddrcdTxt", "Mechanics");
+  Click("SavRcd");
+  EXPECT_TRUE(Stored("primaryhazard", "hazardType").contains("Mechanics"));
+  EXPECT_TRUE(Types().contains("Mechanical/Crushing"));
+}
+
+TEST_F(custizationFrmTest, ATypeIsRenamedInItsView) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  Pick("HazardType", "Mechanical");
+  PickEntry("Crushing");
+  TypeInto("AddrcdTxt", "Crush");
+  Click("SavRcd");
+  EXPECT_TRUE(Types().contains("Mechanical/Crush"));
+}
+
+TEST_F(custizationFrmTest, DeleteInThePrimaryViewTakesTheTypesAndLeavesTheHazard) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  PickEntry("Mechanical");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete,
+                          "Deleting all records in Mechanical WISH to delete all records?",
+                          Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(Types(), QStringList{"Noise/Engines"});
+  EXPECT_TRUE(Stored("primaryhazard", "hazardType").contains("Mechanical"));
+  EXPECT_TRUE(ItemsOf("ActnByLst").isEmpty());
+  EXPECT_EQ(TextOf("HazardType"), "Mechanical");
+}
+
+TEST_F(custizationFrmTest, DeleteOfAHazardWithoutTypesAsksAndRemovesNothing) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  PickEntry("Dust");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete,
+                          "Deleting all records in Dust WISH to delete all records?", Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(Types().size(), 3);
+  EXPECT_EQ(Stored("primaryhazard", "hazardType").size(), 4);
+}
+
+TEST_F(custizationFrmTest, DeleteInTheTypeViewTakesTheTypeForAPrimaryHazard) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  Pick("HazardType", "Mechanical");
+  PickEntry("Crushing");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete,
+                          "Deleting all records in Crushing WISH to delete all records?",
+                          Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(Types().size(), 3);
+}
+
+TEST_F(custizationFrmTest, ANoToTheTypesDeletesNothing) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  PickEntry("Mechanical");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete,
+                          "Deleting all records in Mechanical WISH to delete all records?",
+                          Button::kNo);
+  Click("dletedt");
+  EXPECT_EQ(Types().size(), 3);
+}
+
+TEST_F(custizationFrmTest, DeleteAllOfThePrimaryHazardsTakesOneHazardsTypes) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  Control<QComboBox>("HazardType").setEditText("Mechanical");
+  const QString question =
+      "By deleting record from Primary Hazard will also delete all related records in Hazard Type "
+      "list box. WISH to delete all records?";
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, question, Button::kNo);
+  Click("DeltAll");
+  EXPECT_EQ(Types().size(), 3);
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, question, Button::kYes);
+  Click("DeltAll");
+  EXPECT_EQ(Stored("primaryhazard", "hazardType"), QStringList{"None."});
+  EXPECT_EQ(Types(), QStringList{"Noise/Engines"});
+  EXPECT_EQ(TextOf("ForCustmnCbo"), "Project stage");
+  EXPECT_TRUE(ItemsOf("ActnByLst").isEmpty());
+  ChooseList("Project stage");
+  EXPECT_EQ(ItemsOf("ActnByLst").size(), 4);
+}
+
+TEST_F(custizationFrmTest, DeleteAllInTheTypeViewSparesTheReservedWords) {
+  installation.GivenHazardTypes("Mechanical", {"None.", "N.A."});
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  Pick("HazardType", "Mechanical");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete all Records.", Button::kYes);
+  Click("DeltAll");
+  EXPECT_EQ(Types(), (QStringList{"Noise/Engines", "Mechanical/None.", "Mechanical/N.A."}));
+}
+
+TEST_F(custizationFrmTest, AnotherUsersEntryShowsWhenTheListIsOpenedAgain) {
+  Open<custizationFrm>();
+  Exec(installation.Lists(), "INSERT INTO Prjstage(hazopstage) VALUES('Theirs')");
+  EXPECT_EQ(ItemsOf("ActnByLst").size(), 4);
+  Add("Mine");
+  ChooseList("Project stage");
+  EXPECT_EQ(ItemsOf("ActnByLst"),
+            (QStringList{"None.", "N.A.", "Design", "Build", "Theirs", "Mine"}));
+}
+
+}  // namespace
+}  // namespace kestrix
