@@ -1,0 +1,249 @@
+#include "supporting/tagdwgsfrm.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QTreeWidget>
+
+#include "formkit/Controls.h"
+#include "formkit/PictureView.h"
+#include "platform/FileSystem.h"
+#include "shell/CommonDialog.h"
+#include "store/LookupList.h"
+#include "store/RecordSources.h"
+#include "store/Recordset.h"
+#include "ui_tagdwgsfrm.h"
+
+namespace kestrix {
+namespace {
+
+enum Column { kPath = 0, kName = 1 };
+
+const QString kTitle = QStringLiteral("BELTROVAN.");
+
+/// The fields of a link, in the order of its record source.
+enum Field { kProject = 0, kFilePath = 1, kShortDescription = 2, kEmbedded = 3 };
+
+const QString kNoFiles = QStringLiteral("No files linked. ");
+
+}  // namespace
+
+tagdwgsfrm::tagdwgsfrm(Context& context)
+    : SessionForm(context), ui_(std::make_unique<Ui::tagdwgsfrm>()) {
+  ui_->setupUi(this);
+  preview_ = std::make_unique<PictureView>(ui_->ImgAccd2);
+  On(ui_->fllst, &QTreeWidget::currentItemChanged, &tagdwgsfrm::fllst_ItemClick);
+  On(ui_->fllst, &QTreeWidget::itemClicked, &tagdwgsfrm::fllst_Click);
+  // A double click counts on the whole list, also where it has no row.
+  ui_->fllst->viewport()->installEventFilter(this);
+  ui_->fllst->installEventFilter(this);
+  On(ui_->LnkFls_1, &QPushButton::clicked, &tagdwgsfrm::LnkFls_1_Click);
+  On(ui_->DeltFle, &QPushButton::clicked, &tagdwgsfrm::DeltFle_Click);
+  On(ui_->cls_1, &QPushButton::clicked, &tagdwgsfrm::cls_1_Click);
+}
+
+tagdwgsfrm::~tagdwgsfrm() = default;
+
+void tagdwgsfrm::Load() {
+  try {
+    dwgflsDB_.SetDatabaseName(installation().Study(session().ActiveStudyNo));
+    dwgflsDB_.Refresh();
+    ui_->EsiNoLBL->setText(context().project.ESI_No());
+    session().FileLinkSql = sources::FileLinkSql(context().project.ESI_No());
+    dwgflsDB_.SetRecordSource(session().FileLinkSql);
+    dwgflsDB_.Refresh();
+    FillList();
+    Links().MoveFirst();
+  } catch (const Failure&) {
+    ShowPath(kNoFiles);
+  }
+}
+
+void tagdwgsfrm::Activate() {
+  try {
+    ShowPath(u' ' + SelectedItem().text(kPath));
+  } catch (const Failure&) {
+    ShowPath(kNoFiles);
+  }
+}
+
+void tagdwgsfrm::QueryUnload() {
+  session().ProjectFormHolds = 1;
+  PassOver([&] {
+    if (Links().RecordCount() == 0) return;
+    const Recordset::Walk walk(Links());
+    for (Links().MoveFirst(); !Links().Eof();) Links().MoveNext();
+  });
+}
+
+bool tagdwgsfrm::eventFilter(QObject* watched, QEvent* event) {
+  const bool clicked_twice =
+      watched == ui_->fllst->viewport() && event->type() == QEvent::MouseButtonDblClick;
+  const bool entered = watched == ui_->fllst && event->type() == QEvent::KeyPress &&
+                       (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Return ||
+                        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Enter);
+  // An arrow key selects as a click does, and the path has to follow the preview.
+  const QTreeWidgetItem* selected = ui_->fllst->currentItem();
+  if (watched == ui_->fllst && event->type() == QEvent::KeyRelease && selected != nullptr &&
+      selected->text(kPath) != ui_->pathdsply->text().trimmed())
+    fllst_Click();
+  if (!clicked_twice && !entered) return SessionForm::eventFilter(watched, event);
+  Guarded([this] { fllst_DblClick(); });
+  return true;
+}
+
+void tagdwgsfrm::cls_1_Click() {
+  UnloadForm();
+}
+
+void tagdwgsfrm::FillList() {
+  ui_->fllst->clear();
+  if (Links().RecordCount() == 0) return;
+  const Recordset::Walk walk(Links());
+  QList<QTreeWidgetItem*> items;
+  for (Links().MoveFirst(); !Links().Eof(); Links().MoveNext()) {
+    items += new QTreeWidgetItem({Links().Text(kFilePath), Links().Text(kShortDescription)});
+    items.back()->setToolTip(kPath, ui_->fllst->toolTip());
+    items.back()->setToolTip(kName, ui_->fllst->toolTip());
+  }
+  ui_->fllst->addTopLevelItems(items);
+  ui_->fllst->setCurrentItem(items.front());
+}
+
+const QTreeWidgetItem& tagdwgsfrm::SelectedItem() const {
+  const QTreeWidgetItem* item = ui_->fllst->currentItem();
+  if (item == nullptr) {
+    throw Failure(failure::kObjectNotSet, QStringLiteral("No file is selected."));
+  }
+  return *item;
+}
+
+void tagdwgsfrm::ShowPath(const QString& text) {
+  ui_->pathdsply->setText(text);
+  ui_->pathdsply->setToolTip(text.trimmed());
+}
+
+void tagdwgsfrm::fllst_ItemClick() {
+  try {
+    preview_->Clear();
+    preview_->Load(SelectedItem().text(kPath));
+  } catch (const Failure&) {
+    ShowFallback();
+  }
+}
+
+/// What is no picture, or is gone, shows a picture that says so.
+void tagdwgsfrm::ShowFallback() {
+  session().FileFoundA = files().FileExists(installation().PictureError());
+  if (!session().FileFoundA || ui_->fllst->currentItem() == nullptr) return;
+  PassOver([&] { preview_->Clear(); }, [&] { preview_->Load(installation().PictureError()); });
+}
+
+void tagdwgsfrm::fllst_Click() {
+  try {
+    const QString path = SelectedItem().text(kPath);
+    ui_->Pathlenstr->setText(path);
+    ShowPath(path);
+  } catch (const Failure&) {
+    ShowPath(kNoFiles);
+  }
+}
+
+void tagdwgsfrm::LnkFls_1_Click() {
+  try {
+    LinkChosenFile();
+  } catch (const Failure&) {
+    Tell(Icon::kInformation, kTitle, QStringLiteral("Unable to Link file./No file selected."));
+  }
+}
+
+/// A dialog that was cancelled gives an empty path, which the table refuses; the item that was put
+/// into the list stays there until the list is filled again.
+void tagdwgsfrm::LinkChosenFile() {
+  dialog().DialogTitle = QStringLiteral("BELTROVAN : Select Pictures/Documents Files");
+  dialog().FileName.clear();
+  dialog().Filter = QStringLiteral("Folders|Folders|*..");
+  dialog().FilterIndex = 2;
+  dialog().ShowOpen();
+  const QString path = dialog().FileName;
+  const QString title = dialog().FileTitle();
+  if (Links().RecordCount() > 0 && lookup::WalkTo(Links(), path, kFilePath)) {
+    Tell(Icon::kInformation, QStringLiteral("BELTROVAN: Duplicate linking."),
+         QStringLiteral("File already exists."));
+    return;
+  }
+  ui_->fllst->addTopLevelItem(new QTreeWidgetItem({path, title}));
+  AddLink(path, title);
+  FillList();
+  Links().MoveFirst();
+  ShowPath(u' ' + SelectedItem().text(kPath));
+}
+
+void tagdwgsfrm::AddLink(const QString& path, const QString& title) {
+  Links().AddNew();
+  const Recordset::Attempt attempt(Links());
+  Links().Set(kProject, context().project.ESI_No());
+  Links().Set(kFilePath, path);
+  Links().Set(kShortDescription, title);
+  Links().Set(kEmbedded, path);
+  Links().Update();
+}
+
+void tagdwgsfrm::DeltFle_Click() {
+  try {
+    const QString path = SelectedItem().text(kPath);
+    const int index = ui_->fllst->indexOfTopLevelItem(ui_->fllst->currentItem());
+    if (!IsDeletionWished(QStringLiteral("Wish to delete linked file. [") + path +
+                          QStringLiteral("] from records?"))) {
+      return;
+    }
+    ui_->Pathlenstr->setText(path);
+    delete ui_->fllst->takeTopLevelItem(index);
+    lookup::WalkTo(Links(), path, kFilePath);
+    Links().Delete();
+    if (ui_->fllst->topLevelItemCount() > 0) {
+      ShowPath(u' ' + SelectedItem().text(kPath));
+    } else {
+      preview_->Clear();
+      ShowPath(QStringLiteral("No files linked."));
+    }
+  } catch (const Failure&) {
+    Tell(Icon::kInformation, kTitle,
+         QStringLiteral("Failed to remove file. /File does not exist."));
+  }
+}
+
+void tagdwgsfrm::fllst_DblClick() {
+  try {
+    OpenSelectedFile();
+  } catch (const Failure&) {
+    Tell(Icon::kInformation, kTitle, QStringLiteral("Unable to open file."));
+  }
+}
+
+void tagdwgsfrm::OpenSelectedFile() {
+  opened_path_ = SelectedItem().text(kPath);
+  ui_->Pathlenstr->setText(opened_path_);
+  if (!files().FileExists(opened_path_)) {
+    Tell(Icon::kInformation, QStringLiteral("BELTROVAN: File missing."),
+         QStringLiteral("File moved or Deleted."));
+    return;
+  }
+  CutFolderToScratch(opened_path_, SelectedItem().text(kName));
+  files().ChangeFolder(ui_->Pathlenstr->text());
+  const WaitCursor wait;
+  platform().shell.OpenDocument(opened_path_);
+}
+
+/// The folder is cut off by way of the clipboard, which then holds it.
+void tagdwgsfrm::CutFolderToScratch(const QString& path, const QString& title) {
+  const int length = static_cast<int>(path.size() - title.size()) - 1;
+  ui_->Pathlenstr->setVisible(true);
+  ui_->Pathlenstr->setFocus();
+  ui_->Pathlenstr->setSelection(0, length);
+  platform().clipboard.Clear();
+  platform().clipboard.SetText(ui_->Pathlenstr->selectedText());
+  ui_->Pathlenstr->setVisible(false);
+  ui_->Pathlenstr->setText(platform().clipboard.Text());
+}
+
+}  // namespace kestrix

@@ -1,0 +1,421 @@
+#include "supporting/tagdwgsfrm.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QLabel>
+#include <QTreeWidget>
+
+#include "platform/QtShell.h"
+#include "support/FormTest.h"
+
+namespace kestrix {
+namespace {
+
+const QString kEnd = QStringLiteral("BELTROVAN.");
+constexpr int kStudy = 3;
+
+class tagdwgsfrmTest : public FormTest {
+ protected:
+  tagdwgsfrmTest() {
+    installation.GivenStudy(kStudy);
+    session.ActiveStudyNo = kStudy;
+    project.number = QStringLiteral("P-1");
+  }
+
+  QString GivenFile(const QString& name, const QByteArray& bytes = "text") {
+    const QString path = installation.Outside(name);
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    return path;
+  }
+  QString GivenPicture(const QString& name) {
+    const QString path = installation.Outside(name);
+    QImage image(40, 30, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    EXPECT_TRUE(image.save(path, "PNG"));
+    return path;
+  }
+  void GivenLink(const QString& path, const QString& number = "P-1") {
+    Exec(installation.Study(kStudy),
+         QStringLiteral("INSERT INTO fileLink(Project_Number,FilePath,FileShrtDscrptn,FileEmb) "
+                        "VALUES('%1','%2','%3','%2')")
+             .arg(number, path, QFileInfo(path).fileName()));
+  }
+  QStringList StoredPaths(const QString& number = "P-1") {
+    return Column(installation.Study(kStudy),
+                  "SELECT FilePath FROM fileLink WHERE Project_Number='" + number + "'");
+  }
+  QStringList ShownPaths() {
+    QStringList found;
+    auto& list = Control<QTreeWidget>("fllst");
+    for (int i = 0; i < list.topLevelItemCount(); ++i) found += list.topLevelItem(i)->text(0);
+    return found;
+  }
+  void ClickLink(int row, bool twice = false) {
+    auto& list = Control<QTreeWidget>("fllst");
+    const QPoint place = list.visualItemRect(list.topLevelItem(row)).center();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
+    if (twice) QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+    Settle();
+  }
+  void Link(const QString& path) {
+    desk.dialogs.ChooseToOpen(path);
+    Click("LnkFls_1");
+  }
+  QStringList Opened() {
+    QStringList found;
+    for (const auto& document : desk.shell.Documents()) found += document.name;
+    return found;
+  }
+  QImage Preview() { return Control<QLabel>("ImgAccd2").pixmap(Qt::ReturnByValue).toImage(); }
+  static bool IsBlue(const QImage& image) {
+    return !image.isNull() && image.pixelColor(image.width() / 2, image.height() / 2) == Qt::blue;
+  }
+};
+
+TEST_F(tagdwgsfrmTest, ShowsTheLinksOfItsProjectInTheOrderOfTheTable) {
+  GivenLink("/tmp/b.txt");
+  GivenLink("/tmp/a.txt");
+  GivenLink("/tmp/other.txt", "P-2");
+  Open<tagdwgsfrm>();
+  EXPECT_EQ(TextOf("EsiNoLBL"), "P-1");
+  EXPECT_EQ(ShownPaths(), (QStringList{"/tmp/b.txt", "/tmp/a.txt"}));
+  EXPECT_EQ(Control<QTreeWidget>("fllst").topLevelItem(0)->text(1), "b.txt");
+}
+
+TEST_F(tagdwgsfrmTest, TheFirstLinkIsSelectedWhenTheFormComesUp) {
+  GivenLink(GivenPicture("a.png"));
+  GivenLink("/tmp/b.txt");
+  Open<tagdwgsfrm>();
+  EXPECT_EQ(TextOf("pathdsply"), " " + installation.Outside("a.png"));
+  EXPECT_TRUE(IsBlue(Preview()));
+}
+
+TEST_F(tagdwgsfrmTest, AnEmptyListSaysSo) {
+  Open<tagdwgsfrm>();
+  EXPECT_EQ(TextOf("pathdsply"), "No files linked. ");
+}
+
+TEST_F(tagdwgsfrmTest, AProjectNumberWithAnApostropheEndsAsAnEmptyList) {
+  GivenLink("/tmp/b.txt");
+  project.number = QStringLiteral("O'Neil");
+  Open<tagdwgsfrm>();
+  EXPECT_TRUE(ShownPaths().isEmpty());
+  EXPECT_EQ(TextOf("pathdsply"), "No files linked. ");
+  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to Link file./No file selected.");
+  Link(GivenFile("x.txt"));
+}
+
+TEST_F(tagdwgsfrmTest, AMissingStudyEndsAsAnEmptyList) {
+  ASSERT_TRUE(QFile::remove(installation.Study(kStudy)));
+  Open<tagdwgsfrm>();
+  EXPECT_EQ(TextOf("pathdsply"), "No files linked. ");
+}
+
+TEST_F(tagdwgsfrmTest, LinkingKeepsThePathAndNeitherCopiesNorMoves) {
+  const QString path = GivenFile("drawing 1.txt");
+  Open<tagdwgsfrm>();
+  Link(path);
+  EXPECT_EQ(Sql(installation.Study(kStudy),
+                "SELECT Project_Number,FilePath,FileShrtDscrptn,FileEmb FROM fileLink"),
+            (QList<QStringList>{{"P-1", path, "drawing 1.txt", path}}));
+  EXPECT_EQ(ShownPaths(), QStringList{path});
+  EXPECT_EQ(TextOf("pathdsply"), " " + path);
+  EXPECT_TRUE(QFile::exists(path));
+  ASSERT_EQ(desk.dialogs.Requests().size(), 1);
+  EXPECT_EQ(desk.dialogs.Requests().first().request.title,
+            "BELTROVAN : Select Pictures/Documents Files");
+  EXPECT_EQ(desk.dialogs.Requests().first().request.filter, "Folders|Folders|*..");
+  EXPECT_EQ(desk.dialogs.Requests().first().request.filter_index, 2);
+}
+
+class tagdwgsfrmNameTest : public tagdwgsfrmTest,
+                           public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(tagdwgsfrmNameTest, EveryNameIsLinkedPreviewedAndOpened) {
+  QString name = QString::fromUtf8(GetParam());
+  if (name == "255") name = QString(251, u'n') + ".png";
+  const QString path = GivenPicture(name);
+  Open<tagdwgsfrm>();
+  Link(path);
+  EXPECT_EQ(StoredPaths(), QStringList{path});
+  ClickLink(0, true);
+  EXPECT_TRUE(IsBlue(Preview()));
+  EXPECT_EQ(Opened(), QStringList{path});
+  EXPECT_TRUE(desk.shell.Companions().isEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, tagdwgsfrmNameTest,
+                         ::testing::Values("with blanks.png", "it's \"quoted\".png",
+                                           "图纸 Чертёж.png", "255", "-dash.png", "#%20.png"),
+                         [](const auto& name) { return "Name" + std::to_string(name.index); });
+
+TEST_F(tagdwgsfrmTest, TheSamePathTwiceIsRefused) {
+  const QString path = GivenFile("x.txt");
+  GivenLink(path);
+  Open<tagdwgsfrm>();
+  desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN: Duplicate linking.",
+                           "File already exists.");
+  Link(path);
+  EXPECT_EQ(StoredPaths(), QStringList{path});
+  EXPECT_EQ(ShownPaths(), QStringList{path});
+}
+
+TEST_F(tagdwgsfrmTest, TheSamePathUnderTwoProjectsIsAllowed) {
+  const QString path = GivenFile("x.txt");
+  GivenLink(path, "P-2");
+  Open<tagdwgsfrm>();
+  Link(path);
+  EXPECT_EQ(StoredPaths(), QStringList{path});
+  EXPECT_EQ(StoredPaths("P-2"), QStringList{path});
+}
+
+TEST_F(tagdwgsfrmTest, ACancelledDialogIsRefusedByTheTableAndLeavesItsItemUntilTheNextFill) {
+  GivenLink("/tmp/a.txt");
+  Open<tagdwgsfrm>();
+  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to Link file./No file selected.");
+  Link({});
+  EXPECT_EQ(StoredPaths(), QStringList{"/tmp/a.txt"});
+  EXPECT_EQ(ShownPaths(), (QStringList{"/tmp/a.txt", ""}));
+  Link(GivenFile("x.txt"));
+  EXPECT_EQ(ShownPaths().size(), 2);
+  EXPECT_EQ(ShownPaths().last(), installation.Outside("x.txt"));
+}
+
+TEST_F(tagdwgsfrmTest, APictureIsPreviewedAndItsPathShown) {
+  GivenLink(GivenPicture("a.png"));
+  Open<tagdwgsfrm>();
+  ClickLink(0);
+  EXPECT_TRUE(IsBlue(Preview()));
+  EXPECT_EQ(TextOf("pathdsply"), installation.Outside("a.png"));
+}
+
+TEST_F(tagdwgsfrmTest, AnArrowKeySelectsAsAClickDoes) {
+  GivenLink("/tmp/b.txt");
+  GivenLink("/tmp/a.txt");
+  Open<tagdwgsfrm>();
+  auto& list = Control<QTreeWidget>("fllst");
+  list.setCurrentItem(list.topLevelItem(0));
+  QTest::keyClick(&list, Qt::Key_Down);
+  EXPECT_EQ(TextOf("pathdsply"), "/tmp/a.txt");
+}
+
+TEST_F(tagdwgsfrmTest, WhatIsNoPictureOrIsGoneShowsTheFallback) {
+  GivenLink(GivenFile("a.txt"));
+  GivenLink(installation.Outside("gone.png"));
+  GivenLink(GivenFile("broken.jpg", "\xff\xd8\xff\xe0 not really"));
+  Open<tagdwgsfrm>();
+  for (int row = 0; row < 3; ++row) {
+    ClickLink(row);
+    EXPECT_FALSE(Preview().isNull()) << row;
+    EXPECT_FALSE(IsBlue(Preview())) << row;
+  }
+}
+
+TEST_F(tagdwgsfrmTest, WithoutTheFallbackPictureThePreviewStaysClear) {
+  ASSERT_TRUE(QFile::remove(installation.Path("RskAsmtFld/errImgLoad.jpg")));
+  GivenLink(GivenPicture("a.png"));
+  GivenLink(GivenFile("a.txt"));
+  Open<tagdwgsfrm>();
+  ClickLink(0);
+  ClickLink(1);
+  EXPECT_TRUE(Preview().isNull());
+}
+
+TEST_F(tagdwgsfrmTest, ADoubleClickOpensTheDocumentAndLeavesTheFolderOnTheClipboard) {
+  const QString path = GivenFile("report.txt");
+  GivenLink(path);
+  Open<tagdwgsfrm>();
+  desk.clipboard.SetText("what the user had");
+  ClickLink(0, true);
+  EXPECT_EQ(Opened(), QStringList{path});
+  EXPECT_EQ(desk.clipboard.Text(), QFileInfo(path).path());
+  EXPECT_EQ(desk.files.CurrentFolder(), QFileInfo(path).path());
+  EXPECT_FALSE(IsVisible("Pathlenstr"));
+  EXPECT_EQ(TextOf("Pathlenstr"), QFileInfo(path).path());
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(tagdwgsfrmTest, EnterOpensTheSelectedDocument) {
+  const QString path = GivenFile("report.txt");
+  GivenLink(path);
+  Open<tagdwgsfrm>();
+  ClickLink(0);
+  PressKey(Qt::Key_Return);
+  EXPECT_EQ(Opened(), QStringList{path});
+}
+
+TEST_F(tagdwgsfrmTest, AProgramThatWasLinkedIsOpenedAsADocumentNeverStarted) {
+  const QString path = GivenFile("tool.sh", "#!/bin/sh\ntouch started\n");
+  QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+  GivenLink(path);
+  Open<tagdwgsfrm>();
+  ClickLink(0, true);
+  EXPECT_EQ(Opened(), QStringList{path});
+  EXPECT_TRUE(desk.shell.Companions().isEmpty());
+}
+
+/// The same form on the desktop's own opener: a program named xdg-open that stands first in the
+/// path and takes down what it is given.
+class tagdwgsfrmOpenerTest : public tagdwgsfrmTest {
+ protected:
+  tagdwgsfrmOpenerTest() {
+    const QString folder = installation.Outside("opener");
+    EXPECT_TRUE(QDir().mkpath(folder));
+    Script(folder + "/xdg-open", "#!/bin/sh\nprintf '%s\\n' \"$#\" \"$1\" > '" + Given() + "'\n");
+    path_before_ = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(folder) + ':' + path_before_);
+  }
+  ~tagdwgsfrmOpenerTest() override { qputenv("PATH", path_before_); }
+
+  static void Script(const QString& path, const QString& text) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text.toUtf8());
+    file.close();
+    ASSERT_TRUE(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+  }
+  QString Given() const { return installation.Outside("given.txt"); }
+  QString ReadGiven() const {
+    QFile file(Given());
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+  }
+
+  QtShell opener;
+  Platform desktop{.messages = desk.messages,
+                   .files = desk.files,
+                   .shell = opener,
+                   .windows = desk.windows,
+                   .settings = desk.settings,
+                   .dialogs = desk.dialogs,
+                   .printing = desk.printing,
+                   .clipboard = desk.clipboard,
+                   .clock = desk.clock,
+                   .environment = desk.environment};
+  FormKit desktop_kit{desktop, kit.focus, kit.forms};
+  Context desktop_context{desktop_kit, session, paths, frame, dialog, project, task};
+
+ private:
+  QByteArray path_before_;
+};
+
+TEST_F(tagdwgsfrmOpenerTest, ALinkedProgramIsHandedToTheOpenerAndNeverRun) {
+  const QString started = installation.Outside("started");
+  const QString program = installation.Outside("it's a \"tool\".sh");
+  Script(program, "#!/bin/sh\ntouch '" + started + "'\n");
+  Exec(installation.Study(kStudy), "INSERT INTO fileLink VALUES('P-1','" +
+                                       QString(program).replace("'", "''") + "','" +
+                                       QFileInfo(program).fileName().replace("'", "''") + "','')");
+  tagdwgsfrm form(desktop_context);
+  form.LoadForm();
+  form.ShowForm();
+  Settle();
+  LookAt(form);
+  ClickLink(0, true);
+  ASSERT_TRUE(WaitUntil([&] { return ReadGiven().endsWith('\n'); }));
+  EXPECT_EQ(ReadGiven(), "1\n" + program + "\n");
+  EXPECT_FALSE(QFile::exists(started));
+}
+
+TEST_F(tagdwgsfrmTest, AFileThatIsGoneIsTold) {
+  GivenLink(installation.Outside("gone.txt"));
+  Open<tagdwgsfrm>();
+  desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN: File missing.",
+                           "File moved or Deleted.");
+  ClickLink(0, true);
+  EXPECT_TRUE(Opened().isEmpty());
+}
+
+TEST_F(tagdwgsfrmTest, ADocumentThatCannotBeOpenedIsTold) {
+  GivenLink(GivenFile("report.txt"));
+  Open<tagdwgsfrm>();
+  desk.shell.FailWith(failure::kInvalidCall);
+  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
+  ClickLink(0, true);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(tagdwgsfrmTest, AnEmptyListDoubleClickedCannotOpen) {
+  Open<tagdwgsfrm>();
+  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
+  auto& list = Control<QTreeWidget>("fllst");
+  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, list.viewport()->rect().center());
+  Settle();
+}
+
+TEST_F(tagdwgsfrmTest, RemovingALinkAsksAndLeavesTheFile) {
+  const QString path = GivenFile("x.txt");
+  GivenLink("/tmp/a.txt");
+  GivenLink(path);
+  Open<tagdwgsfrm>();
+  ClickLink(1);
+  const QString question = "Wish to delete linked file. [" + path + "] from records?";
+  desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record", question, Button::kNo);
+  Click("DeltFle");
+  EXPECT_EQ(StoredPaths().size(), 2);
+  desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record", question, Button::kYes);
+  Click("DeltFle");
+  EXPECT_EQ(StoredPaths(), QStringList{"/tmp/a.txt"});
+  EXPECT_EQ(ShownPaths(), QStringList{"/tmp/a.txt"});
+  EXPECT_EQ(TextOf("pathdsply"), " /tmp/a.txt");
+  EXPECT_TRUE(QFile::exists(path));
+}
+
+TEST_F(tagdwgsfrmTest, RemovingTheLastLinkSaysThatThereAreNone) {
+  GivenLink("/tmp/a.txt");
+  Open<tagdwgsfrm>();
+  ClickLink(0);
+  desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
+                          "Wish to delete linked file. [/tmp/a.txt] from records?", Button::kYes);
+  Click("DeltFle");
+  EXPECT_EQ(TextOf("pathdsply"), "No files linked.");
+  EXPECT_TRUE(StoredPaths().isEmpty());
+}
+
+TEST_F(tagdwgsfrmTest, OfTwoRowsWithOnePathTheFirstGoes) {
+  GivenLink("/tmp/a.txt");
+  GivenLink("/tmp/a.txt");
+  Open<tagdwgsfrm>();
+  ClickLink(1);
+  desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
+                          "Wish to delete linked file. [/tmp/a.txt] from records?", Button::kYes);
+  Click("DeltFle");
+  EXPECT_EQ(Column(installation.Study(kStudy), "SELECT rowid FROM fileLink"), QStringList{"2"});
+}
+
+TEST_F(tagdwgsfrmTest, RemovingWithNothingSelectedFails) {
+  Open<tagdwgsfrm>();
+  desk.messages.ExpectTell(Icon::kInformation, kEnd,
+                           "Failed to remove file. /File does not exist.");
+  Click("DeltFle");
+}
+
+TEST_F(tagdwgsfrmTest, ALinkThatSomebodyElseRemovedFails) {
+  GivenLink("/tmp/a.txt");
+  Open<tagdwgsfrm>();
+  ClickLink(0);
+  Exec(installation.Study(kStudy), "DELETE FROM fileLink");
+  desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
+                          "Wish to delete linked file. [/tmp/a.txt] from records?", Button::kYes);
+  desk.messages.ExpectTell(Icon::kInformation, kEnd,
+                           "Failed to remove file. /File does not exist.");
+  Click("DeltFle");
+}
+
+TEST_F(tagdwgsfrmTest, EveryWayOutLetsTheProjectFormHoldAgain) {
+  GivenLink("/tmp/a.txt");
+  const QPointer<Form> by_button = &OpenModal<tagdwgsfrm>();
+  Click("cls_1");
+  EXPECT_TRUE(by_button.isNull());
+  EXPECT_EQ(session.ProjectFormHolds, 1);
+  EXPECT_FALSE(QFile::exists(installation.StudySign(kStudy)));
+  session.ProjectFormHolds = 0;
+  auto& by_box = OpenModal<tagdwgsfrm>();
+  CloseBox(by_box);
+  EXPECT_EQ(session.ProjectFormHolds, 1);
+}
+
+}  // namespace
+}  // namespace kestrix
