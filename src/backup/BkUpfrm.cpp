@@ -1,0 +1,223 @@
+#include "backup/BkUpfrm.h"
+
+#include <QCloseEvent>
+#include <QScopedValueRollback>
+#include <limits>
+
+#include "backup/BackupSet.h"
+#include "formkit/Controls.h"
+#include "platform/FileSystem.h"
+#include "platform/Measures.h"
+#include "store/Database.h"
+#include "store/RecordSources.h"
+#include "ui_BkUpfrm.h"
+
+namespace kestrix {
+namespace {
+
+constexpr int kBackupMode = 0;
+constexpr int kRestoreMode = 1;
+constexpr int kNameField = 0;
+constexpr int kEmptyBarTwips = 10;
+
+/// Captions whose tool tip says the same without the mark of the key.
+const std::array kTips{
+    std::pair{&BkUpfrm::kSelectFolder, "Select folder"},
+    std::pair{&BkUpfrm::kBackup, "Backup Study files"},
+    std::pair{&BkUpfrm::kBackupComplete, "Backup complete"},
+    std::pair{&BkUpfrm::kRestore, "Restore Study files"},
+    std::pair{&BkUpfrm::kRestoreComplete, "Study files Restored complete"},
+};
+
+}  // namespace
+
+BkUpfrm::BkUpfrm(Context& context)
+    : SessionForm(context),
+      ui(std::make_unique<Ui::BkUpfrm>()),
+      worker_(context.session, context.installation, context.kit.platform) {
+  ui->setupUi(this);
+  HoldFront();
+  orgndata_.SetRecordSource(sources::kOrgtnTable);
+  ui->progPic1->installEventFilter(this);
+  On(ui->clsd, &QPushButton::clicked, &BkUpfrm::clsd_Click);
+  On(ui->clsed, &QPushButton::clicked, &BkUpfrm::clsed_Click);
+}
+
+BkUpfrm::~BkUpfrm() = default;
+
+void BkUpfrm::PrepareBackup() {
+  setWindowTitle(QStringLiteral(" BELTROVAN: Backup Risk Assessment files"));
+  ui->orgmnelbl->setText(QStringLiteral("LIST of Name of Organization / Section to Backup:"));
+  SetMainCaption(kSelectFolder);
+}
+
+void BkUpfrm::SetMainCaption(const QString& caption) {
+  ui->clsd->setText(caption);
+  for (const auto& [known, tip] : kTips)
+    if (caption == *known) ui->clsd->setToolTip(QString::fromLatin1(tip));
+}
+
+void BkUpfrm::Load() {
+  try {
+    LoadSteps();
+  } catch (const Failure&) {
+    Tell(Icon::kCritical, QStringLiteral("BELTROVAN: Files missing"),
+         QStringLiteral("More files required run setup/Installed Files missing"));
+    UnloadForm();
+    Q_EMIT LoadFailed();
+  }
+}
+
+void BkUpfrm::LoadSteps() {
+  FitBar();
+  const bool lists_organisations =
+      session().BackupMode == kBackupMode || session().BackupMode == kRestoreMode;
+  ui->BKList1->setVisible(lists_organisations);
+  ui->ListBk_2->setVisible(!lists_organisations);
+  files().ChangeFolder(installation().ApplicationFolder());
+  system_root_ = platform().environment.Variable(QStringLiteral("SYSTEMROOT"));
+  temp_ = platform().environment.Variable(QStringLiteral("TEMP"));
+  if (session().BackupMode == kBackupMode) LoadLiveRegister();
+  if (session().BackupMode == kRestoreMode) LoadRegisterOfSet();
+  if (!lists_organisations) ui->ListBk_2->setText(QStringLiteral("1. Presets\r\n2. Zero nodes"));
+  SetMainCaption(ui->clsd->text());
+}
+
+void BkUpfrm::LoadLiveRegister() {
+  if (!files().FileExists(installation().Register()))
+    return TellMissing(QStringLiteral("2. Backup Files missing. contact M/s. BELTROVAN"));
+  OpenRegister(installation().Register());
+}
+
+/// Shows the organisations of the set by a copy of its register, so that neither the set nor the
+/// live register is held open.
+void BkUpfrm::LoadRegisterOfSet() {
+  const QString in_set = BackupSet(session().BackupFolder).Register();
+  if (files().FileExists(in_set)) {
+    const QString copy = JoinPath(temp_, QStringLiteral("\\orgtn.mdb"));
+    // In a folder that many share, a link of that name might lead anywhere.
+    if (files().FileExists(copy)) files().DeleteFile(copy);
+    CopyDatabase(in_set, copy);
+    OpenRegister(copy);
+  } else {
+    TellMissing(QStringLiteral("1. Restored Files missing. contact M/s. BELTROVAN"));
+  }
+  SetMainCaption(kRestore);
+}
+
+void BkUpfrm::OpenRegister(const QString& path) {
+  orgndata_.SetDatabaseName(path);
+  orgndata_.Refresh();
+  ui->BKList1->clear();
+  const Recordset& rows = orgndata_.Recordset();
+  for (int row = 1; row <= rows.RecordCount(); ++row)
+    ui->BKList1->addItem(rows.ShownText(row, kNameField));
+}
+
+void BkUpfrm::TellMissing(const QString& text) {
+  messages().Beep();
+  Tell(Icon::kCritical, QStringLiteral("KESTRIX : Files missing"), text);
+}
+
+void BkUpfrm::Activate() {
+  SetMainCaption(ui->clsd->text());
+}
+
+void BkUpfrm::Deactivate() {
+  TakeFrontBack();
+}
+
+void BkUpfrm::closeEvent(QCloseEvent* event) {
+  if (copying_) return event->ignore();
+  SessionForm::closeEvent(event);
+}
+
+void BkUpfrm::clsd_Click() {
+  if (copying_) return;
+  if (session().BackupMode == kBackupMode) ClickInBackup();
+  if (session().BackupMode == kRestoreMode) ClickInRestore();
+}
+
+void BkUpfrm::ClickInBackup() {
+  CountRows();
+  const QString caption = ui->clsd->text();
+  if (caption == kSelectFolder) {
+    Q_EMIT FolderDialogRequested();
+    UnloadForm();
+  } else if (caption == kBackup) {
+    RunWorker();
+  } else if (caption == kBackupComplete) {
+    UnloadForm();
+  }
+}
+
+void BkUpfrm::ClickInRestore() {
+  const QString caption = ui->clsd->text();
+  if (caption == kRestore) {
+    CountRows();
+    RunWorker();
+    if (IsUnloading())
+      Q_EMIT CaptionDue(kRestoreComplete);
+    else
+      SetMainCaption(kRestoreComplete);
+  } else if (caption == kRestoreComplete) {
+    UnloadForm();
+  }
+}
+
+/// Without a register there is nothing to count; the worker then fails on it.
+void BkUpfrm::CountRows() {
+  const int rows = orgndata_.HasRecordset() ? orgndata_.Recordset().RecordCount() : 0;
+  if (rows > std::numeric_limits<qint16>::max())
+    throw Failure(failure::kOverflow, QStringLiteral("Overflow."));
+  session().OrgRowCount = static_cast<qint16>(rows);
+}
+
+void BkUpfrm::RunWorker() {
+  const WaitCursor wait;
+  const QScopedValueRollback<bool> copying(copying_, true);
+  try {
+    const auto end = worker_.Run(orgndata_.Recordset(), [this](const auto& progress) {
+      QMetaObject::invokeMethod(
+          this, [this, progress] { ShowProgress(progress); }, Qt::QueuedConnection);
+    });
+    if (session().BackupMode != kBackupMode) return;
+    if (end == BackupWorker::End::kRefused) SetMainCaption(kSelectFolder);
+    if (end == BackupWorker::End::kAtEnd) SetMainCaption(kBackupComplete);
+  } catch (const Failure&) {
+    Q_EMIT CopyingFailed();
+    UnloadForm();
+  }
+}
+
+void BkUpfrm::ShowProgress(const BackupWorker::Progress& progress) {
+  percent_ = progress.percent;
+  FitBar();
+  ui->pctdsp->setText(progress.text);
+  ui->pctdsp->repaint();
+  ui->progPic2->repaint();
+}
+
+/// The filled part keeps its share of the whole bar when the form is given another width.
+void BkUpfrm::FitBar() {
+  const double width = percent_ < 0 ? qMax(1, PixelsFromTwips(kEmptyBarTwips))
+                                    : percent_ * ui->progPic1->width() / 100;
+  ui->progPic2->setGeometry(0, 0, qRound(width), ui->progPic1->height());
+}
+
+bool BkUpfrm::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == ui->progPic1 && event->type() == QEvent::Resize) FitBar();
+  return SessionForm::eventFilter(watched, event);
+}
+
+void BkUpfrm::clsed_Click() {
+  if (copying_) return;
+  PassOver(
+      [&] {
+        if (session().BackupMode == 1 && session().BackupSubMode == 1)
+          Q_EMIT FolderDialogRequested();
+      },
+      [&] { UnloadForm(); });
+}
+
+}  // namespace kestrix

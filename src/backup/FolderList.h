@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QListWidget>
+#include <QString>
+
+namespace kestrix {
+
+class FileSystem;
+
+/// The folders of a disk to walk through: the way from its root down to the open folder, and below
+/// that the folders in it. A double click, or Enter, on one of them asks for it to be opened. It
+/// changes nothing on the disk.
+class FolderList : public QListWidget {
+  Q_OBJECT
+  /// The folder that is open, a full path without a separator at its end, except for a root.
+  Q_PROPERTY(QString Path READ Path NOTIFY Change)
+
+ public:
+  explicit FolderList(QWidget* parent = nullptr);
+
+  /// Called once, before anything is opened.
+  void SetFiles(const FileSystem& files) { files_ = &files; }
+
+  [[nodiscard]] QString Path() const { return path_; }
+  /// Opens a folder. Fails as FileSystem::FoldersIn does; the list then stays as it was.
+  void SetPath(const QString& path);
+  /// Reads the open folder again. Fails as SetPath does.
+  void Refresh();
+
+ Q_SIGNALS:
+  /// Another folder has been opened.
+  void Change();
+  /// Somebody wants `path` to be opened.
+  void Wanted(const QString& path);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void Want(const QListWidgetItem* item);
+  void Fill(const QString& path, const QStringList& folders);
+  void AddFolder(const QString& name, const QString& path, int depth, bool open);
+
+  const FileSystem* files_ = nullptr;
+  QString path_;
+};
+
+}  // namespace kestrix

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+
+#include "shell/SessionForm.h"
+
+namespace kestrix {
+
+namespace Ui {
+class opnflddlg;
+}
+
+/// Picks the folder of a backup set. For a backup any folder will do and a new one can be made; for
+/// a restore only one that holds a set. The folder that is open in its list is BackupFolder of the
+/// session at every moment, and stays so when the dialog is gone.
+class opnflddlg : public SessionForm {
+  Q_OBJECT
+
+ public:
+  explicit opnflddlg(Context& context);
+  ~opnflddlg() override;
+
+ Q_SIGNALS:
+  /// A folder for a backup was taken: the main button of BkUpfrm gets the caption
+  /// BkUpfrm::kBackup, which loads that form, and it is shown. This dialog unloads itself behind
+  /// that.
+  void BackupFolderChosen();
+  /// A folder with a set was taken: BkUpfrm is shown. This dialog unloads itself behind that.
+  void RestoreFolderChosen();
+  /// A folder with a set of the reserved mode was taken, and this dialog is unloaded: the main
+  /// button of BkUpfrm gets the caption BkUpfrm::kRestore and its tool tip, and it is shown.
+  void PresetFolderChosen();
+  /// No folder was taken and this dialog is unloaded: BkUpfrm is shown again.
+  void Cancelled();
+
+ protected:
+  void Load() override;
+  void Activate() override;
+  void Deactivate() override;
+
+ private:
+  void ktxdrv_Change();
+  void ktxDir_Change();
+  void ktxDir_Wanted(const QString& path);
+  void crtfldbtn_Click();
+  void crtfldnme_LostFocus();
+  void slctfld_Click();
+  void cls1_Click();
+
+  void FillDrives();
+  void SelectDrive(const QString& path);
+  void OpenFirstFolder(const QString& folder);
+  void MakeFolder(const QString& name);
+  void TakePath();
+  void RefuseFolder();
+
+  std::unique_ptr<Ui::opnflddlg> ui_;
+  QString documents_;  ///< the user's documents, where the dialog opens at first
+};
+
+}  // namespace kestrix

@@ -1,0 +1,435 @@
+#include <fcntl.h>
+#include <signal.h>
+#include <sqlite3.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/time.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QFileInfo>
+#include <atomic>
+
+#include "backup/BackupTest.h"
+#include "support/RunAsNobody.h"
+
+namespace kestrix {
+namespace {
+
+class BackupWorkerFaultsTest : public BackupTest {
+ protected:
+  BackupWorkerFaultsTest() {
+    GivenFullOrganisation("Press shop", 1);
+    GivenFullOrganisation("Foundry", 2);
+  }
+
+  /// A set of what is there now, chosen to be restored.
+  void GivenSet() {
+    ForBackup();
+    Run();
+    session.BackupFolder = InSet(kToday);
+    ForRestore();
+  }
+  /// Runs in a child process and tells how that ended, with the messages that came.
+  QString Report() {
+    FakeMessages& messages = desk.messages;
+    QString report;
+    try {
+      report = Run(RunHere) == BackupWorker::End::kAtEnd ? "at its end" : "not at its end";
+    } catch (const Failure& failure) {
+      report = QStringLiteral("failure %1").arg(failure.number());
+    }
+    for (const Message& message : messages.Shown())
+      report += "; " + message.title + ": " + message.text;
+    return report;
+  }
+};
+
+// A backup that can't go on.
+
+TEST_F(BackupWorkerFaultsTest, MissingStudyEndsABackupAndWhatWasCopiedStays) {
+  ASSERT_TRUE(QFile::remove(installation.Study(2)));
+  EXPECT_EQ(FailureOfRun(), failure::kFileNotFound);
+  EXPECT_EQ(steps.size(), 3);
+  EXPECT_EQ(ReadFile(InDated("ktx_RskSmt1.kbp")), ReadFile(installation.Study(1)));
+  EXPECT_EQ(ReadFile(InDated("Prj1/a.jpg")), "before of Press shop");
+  EXPECT_FALSE(QFileInfo::exists(InDated("ktx_RskSmt2.kbp")));
+  EXPECT_FALSE(QFileInfo::exists(InDated("Prj2")));
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+}
+
+TEST_F(BackupWorkerFaultsTest, MissingPictureFolderEndsABackupBehindItsStudy) {
+  ASSERT_TRUE(QDir(installation.PictureFolder(1)).removeRecursively());
+  EXPECT_EQ(FailureOfRun(), failure::kPathNotFound);
+  EXPECT_EQ(ReadFile(InDated("ktx_RskSmt1.kbp")), ReadFile(installation.Study(1)));
+  EXPECT_FALSE(QFileInfo::exists(InDated("ktx_RskSmt2.kbp")));
+}
+
+TEST_F(BackupWorkerFaultsTest, MissingListsEndABackupWithoutAMessage) {
+  ASSERT_TRUE(QFile::remove(installation.Lists()));
+  EXPECT_EQ(FailureOfRun(), failure::kFileNotFound);
+  EXPECT_EQ(steps, QStringList{"25 % complete"});
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+}
+
+TEST_F(BackupWorkerFaultsTest, OrganisationThatWasNeverOpenedHasNothingToCopy) {
+  installation.GivenOrganisation("Never opened", 0);
+  EXPECT_EQ(FailureOfRun(), failure::kFileNotFound);
+  EXPECT_TRUE(QFileInfo::exists(InDated("Prj2")));
+}
+
+TEST_F(BackupWorkerFaultsTest, ChosenFolderThatIsGoneEndsABackup) {
+  ASSERT_TRUE(QDir(session.BackupFolder).removeRecursively());
+  EXPECT_EQ(FailureOfRun(), failure::kPathNotFound);
+  EXPECT_TRUE(steps.isEmpty());
+}
+
+TEST_F(BackupWorkerFaultsTest, RegisterThatDidNotArriveIsTold) {
+  desk.files.PretendMissing("ktx_RskSmt.kbp");
+  ExpectTrouble("Backup");
+  EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
+  EXPECT_TRUE(steps.isEmpty());
+  EXPECT_FALSE(QFileInfo::exists(InDated("ktx_RskSmt_A.kbp")));
+}
+
+TEST_F(BackupWorkerFaultsTest, ListsThatDidNotArriveAreTold) {
+  desk.files.PretendMissing("ktx_RskSmt_A.kbp");
+  ExpectTrouble("Backup");
+  EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
+  EXPECT_EQ(steps.size(), 1);
+  EXPECT_FALSE(QFileInfo::exists(InDated("ktx_RskSmt1.kbp")));
+}
+
+TEST_F(BackupWorkerFaultsTest, DatedFolderThatCannotBeWrittenIsTold) {
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  ASSERT_TRUE(QDir().mkpath(InSet(kToday)));
+  GiveToNobody(installation.Outside(".."));
+  ASSERT_EQ(::chmod(InSet(kToday).toUtf8().constData(), 0555), 0);
+  const auto report = RunAsNobody([this] {
+    desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN",
+                             "Failed to Backup. Seek Administrator approval for writing. "
+                             "Unable to continue.");
+    return Report();
+  });
+  EXPECT_EQ(report.value_or("no report"),
+            "at its end; BELTROVAN: Failed to Backup. Seek Administrator approval for writing. "
+            "Unable to continue.");
+  EXPECT_TRUE(QDir(InSet(kToday)).isEmpty());
+}
+
+TEST_F(BackupWorkerFaultsTest, ParentThatCannotBeWrittenEndsABackupWithoutAMessage) {
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  GiveToNobody(installation.Outside(".."));
+  ASSERT_EQ(::chmod(session.BackupFolder.toUtf8().constData(), 0555), 0);
+  const auto report = RunAsNobody([this] { return Report(); });
+  EXPECT_EQ(report.value_or("no report"), "failure 70");
+}
+
+TEST_F(BackupWorkerFaultsTest, FullDiskEndsABackupAndTheOlderSetStaysWhole) {
+  Run();
+  const Tree before = TreeOf(session.BackupFolder);
+  installation.GivenTasks(1, "P-2", 3000);
+  const auto report = RunInChild([this] {
+    const struct rlimit limit = {150'000, 150'000};
+    ::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    return Report();
+  });
+  EXPECT_EQ(report.value_or("no report"), "failure 61");
+  EXPECT_EQ(TreeOf(session.BackupFolder), before);
+}
+
+TEST_F(BackupWorkerFaultsTest, DiskThatIsFullAtTheEndIsAFailureToo) {
+  desk.files.FailNext(FileAction::kEndBatch, "", failure::kDiskFull);
+  EXPECT_EQ(FailureOfRun(), failure::kDiskFull);
+  EXPECT_EQ(steps.size(), 4);
+}
+
+TEST_F(BackupWorkerFaultsTest, StudyThatSomebodyIsWritingForTooLongEndsABackup) {
+  const WriterAtWork writer(installation.Study(1));
+  EXPECT_EQ(FailureOfRun(), failure::kLocked);
+  EXPECT_FALSE(QFileInfo::exists(InDated("ktx_RskSmt1.kbp")));
+}
+
+TEST_F(BackupWorkerFaultsTest, BackupDuringAnotherUsersWorkIsWholeAndLacksNothingCommittedBefore) {
+  const QByteArray study = installation.Study(1).toUtf8();
+  // The writer counts here, in memory of both processes, each pair of rows once it is committed.
+  void* shared = ::mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE,
+                        MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+  ASSERT_NE(shared, MAP_FAILED);
+  auto& committed = *new (shared) std::atomic<int>(0);
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    sqlite3* handle = nullptr;
+    sqlite3_open_v2(study.constData(), &handle, SQLITE_OPEN_READWRITE, nullptr);
+    sqlite3_busy_timeout(handle, 10'000);
+    constexpr auto kPair =
+        "BEGIN IMMEDIATE; INSERT INTO Risk_records(Project_Number) VALUES('W');"
+        "INSERT INTO Risk_records(Project_Number) VALUES('W'); COMMIT";
+    while (sqlite3_exec(handle, kPair, nullptr, nullptr, nullptr) == SQLITE_OK) ++committed;
+    ::_exit(1);
+  }
+  const QString copy = InDated("ktx_RskSmt1.kbp");
+  for (int round = 0; round < 10; ++round) {
+    const int known = committed;
+    EXPECT_TRUE(WaitUntil([&] { return committed > known; }));
+    const int before = committed;
+    Run();
+    EXPECT_EQ(Column(copy, "PRAGMA integrity_check"), QStringList{"ok"});
+    const int rows =
+        Column(copy, "SELECT count(*) FROM Risk_records WHERE Project_Number='W'").value(0).toInt();
+    EXPECT_EQ(rows % 2, 0);
+    EXPECT_GE(rows / 2, before);
+  }
+  ::kill(child, SIGKILL);
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  EXPECT_TRUE(WIFSIGNALED(status)) << "the writer gave up";
+  ::munmap(shared, sizeof(std::atomic<int>));
+}
+
+// A restore that can't go on.
+
+TEST_F(BackupWorkerFaultsTest, SetWithTheRegisterAloneReplacesItAndThenSaysThatItFailed) {
+  GivenSet();
+  for (const char* name : {"ktx_RskSmt_A.kbp", "ktx_RskSmt1.kbp", "ktx_RskSmt2.kbp"})
+    ASSERT_TRUE(QFile::remove(InSet(name)));
+  Exec(installation.Register(), "DELETE FROM orgtn");
+  installation.GivenListRows("Prjstage", {"None.", "Mine"});
+  const QByteArray lists = ReadFile(installation.Lists());
+  const QByteArray study = ReadFile(installation.Study(1));
+  ExpectTrouble("Restore");
+
+  EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
+
+  EXPECT_EQ(Organisations(installation.Register()), (QStringList{"Press shop", "Foundry"}));
+  EXPECT_EQ(ReadFile(installation.Lists()), lists);
+  EXPECT_EQ(ReadFile(installation.Study(1)), study);
+  EXPECT_EQ(steps, QStringList{"25 % complete"});
+}
+
+TEST_F(BackupWorkerFaultsTest, StudyThatTheSetLacksIsGoneAfterTheRestore) {
+  GivenSet();
+  ASSERT_TRUE(QFile::remove(InSet("ktx_RskSmt1.kbp")));
+  EXPECT_EQ(FailureOfRun(), failure::kFileNotFound);
+  EXPECT_FALSE(QFileInfo::exists(installation.Study(1)));
+  EXPECT_TRUE(QFileInfo::exists(installation.Study(2)));
+  EXPECT_EQ(steps.size(), 2);
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+}
+
+TEST_F(BackupWorkerFaultsTest, PicturesThatTheSetLacksEndTheRestoreBehindTheStudy) {
+  GivenSet();
+  ASSERT_TRUE(QDir(InSet("Prj1")).removeRecursively());
+  Exec(installation.Study(1), "DELETE FROM Risk_records");
+  EXPECT_EQ(FailureOfRun(), failure::kPathNotFound);
+  EXPECT_EQ(ReadFile(installation.Study(1)), ReadFile(InSet("ktx_RskSmt1.kbp")));
+  EXPECT_FALSE(QFileInfo::exists(installation.PictureFolder(1)));
+  EXPECT_FALSE(QFileInfo::exists(installation.PictureFolder(2)));
+}
+
+TEST_F(BackupWorkerFaultsTest, SplitSetGivesNoPicturesBack) {
+  WriteFile(InSet("ktx_RskSmt.kbp"), "an older set");
+  ExpectOverwriteQuestion(Button::kYes);
+  Run();
+  ForRestore();
+  EXPECT_EQ(FailureOfRun(), failure::kPathNotFound);
+  EXPECT_TRUE(QFileInfo::exists(InDated("Prj1/a.jpg")));
+  EXPECT_FALSE(QFileInfo::exists(installation.PictureFolder(1)));
+}
+
+TEST_F(BackupWorkerFaultsTest, PicturesThatCannotBeDeletedAreToldAndTheRestoreGoesOn) {
+  GivenSet();
+  WriteFile(Picture(1, "a.jpg"), "changed");
+  desk.files.FailNext(FileAction::kDeleteFolder, "Prj1", failure::kPermissionDenied);
+  ExpectTrouble("Restore");
+  EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
+  EXPECT_EQ(steps.size(), 4);
+  EXPECT_EQ(ReadFile(Picture(1, "a.jpg")), "before of Press shop");
+  EXPECT_FALSE(desk.files.Log().contains("DeleteFolder " + installation.PictureFolder(2)));
+}
+
+TEST_F(BackupWorkerFaultsTest, OtherTroubleWithThePicturesEndsTheRestore) {
+  GivenSet();
+  desk.files.FailNext(FileAction::kDeleteFolder, "Prj1", failure::kDeviceError);
+  EXPECT_EQ(FailureOfRun(), failure::kDeviceError);
+  EXPECT_TRUE(steps.isEmpty());
+}
+
+TEST_F(BackupWorkerFaultsTest, RegisterThatDidNotArriveInARestoreIsTold) {
+  GivenSet();
+  desk.files.PretendMissing("orgtn.mdb");
+  ExpectTrouble("Restore");
+  EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
+  EXPECT_TRUE(steps.isEmpty());
+}
+
+TEST_F(BackupWorkerFaultsTest, InstallationThatCannotBeWrittenIsToldInARestore) {
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  GivenSet();
+  const QByteArray lists = ReadFile(installation.Lists());
+  GiveToNobody(installation.Outside(".."));
+  ASSERT_EQ(::chmod(Data().toUtf8().constData(), 0555), 0);
+  const auto report = RunAsNobody([this] {
+    ExpectTrouble("Restore");
+    return Report();
+  });
+  EXPECT_EQ(report.value_or("no report"),
+            "at its end; BELTROVAN: Failed to Restore. Seek Administrator approval for writing. "
+            "Unable to continue.");
+  EXPECT_EQ(ReadFile(installation.Lists()), lists);
+  ::chmod(Data().toUtf8().constData(), 0755);
+}
+
+TEST_F(BackupWorkerFaultsTest, WriteProtectedStudyIsReplacedAllTheSame) {
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  GivenSet();
+  installation.GivenTasks(1, "P-2", 5);
+  GiveToNobody(installation.Outside(".."));
+  ASSERT_EQ(::chmod(installation.Study(1).toUtf8().constData(), 0444), 0);
+  EXPECT_EQ(RunAsNobody([this] { return Report(); }).value_or("no report"), "at its end");
+  EXPECT_EQ(ReadFile(installation.Study(1)), ReadFile(InSet("ktx_RskSmt1.kbp")));
+}
+
+TEST_F(BackupWorkerFaultsTest, FullDiskInARestoreLeavesTheOldStudyWhole) {
+  installation.GivenTasks(2, "P-2", 3000);
+  GivenSet();
+  Exec(installation.Study(2), "DELETE FROM Risk_records WHERE Project_Number='P-1'");
+  const QByteArray study = ReadFile(installation.Study(2));
+  const auto report = RunInChild([this] {
+    const struct rlimit limit = {150'000, 150'000};
+    ::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    return Report();
+  });
+  EXPECT_EQ(report.value_or("no report"), "failure 61");
+  EXPECT_EQ(ReadFile(installation.Study(2)), study);
+}
+
+TEST_F(BackupWorkerFaultsTest, StudyThatSomebodyIsWritingStaysAsItIs) {
+  GivenSet();
+  const QByteArray study = ReadFile(installation.Study(1));
+  const WriterAtWork writer(installation.Study(1));
+  EXPECT_EQ(FailureOfRun(), failure::kLocked);
+  EXPECT_EQ(ReadFile(installation.Study(1)), study);
+}
+
+TEST_F(BackupWorkerFaultsTest, WhatAKilledWriterLeftIsNotTakenForAPartOfTheRestoredStudy) {
+  GivenSet();
+  {
+    OtherProcess writer(installation.Study(1));
+    writer.Run(
+        "PRAGMA cache_size=1; BEGIN; UPDATE Risk_records SET HzrdDscptnTXT='half done'; "
+        "INSERT INTO Risk_records(HzrdDscptnTXT) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
+        "SELECT i+1 FROM n WHERE i<2000) SELECT 'half done' FROM n;");
+    writer.Kill();
+  }
+  ASSERT_TRUE(QFileInfo::exists(installation.Study(1) + "-journal"));
+  // Nobody can roll back into a file that was damaged, so its journal must not stay.
+  WriteFile(installation.Study(1), "no database any more");
+  Run();
+  EXPECT_EQ(Column(installation.Study(1), "PRAGMA integrity_check"), QStringList{"ok"});
+  EXPECT_EQ(ReadFile(installation.Study(1)), ReadFile(InSet("ktx_RskSmt1.kbp")));
+}
+
+TEST_F(BackupWorkerFaultsTest, DamagedRegisterIsRestoredOver) {
+  GivenSet();
+  WriteFile(installation.Register(), "damaged");
+  Run();
+  EXPECT_EQ(ReadFile(installation.Register()), ReadFile(InSet("ktx_RskSmt.kbp")));
+}
+
+// The process killed in the middle.
+
+class BackupWorkerKilledTest : public BackupWorkerFaultsTest {
+ protected:
+  /// Kills a child in `work`, at other moments each time, and looks at what it left.
+  static void KillIn(const std::function<void()>& work, int microseconds) {
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      const struct itimerval death = {{0, 0}, {0, microseconds}};
+      ::setitimer(ITIMER_REAL, &death, nullptr);
+      try {
+        for (;;) work();
+      } catch (const Failure&) {
+        ::_exit(3);
+      }
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status)) << WEXITSTATUS(status);
+  }
+  /// What lies there, without the copies that were on the way to their targets.
+  static Tree TargetsIn(const QString& folder) {
+    Tree tree = TreeOf(folder);
+    for (const QString& name : tree.keys())
+      if (name.section('/', -1).startsWith(".kestrix-")) tree.remove(name);
+    return tree;
+  }
+  /// Every file of `now` is that of `old_files` or that of `new_files`, and nothing else is there.
+  static void ExpectOldOrNew(const Tree& now, const Tree& old_files, const Tree& new_files) {
+    for (auto file = now.begin(); file != now.end(); ++file) {
+      const bool whole = file.value() == old_files.value(file.key(), "<none>") ||
+                         file.value() == new_files.value(file.key(), "<none>");
+      EXPECT_TRUE(whole) << file.key().toStdString();
+    }
+  }
+  void ChangeEverything() {
+    for (const int number : {1, 2}) {
+      installation.GivenTasks(number, "P-2", 400);
+      WriteFile(Picture(number, "a.jpg"), QByteArray(200'000, 'x'));
+    }
+    Exec(installation.Register(), "INSERT INTO Orgtmp VALUES(9)");
+    installation.GivenListRows("ActionBy", {"Somebody else"});
+  }
+};
+
+TEST_F(BackupWorkerKilledTest, BackupLeavesEachFileOldOrNew) {
+  Run();
+  const Tree old_files = TreeOf(InSet(kToday));
+  const QString kept = Place("kept");
+  ASSERT_TRUE(QDir().rename(InSet(kToday), kept + "/old"));
+  ChangeEverything();
+  Run();
+  const Tree new_files = TreeOf(InSet(kToday));
+  ASSERT_NE(old_files, new_files);
+  int old_seen = 0;
+  int new_seen = 0;
+  for (int round = 0; round < 25; ++round) {
+    desk.files.CopyFolder(kept + "/old", InSet(kToday));
+    KillIn([this] { (void)Run(RunHere); }, 500 + round * 1'300);
+    const Tree now = TargetsIn(InSet(kToday));
+    ExpectOldOrNew(now, old_files, new_files);
+    EXPECT_EQ(now.keys(), old_files.keys()) << "round " << round;
+    ++(now == old_files ? old_seen : new_seen);
+  }
+  EXPECT_GT(new_seen, 0);
+  EXPECT_EQ(old_seen + new_seen, 25);
+}
+
+TEST_F(BackupWorkerKilledTest, RestoreLeavesEachDatabaseOldOrNew) {
+  GivenSet();
+  const Tree new_files = TreeOf(Data());
+  ChangeEverything();
+  const Tree old_files = TreeOf(Data());
+  const QString kept = Place("kept");
+  desk.files.CopyFolder(Data(), kept + "/old");
+  int changed = 0;
+  for (int round = 0; round < 25; ++round) {
+    desk.files.CopyFolder(kept + "/old", Data());
+    KillIn([this] { (void)Run(RunHere); }, 2'000 + round * 2'500);
+    const Tree now = TargetsIn(Data());
+    ExpectOldOrNew(now, old_files, new_files);
+    for (const char* name :
+         {"orgtn.mdb", "RskAsmt_BkSup.mdb", "risk_esmatn1.mdb", "risk_esmatn2.mdb"})
+      EXPECT_TRUE(now.contains(name)) << name << " in round " << round;
+    changed += now == old_files ? 0 : 1;
+  }
+  EXPECT_GT(changed, 0);
+}
+
+}  // namespace
+}  // namespace kestrix

@@ -1,0 +1,382 @@
+#include "backup/opnflddlg.h"
+
+#include <QComboBox>
+
+#include "backup/BackupTest.h"
+#include "backup/FolderList.h"
+
+namespace kestrix {
+namespace {
+
+class opnflddlgTest : public BackupFormTest {
+ protected:
+  opnflddlgTest() {
+    documents_ = QDir::cleanPath(installation.Outside("documents"));
+    QDir().mkpath(documents_);
+    desk.environment.SetDocumentsFolder(documents_);
+    session.BackupFolder.clear();
+  }
+
+  void OpenForBackup() {
+    ForBackup();
+    folders.Get().ShowForm();
+    Settle();
+    LookAt(*folders.IfLoaded());
+  }
+  void OpenForRestore() {
+    ForRestore();
+    folders.Get().ShowForm();
+    Settle();
+    LookAt(*folders.IfLoaded());
+  }
+  QString OpenFolder() { return Control<FolderList>("ktxDir").Path(); }
+  QListWidgetItem* Row(const QString& name) {
+    auto& list = Control<FolderList>("ktxDir");
+    const auto found = list.findItems(name, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (found.isEmpty()) throw std::runtime_error("no folder " + name.toStdString());
+    list.scrollToItem(found.last());
+    Settle();
+    return found.last();
+  }
+  void ClickFolder(const QString& name) {
+    auto& list = Control<FolderList>("ktxDir");
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(Row(name)).center());
+    Settle();
+  }
+  void OpenRow(const QString& name) {
+    ClickFolder(name);
+    auto& list = Control<FolderList>("ktxDir");
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {},
+                       list.visualItemRect(Row(name)).center());
+    Settle();
+  }
+  void ExpectIsIn(const QString& path) {
+    EXPECT_EQ(OpenFolder(), path);
+    EXPECT_EQ(TextOf("curntpathlbl"), path);
+    EXPECT_EQ(session.BackupFolder, path);
+  }
+  void ExpectCreateQuestion(const QString& name, Button answer) {
+    desk.messages.ExpectAsk(Icon::kQuestion, "BELTROVAN", "Wish to create Folder [" + name + "]?",
+                            answer);
+  }
+  void ExpectCreateFailure() {
+    desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN : ERROR",
+                             "Failed to create folder/Access denied.");
+  }
+  void ExpectNoSet() {
+    desk.messages.ExpectTell(
+        Icon::kCritical, "KESTRIX",
+        "1. Folder does not have backup files to restore, select different folder.");
+  }
+  /// Asks for a new folder and types its name.
+  void TypeNewFolder(const QString& name) {
+    Click("crtfldbtn");
+    TypeInto("crtfldnme", name);
+  }
+
+  QString documents_;
+};
+
+TEST_F(opnflddlgTest, OpensAtTheDocumentsOnTheSystemsDrive) {
+  desk.environment.SetDrives({"/", documents_});
+  OpenForBackup();
+  EXPECT_EQ(Window().windowTitle(), "BELTROVAN : Select directory ");
+  EXPECT_EQ(TextOf("dirlbl"), "Select Dirve");
+  EXPECT_EQ(TextOf("slctfld"), "&Select");
+  EXPECT_EQ(TextOf("cls1"), "&Cancel");
+  EXPECT_EQ(ItemsOf("ktxdrv"), (QStringList{"/", documents_}));
+  EXPECT_EQ(TextOf("ktxdrv"), "/");
+  EXPECT_EQ(TextOf("crtfldnme"), "");
+  EXPECT_FALSE(IsEnabled("crtfldnme"));
+  EXPECT_TRUE(IsVisible("crtfldbtn"));
+  ExpectIsIn(documents_);
+}
+
+TEST_F(opnflddlgTest, DriveOfTheSystemIsTheOneThatItsPathLiesOn) {
+  desk.environment.SetDrives({"/", documents_});
+  desk.environment.SetVariable("SYSTEMDRIVE", documents_ + "/below");
+  OpenForBackup();
+  EXPECT_EQ(TextOf("ktxdrv"), documents_);
+}
+
+TEST_F(opnflddlgTest, OpensWhereItWasLeft) {
+  const QString place = Place("sets/deep");
+  session.BackupFolder = place;
+  OpenForBackup();
+  ExpectIsIn(place);
+  OpenRow("sets");
+  Click("cls1");
+  LookAtFront();
+  OpenForBackup();
+  ExpectIsIn(QDir::cleanPath(installation.Outside("sets")));
+}
+
+TEST_F(opnflddlgTest, FolderThatIsGoneIsShownUntilTheDialogIsInFront) {
+  session.BackupFolder = installation.Outside("gone");
+  ForBackup();
+  opnflddlg& form = folders.Get();
+  LookAt(form);
+  EXPECT_EQ(TextOf("curntpathlbl"), installation.Outside("gone"));
+  EXPECT_EQ(OpenFolder(), documents_);
+  form.ShowForm();
+  Settle();
+  ExpectIsIn(documents_);
+}
+
+TEST_F(opnflddlgTest, UnreadableDocumentsLeadToTheDrive) {
+  desk.files.FailNext(FileAction::kFoldersIn, "documents", failure::kPermissionDenied);
+  desk.files.FailNext(FileAction::kFoldersIn, "documents", failure::kPermissionDenied);
+  OpenForBackup();
+  ExpectIsIn("/");
+}
+
+TEST_F(opnflddlgTest, RestoreCannotMakeFolders) {
+  OpenForRestore();
+  EXPECT_FALSE(IsVisible("crtfldbtn"));
+  EXPECT_FALSE(IsVisible("crtfldnme"));
+}
+
+TEST_F(opnflddlgTest, ListShowsTheWayDownAndTheFoldersBelow) {
+  Place("documents/Zeta");
+  Place("documents/alpha");
+  Place("documents/.hidden");
+  OpenForBackup();
+  const QStringList way = documents_.split('/', Qt::SkipEmptyParts);
+  EXPECT_EQ(ItemsOf("ktxDir"), QStringList{"/"} + way + (QStringList{"alpha", "Zeta"}));
+  EXPECT_EQ(Control<FolderList>("ktxDir").currentItem()->text(), "documents");
+}
+
+TEST_F(opnflddlgTest, DoubleClickWalksDownAndUp) {
+  Place("documents/it's/Цех №4");
+  OpenForBackup();
+  OpenRow("it's");
+  ExpectIsIn(documents_ + "/it's");
+  OpenRow("Цех №4");
+  ExpectIsIn(documents_ + "/it's/Цех №4");
+  OpenRow("documents");
+  ExpectIsIn(documents_);
+  OpenRow("/");
+  ExpectIsIn("/");
+}
+
+TEST_F(opnflddlgTest, KeysWalkToo) {
+  Place("documents/below");
+  OpenForBackup();
+  Control<QWidget>("ktxDir").setFocus();
+  PressKey(Qt::Key_Down);
+  PressKey(Qt::Key_Return);
+  ExpectIsIn(documents_ + "/below");
+}
+
+TEST_F(opnflddlgTest, SingleClickOpensNothing) {
+  Place("documents/below");
+  OpenForBackup();
+  session.BackupFolder = "stale";
+  ClickFolder("below");
+  ExpectIsIn(documents_);
+}
+
+TEST_F(opnflddlgTest, FolderThatCannotBeReadIsToldAndTheListStays) {
+  Place("documents/closed");
+  OpenForBackup();
+  desk.files.FailNext(FileAction::kFoldersIn, "closed", failure::kPermissionDenied);
+  desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN",
+                           "A planned failure on \"" + documents_ + "/closed\".");
+  OpenRow("closed");
+  ExpectIsIn(documents_);
+}
+
+TEST_F(opnflddlgTest, DriveTakesTheListToItsRoot) {
+  const QString stick = QDir::cleanPath(Place("stick"));
+  desk.environment.SetDrives({"/", stick});
+  OpenForBackup();
+  Pick("ktxdrv", stick);
+  ExpectIsIn(stick);
+}
+
+TEST_F(opnflddlgTest, DriveThatIsNotReadyIsToldAndTheProgramsDriveComesBack) {
+  desk.environment.SetDrives({"/", installation.Outside("pulled")});
+  OpenForBackup();
+  desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN: Drive not ready", "Drive not ready.");
+  Pick("ktxdrv", installation.Outside("pulled"));
+  EXPECT_EQ(TextOf("ktxdrv"), "/");
+  ExpectIsIn("/");
+}
+
+TEST_F(opnflddlgTest, ButtonOpensTheLineForANewFolder) {
+  OpenForBackup();
+  Click("crtfldbtn");
+  EXPECT_TRUE(IsEnabled("crtfldnme"));
+  EXPECT_TRUE(HasFocus("crtfldnme"));
+  EXPECT_EQ(TextOf("crtfldnme"), "New Folder");
+  EXPECT_EQ(SelectedTextOf("crtfldnme"), "New Folder");
+}
+
+TEST_F(opnflddlgTest, NewFolderIsMadeAndOpened) {
+  OpenForBackup();
+  TypeNewFolder("O'Brien \"set\" 工場");
+  ExpectCreateQuestion("O'Brien \"set\" 工場", Button::kYes);
+  PressTab();
+  EXPECT_TRUE(QFileInfo(documents_ + "/O'Brien \"set\" 工場").isDir());
+  ExpectIsIn(documents_ + "/O'Brien \"set\" 工場");
+  EXPECT_FALSE(IsEnabled("crtfldnme"));
+  EXPECT_EQ(session.MsgAnswer, Button::kYes);
+}
+
+TEST_F(opnflddlgTest, FolderThatIsThereIsOpened) {
+  Place("documents/there");
+  OpenForBackup();
+  TypeNewFolder("there");
+  ExpectCreateQuestion("there", Button::kYes);
+  PressTab();
+  ExpectIsIn(documents_ + "/there");
+  EXPECT_FALSE(IsEnabled("crtfldnme"));
+}
+
+TEST_F(opnflddlgTest, UnchangedTextIsAskedAboutAsWell) {
+  OpenForBackup();
+  Click("crtfldbtn");
+  ExpectCreateQuestion("New Folder", Button::kNo);
+  PressTab();
+  EXPECT_TRUE(IsEnabled("crtfldnme"));
+  EXPECT_TRUE(Window().isActiveWindow());
+  EXPECT_FALSE(QFileInfo::exists(documents_ + "/New Folder"));
+  ExpectIsIn(documents_);
+}
+
+class opnflddlgNameTest : public opnflddlgTest,
+                          public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(opnflddlgNameTest, ForbiddenNameIsRefused) {
+  const QString name = GetParam();
+  OpenForBackup();
+  TypeNewFolder(name);
+  ExpectCreateQuestion(name, Button::kYes);
+  ExpectCreateFailure();
+  PressTab();
+  EXPECT_TRUE(IsEnabled("crtfldnme"));
+  EXPECT_TRUE(Window().isActiveWindow());
+  EXPECT_TRUE(QDir(documents_).isEmpty());
+  ExpectIsIn(documents_);
+}
+
+INSTANTIATE_TEST_SUITE_P(EachName, opnflddlgNameTest,
+                         ::testing::Values("a/b", "a\\b", "what?", "a:b", "*", "<set>", "a|b"),
+                         [](const auto& name) { return "Name" + std::to_string(name.index + 1); });
+
+TEST_F(opnflddlgTest, FolderThatMayNotBeMadeIsTold) {
+  OpenForBackup();
+  TypeNewFolder("set");
+  desk.files.FailNext(FileAction::kCreateFolder, "set", failure::kPermissionDenied);
+  ExpectCreateQuestion("set", Button::kYes);
+  ExpectCreateFailure();
+  PressTab();
+  EXPECT_TRUE(IsEnabled("crtfldnme"));
+  ExpectIsIn(documents_);
+}
+
+TEST_F(opnflddlgTest, NewFolderAtTheRootLiesRightBelowIt) {
+  OpenForBackup();
+  OpenRow("/");
+  TypeNewFolder("kestrix set");
+  desk.files.FailNext(FileAction::kCreateFolder, "", failure::kPermissionDenied);
+  ExpectCreateQuestion("kestrix set", Button::kYes);
+  ExpectCreateFailure();
+  PressTab();
+  EXPECT_EQ(desk.files.Log().last(), "CreateFolder /kestrix set");
+}
+
+TEST_F(opnflddlgTest, SelectForABackupLoadsTheFormWithItsNextCaption) {
+  OpenForBackup();
+  LookAtFront();
+  Click("slctfld");
+  EXPECT_EQ(session.BackupFolder, documents_);
+  EXPECT_FALSE(folders.IsLoaded());
+  ASSERT_TRUE(backup.IsLoaded());
+  EXPECT_TRUE(backup.IfLoaded()->isVisible());
+  EXPECT_EQ(TextOf("clsd"), "&Backup Study files");
+}
+
+TEST_F(opnflddlgTest, ParentOfADatedFolderHoldsNoSet) {
+  GivenFullOrganisation("Press shop", 1);
+  session.BackupFolder = Place("sets");
+  ForBackup();
+  Run();
+  OpenForRestore();
+  LookAtFront();
+  ExpectNoSet();
+  Click("slctfld");
+  EXPECT_EQ(desk.messages.Beeps(), 1);
+  ASSERT_TRUE(folders.IsLoaded());
+  EXPECT_FALSE(backup.IsLoaded());
+
+  OpenRow(kToday);
+  Click("slctfld");
+  EXPECT_FALSE(folders.IsLoaded());
+  ASSERT_TRUE(backup.IsLoaded());
+  EXPECT_EQ(ItemsOf("BKList1"), QStringList{"Press shop"});
+  EXPECT_EQ(TextOf("clsd"), "&Restore Study files");
+}
+
+TEST_F(opnflddlgTest, ReservedModeAsksForBothOfItsFiles) {
+  session.BackupMode = session.BackupSubMode = 3;
+  folders.Get().ShowForm();
+  Settle();
+  WriteFile(documents_ + "/ktx_Prets.kbp", "x");
+  ExpectNoSet();
+  Click("slctfld");
+  ASSERT_TRUE(folders.IsLoaded());
+  WriteFile(documents_ + "/ktx_ZoNds.kbp", "x");
+  Click("slctfld");
+  EXPECT_FALSE(folders.IsLoaded());
+  ASSERT_TRUE(backup.IsLoaded());
+  EXPECT_EQ(TextOf("clsd"), "&Restore Study files");
+  EXPECT_EQ(TipOf("clsd"), "Restore Study files");
+  EXPECT_EQ(TextOf("ListBk_2"), "1. Presets\r\n2. Zero nodes");
+}
+
+TEST_F(opnflddlgTest, CancelledBackupLeadsBackToItsForm) {
+  OpenForBackup();
+  LookAtFront();
+  Click("cls1");
+  EXPECT_FALSE(folders.IsLoaded());
+  ASSERT_TRUE(backup.IsLoaded());
+  EXPECT_TRUE(backup.IfLoaded()->isVisible());
+  EXPECT_EQ(TextOf("clsd"), "&Select folder");
+}
+
+TEST_F(opnflddlgTest, CancelledRestoreLeavesNothingOpen) {
+  OpenForRestore();
+  session.BackupSubMode = 1;
+  Click("cls1");
+  EXPECT_FALSE(folders.IsLoaded());
+  EXPECT_FALSE(backup.IsLoaded());
+  EXPECT_EQ(session.BackupSubMode, 0);
+}
+
+TEST_F(opnflddlgTest, OtherSubModesStayWhenTheDialogIsCancelled) {
+  session.BackupMode = session.BackupSubMode = 3;
+  folders.Get().ShowForm();
+  Settle();
+  Click("cls1");
+  EXPECT_EQ(session.BackupSubMode, 3);
+  EXPECT_FALSE(backup.IsLoaded());
+}
+
+TEST_F(opnflddlgTest, CancelOfAListModeShowsTheFormAgain) {
+  session.BackupMode = 2;
+  folders.Get().ShowForm();
+  Settle();
+  Click("cls1");
+  EXPECT_TRUE(backup.IsLoaded());
+}
+
+TEST_F(opnflddlgTest, DialogTakesTheFrontBackFromAnother) {
+  OpenForRestore();
+  const auto& other = Open<SessionForm>();
+  EXPECT_TRUE(other.isVisible());
+  EXPECT_TRUE(folders.IfLoaded()->isActiveWindow());
+}
+
+}  // namespace
+}  // namespace kestrix
