@@ -1,0 +1,158 @@
+#include "Book.h"
+
+#include <QBuffer>
+#include <QRegularExpression>
+#include <QStandardPaths>
+
+#include "HelpTest.h"
+
+namespace kestrix::help {
+namespace {
+
+bool IsWholePdf(const QByteArray& bytes) {
+  return bytes.startsWith("%PDF-1.") && bytes.trimmed().endsWith("%%EOF");
+}
+
+int PagesOf(const QByteArray& pdf) {
+  static const QRegularExpression kPage(QStringLiteral("/Type /Page\\b(?!s)"));
+  auto found = kPage.globalMatch(QString::fromLatin1(pdf));
+  int pages = 0;
+  for (; found.hasNext(); found.next()) ++pages;
+  return pages;
+}
+
+class BookTest : public HelpTest {
+ protected:
+  [[nodiscard]] QByteArray Printed(const QString& text) const {
+    QBuffer buffer;
+    EXPECT_TRUE(buffer.open(QIODevice::WriteOnly));
+    PrintBook(Read(text), TheirPictures(), buffer);
+    return buffer.data();
+  }
+};
+
+const QString kParagraph = QStringLiteral("Some words that fill a line of the page. ").repeated(8);
+
+TEST_F(BookTest, BookHasTitleContentsAndItsTextOnPagesOfA4) {
+  MakePicture(QStringLiteral("form.png"), QSize(1000, 1400));
+  const QString text = QStringLiteral(
+      "# Title\n\nBefore.\n\n## One\n\nText.\n\n## Two\n\n![form](form.png)\n\n"
+      "## Three\n\n| a | b |\n|---|---|\n| c | d |\n");
+  const auto pages = LinesOfPages(Read(text), TheirPictures());
+  EXPECT_EQ(pages.size(), 2u);
+  const QByteArray pdf = Printed(text);
+  EXPECT_TRUE(IsWholePdf(pdf));
+  EXPECT_EQ(PagesOf(pdf), 4);
+  EXPECT_TRUE(pdf.contains("/MediaBox [0 0 595"));
+}
+
+/// `lines` entries, and then the text; wherever it comes to the foot of a page.
+class FootOfPageTest : public BookTest, public ::testing::WithParamInterface<int> {
+ protected:
+  [[nodiscard]] std::vector<QStringList> PagesWith(const QString& text) const {
+    const QString above = QStringLiteral("# T\n\n## One\n\n") +
+                          QStringLiteral("- entry\n").repeated(GetParam()) + u'\n';
+    return LinesOfPages(Read(above + text), TheirPictures());
+  }
+
+  /// The place of the line that holds the words: its page, and its number there.
+  static std::pair<size_t, qsizetype> PlaceOf(const std::vector<QStringList>& pages,
+                                              const QString& words) {
+    for (size_t page = 0; page < pages.size(); ++page) {
+      for (qsizetype line = 0; line < pages[page].size(); ++line) {
+        if (pages[page][line].contains(words)) return {page, line};
+      }
+    }
+    ADD_FAILURE() << "nowhere: " << words.toStdString();
+    return {};
+  }
+
+  static QString After(const std::vector<QStringList>& pages, const QString& words, int lines) {
+    const auto [page, line] = PlaceOf(pages, words);
+    return pages[page].value(line + lines);
+  }
+};
+INSTANTIATE_TEST_SUITE_P(EveryHeight, FootOfPageTest, ::testing::Range(40, 62));
+
+TEST_P(FootOfPageTest, HeadingStandsOnAPageWithTwoLinesOfItsText) {
+  const auto pages = PagesWith(QStringLiteral("### Heading\n\n") + kParagraph + u'\n');
+  EXPECT_TRUE(After(pages, QStringLiteral("Heading"), 1).startsWith(QStringLiteral("Some words")));
+  EXPECT_TRUE(After(pages, QStringLiteral("Heading"), 2).contains(QStringLiteral("words")));
+}
+
+TEST_P(FootOfPageTest, MessageStandsOnAPageWithItsAdvice) {
+  const auto pages = PagesWith(QStringLiteral("First.\nSecond.\n: Advice.\n"));
+  EXPECT_EQ(After(pages, QStringLiteral("First."), 1), QStringLiteral("Second."));
+  EXPECT_EQ(After(pages, QStringLiteral("First."), 2), QStringLiteral("Advice."));
+}
+
+TEST_P(FootOfPageTest, PictureStandsOnAPageWithItsCaption) {
+  MakePicture(QStringLiteral("form.png"), QSize(400, 120));
+  const auto pages = PagesWith(QStringLiteral("![The form](form.png)\n"));
+  const auto [page, line] = PlaceOf(pages, QStringLiteral("The form"));
+  ASSERT_GT(line, 0);
+  EXPECT_EQ(pages[page][line - 1], QString(QChar::ObjectReplacementCharacter));
+}
+
+TEST_P(FootOfPageTest, SmallTableStandsOnOnePageBelowWhatAnnouncesIt) {
+  const auto pages = PagesWith(
+      QStringLiteral("The values:\n\n| head | b |\n|---|---|\n| c | d |\n| e | last |\n"));
+  const auto announced = PlaceOf(pages, QStringLiteral("The values:"));
+  EXPECT_EQ(PlaceOf(pages, QStringLiteral("head")).first, announced.first);
+  EXPECT_EQ(PlaceOf(pages, QStringLiteral("last")).first, announced.first);
+}
+
+TEST_F(BookTest, ChapterBeginsAPageUnlessHalfOfOneIsFree) {
+  const auto pages_behind = [this](int lines) {
+    const QString entries = QStringLiteral("- entry\n").repeated(lines);
+    return LinesOfPages(Read(QStringLiteral("# T\n\n## One\n\n%1\n## Two\n\nText.\n").arg(entries)),
+                        TheirPictures());
+  };
+  EXPECT_EQ(pages_behind(12).size(), 1u);
+  const auto pages = pages_behind(35);
+  ASSERT_EQ(pages.size(), 2u);
+  EXPECT_EQ(pages[1], QStringList({QStringLiteral("2  Two"), QStringLiteral("Text.")}));
+}
+
+TEST_F(BookTest, PictureLargerThanAPageFitsOne) {
+  MakePicture(QStringLiteral("form.png"), QSize(3000, 6000));
+  const QByteArray pdf = Printed(QStringLiteral("# T\n\n## One\n\n![form](form.png)\n\nBelow.\n"));
+  EXPECT_EQ(PagesOf(pdf), 3);
+}
+
+TEST_F(BookTest, LongManualComesToAnEnd) {
+  QString text = QStringLiteral("# T\n");
+  for (int chapter = 0; chapter < 30; ++chapter) {
+    text += QStringLiteral("\n## Chapter\n");
+    for (int section = 0; section < 5; ++section) {
+      text += QStringLiteral("\n### Section\n\n") + kParagraph +
+              QStringLiteral("\n\nMessage.\n: ") + kParagraph + u'\n';
+    }
+  }
+  const QByteArray pdf = Printed(text);
+  EXPECT_TRUE(IsWholePdf(pdf));
+  // 30 chapters, the title page, and a table of contents of 180 lines.
+  EXPECT_GE(PagesOf(pdf), 30 + 1 + 3);
+}
+
+TEST_F(BookTest, MissingPictureIsToldByItsName) {
+  EXPECT_NE(SentenceOf([this] {
+              static_cast<void>(Printed(QStringLiteral("# T\n\n## One\n\n![form](gone.png)\n")));
+            }).find("gone.png can't be read"),
+            std::string::npos);
+}
+
+#ifdef KESTRIX_HELP_FOLDER
+/// The manual that is installed.
+TEST(InstalledManual, IsAWholePdfOfManyPages) {
+  QFile file(QStringLiteral(KESTRIX_HELP_FOLDER "/hlpAnnlyAdv.pdf"));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QByteArray pdf = file.readAll();
+  EXPECT_TRUE(IsWholePdf(pdf));
+  EXPECT_GE(PagesOf(pdf), 20);
+  EXPECT_LT(pdf.size(), 8 * 1024 * 1024);
+}
+#endif
+
+}  // namespace
+}  // namespace kestrix::help

@@ -1,0 +1,125 @@
+#include "HelpPage.h"
+
+#include <QRegularExpression>
+#include <QXmlStreamReader>
+
+#include "HelpTest.h"
+
+namespace kestrix::help {
+namespace {
+
+/// What a reader of the page meets, element by element.
+struct Seen {
+  QString error;
+  QMap<QString, int> elements;
+  QStringList addresses;  ///< every attribute that can lead somewhere
+  QString text;
+};
+
+Seen Look(const QByteArray& page) {
+  Seen seen;
+  QXmlStreamReader reader(page);
+  while (!reader.atEnd()) {
+    switch (reader.readNext()) {
+      case QXmlStreamReader::StartElement:
+        ++seen.elements[reader.name().toString()];
+        for (const auto& attribute : reader.attributes()) {
+          static const QStringList kLeading{QStringLiteral("src"),    QStringLiteral("href"),
+                                            QStringLiteral("srcset"), QStringLiteral("action"),
+                                            QStringLiteral("data"),   QStringLiteral("style")};
+          if (kLeading.contains(attribute.name().toString())) {
+            seen.addresses += attribute.value().toString();
+          }
+        }
+        break;
+      case QXmlStreamReader::Characters:
+        seen.text += reader.text();
+        break;
+      default:
+        break;
+    }
+  }
+  if (reader.hasError()) seen.error = reader.errorString();
+  return seen;
+}
+
+class HelpPageTest : public HelpTest {
+ protected:
+  [[nodiscard]] QByteArray PageOf(const QString& text) const {
+    return HelpPage(Read(text), TheirPictures());
+  }
+};
+
+const QString kSource = QStringLiteral(
+    "# Title\n\n## Hidden\n\nNot here.\n\n## Shown {page}\n\n- one\n- two\n\n1. step\n\n"
+    "Is 1 < 2 & \"so\"?\n: Yes, **very**.\n\n| a | b |\n|---|---|\n| c | d |\n\n"
+    "![a *form*](form.png)\n");
+
+TEST_F(HelpPageTest, PageIsWellFormedAndHoldsTheMarkedChaptersOnly) {
+  MakePicture(QStringLiteral("form.png"));
+  const QByteArray page = PageOf(kSource);
+  EXPECT_TRUE(page.startsWith("<!DOCTYPE html>"));
+  const Seen seen = Look(page);
+  EXPECT_EQ(seen.error, QString());
+  EXPECT_TRUE(seen.text.contains(QStringLiteral("Is 1 < 2 & \"so\"?")));
+  EXPECT_FALSE(seen.text.contains(QStringLiteral("Not here.")));
+  EXPECT_TRUE(seen.text.contains(QStringLiteral("Title: Shown")));
+  const QMap<QString, int> wanted{{"ul", 1}, {"ol", 1}, {"li", 3}, {"dl", 1}, {"dt", 1},
+                                  {"dd", 1}, {"th", 2}, {"td", 2}, {"img", 1}};
+  for (auto it = wanted.begin(); it != wanted.end(); ++it) {
+    EXPECT_EQ(seen.elements[it.key()], it.value()) << it.key().toStdString();
+  }
+}
+
+TEST_F(HelpPageTest, PictureIsInThePageToTheByte) {
+  MakePicture(QStringLiteral("form.png"));
+  const Seen seen = Look(PageOf(kSource));
+  ASSERT_EQ(seen.addresses.size(), 1);
+  const QString head = QStringLiteral("data:image/png;base64,");
+  ASSERT_TRUE(seen.addresses[0].startsWith(head));
+  EXPECT_EQ(QByteArray::fromBase64(seen.addresses[0].mid(head.size()).toLatin1()),
+            TheirPictures().Bytes(QStringLiteral("form.png")));
+}
+
+TEST_F(HelpPageTest, PageIsForLightAndDarkBrowsersWithoutAScript) {
+  MakePicture(QStringLiteral("form.png"));
+  const QByteArray page = PageOf(kSource);
+  EXPECT_TRUE(page.contains("prefers-color-scheme: dark"));
+  EXPECT_TRUE(page.contains("name=\"color-scheme\" content=\"light dark\""));
+  EXPECT_EQ(Look(page).elements[QStringLiteral("script")], 0);
+}
+
+TEST_F(HelpPageTest, MissingAndForeignPicturesAreToldByTheirNames) {
+  EXPECT_NE(SentenceOf([this] { static_cast<void>(PageOf(kSource)); }).find("form.png"),
+            std::string::npos);
+  MakeFile(QStringLiteral("form.png"), "no picture");
+  EXPECT_NE(SentenceOf([this] { static_cast<void>(PageOf(kSource)); }).find("is no PNG picture"),
+            std::string::npos);
+}
+
+TEST_F(HelpPageTest, ManualWithoutAMarkedChapterIsRefused) {
+  EXPECT_EQ(SentenceOf([this] { static_cast<void>(PageOf(QStringLiteral("# T\n\n## One\n"))); }),
+            "No chapter of the manual is marked {page} for the help page.");
+}
+
+#ifdef KESTRIX_HELP_FOLDER
+/// The page that is installed.
+TEST(InstalledPage, RefersToNothingOutsideOfItself) {
+  QFile file(QStringLiteral(KESTRIX_HELP_FOLDER "/acci_alys_help.htm"));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QByteArray page = file.readAll();
+  const Seen seen = Look(page);
+  EXPECT_EQ(seen.error, QString());
+  EXPECT_EQ(seen.elements[QStringLiteral("img")], 1);
+  for (const QString& address : seen.addresses) {
+    EXPECT_TRUE(address.startsWith(QStringLiteral("data:"))) << address.left(80).toStdString();
+  }
+  const QRegularExpression outside(QStringLiteral("https?:|//[a-z]|url\\(|@import|<script|<link"));
+  const QRegularExpression data(QStringLiteral("data:[^\"]*"));
+  EXPECT_FALSE(QString::fromUtf8(page).remove(data).contains(outside));
+  EXPECT_TRUE(seen.text.contains(QStringLiteral("New Project Number")));
+}
+#endif
+
+}  // namespace
+}  // namespace kestrix::help

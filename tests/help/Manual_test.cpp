@@ -1,0 +1,91 @@
+#include "HelpTest.h"
+
+namespace kestrix::help {
+namespace {
+
+using Kind = Block::Kind;
+using Face = Run::Face;
+
+class ManualTest : public HelpTest {
+ protected:
+  /// The sentence about a manual that has this line behind its title.
+  static std::string SentenceAbout(const char* text) {
+    return SentenceOf([&] { static_cast<void>(Read(QStringLiteral("# T\n") + QString(text))); });
+  }
+};
+
+TEST_F(ManualTest, EveryKindOfBlockIsRead) {
+  const Manual manual = Read(QStringLiteral(
+      "# The title\n\nBefore.\n\n## One {page}\n\n### Part\n\nA text\nof two lines.\n\n"
+      "- an entry\n  that goes on\n1. a step\n\n![a form](form.png)\n\n| a | b |\n|---|---|\n"
+      "| c | d |\n\n## Two\n\nFirst words.\nSecond words.\n: What to do,\n  and then.\n"));
+  EXPECT_EQ(manual.title, QStringLiteral("The title"));
+  const Kind kinds[] = {Kind::kParagraph, Kind::kChapter, Kind::kSection, Kind::kParagraph,
+                        Kind::kBullet,    Kind::kStep,    Kind::kPicture, Kind::kTable,
+                        Kind::kChapter,   Kind::kMessage};
+  ASSERT_EQ(manual.blocks.size(), std::size(kinds));
+  for (size_t i = 0; i < std::size(kinds); ++i) {
+    EXPECT_EQ(manual.blocks[i].kind, kinds[i]) << i;
+    // The chapter that is marked for the page, and nothing before or behind it.
+    EXPECT_EQ(manual.blocks[i].on_page, i >= 1 && i <= 7) << i;
+  }
+  EXPECT_EQ(PlainText(manual.blocks[1].line), QStringLiteral("One"));
+  EXPECT_EQ(PlainText(manual.blocks[3].line), QStringLiteral("A text of two lines."));
+  EXPECT_EQ(PlainText(manual.blocks[4].line), QStringLiteral("an entry that goes on"));
+  EXPECT_EQ(manual.blocks[6].picture, QStringLiteral("form.png"));
+  ASSERT_EQ(manual.blocks[7].rows.size(), 2u);
+  EXPECT_EQ(PlainText(manual.blocks[7].rows[1][1]), QStringLiteral("d"));
+  ASSERT_EQ(manual.blocks[9].messages.size(), 2u);
+  EXPECT_EQ(PlainText(manual.blocks[9].messages[1]), QStringLiteral("Second words."));
+  EXPECT_EQ(PlainText(manual.blocks[9].line), QStringLiteral("What to do, and then."));
+}
+
+TEST_F(ManualTest, FacesAreToldApart) {
+  const Manual manual = Read(QStringLiteral("# T\nPress **Open Orgn**, type `a*b`, see *name*.\n"));
+  const Line& line = manual.blocks[0].line;
+  ASSERT_EQ(line.size(), 7u);
+  EXPECT_EQ(line[1].text, QStringLiteral("Open Orgn"));
+  EXPECT_EQ(line[1].face, Face::kCaption);
+  EXPECT_EQ(line[3].text, QStringLiteral("a*b"));
+  EXPECT_EQ(line[3].face, Face::kTyped);
+  EXPECT_EQ(line[5].text, QStringLiteral("name"));
+  EXPECT_EQ(line[5].face, Face::kVariable);
+  EXPECT_EQ(line[6].face, Face::kPlain);
+}
+
+TEST_F(ManualTest, StrokeKeepsAMessageFromBeingAnEntry) {
+  const Manual manual = Read(QStringLiteral("# T\n\\1. Files missing\n: Look.\n"));
+  ASSERT_EQ(manual.blocks.size(), 1u);
+  EXPECT_EQ(PlainText(manual.blocks[0].messages[0]), QStringLiteral("1. Files missing"));
+}
+
+TEST_F(ManualTest, PicturesAreNamedOnceInTheirOrder) {
+  const Manual manual = Read(QStringLiteral("# T\n![b](b.png)\n![a](a.png)\n![again](b.png)\n"));
+  EXPECT_EQ(manual.Pictures(), QStringList({QStringLiteral("b.png"), QStringLiteral("a.png")}));
+}
+
+TEST_F(ManualTest, MistakesAreToldWithTheirLine) {
+  EXPECT_EQ(SentenceOf([] { static_cast<void>(Read(QStringLiteral("no title\n"))); }),
+            "m.md:1: the title (\"# Title\") is missing.");
+  EXPECT_EQ(SentenceAbout(""), "m.md:2: no text follows the title.");
+  EXPECT_EQ(SentenceAbout("A **caption.\n"), "m.md:3: \"**\" has no end or nothing in it.");
+  EXPECT_EQ(SentenceAbout("![shows](http://x/a.png)\n"),
+            "m.md:2: a picture reads ![what it shows](name.png).");
+  EXPECT_EQ(SentenceAbout("| a | b |\n|---|---|\n| c |\n"),
+            "m.md:4: this row has 1 cells and the head of its table 2.");
+  EXPECT_EQ(SentenceAbout("| a |\n| b |\n"),
+            "m.md:3: the second line of a table is \"|---|---|\".");
+  EXPECT_EQ(SentenceAbout("| a |\n|---|\n"), "m.md:4: the table above has no rows.");
+  EXPECT_EQ(SentenceAbout(": what to do\n"), "m.md:2: no message stands above \": what to do\".");
+  EXPECT_EQ(SentenceAbout("#### deep\n"),
+            "m.md:2: only \"##\" and \"###\" begin a heading behind the title.");
+}
+
+TEST_F(ManualTest, MissingSourceIsToldByItsName) {
+  const std::string sentence =
+      SentenceOf([this] { static_cast<void>(Manual::Load(PathOf(QStringLiteral("no.md")))); });
+  EXPECT_NE(sentence.find("no.md can't be read"), std::string::npos) << sentence;
+}
+
+}  // namespace
+}  // namespace kestrix::help
