@@ -1,0 +1,473 @@
+// The shipped program, used as a person uses it: installed, on a real display with and without a
+// window manager, by mouse and keyboard, and looked at from outside.
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QJsonArray>
+#include <QPoint>
+#include <QRect>
+#include <QSet>
+
+#include "outside/Person.h"
+#include "support/TestInstallation.h"
+
+namespace kestrix {
+namespace {
+
+using Manager = XServer::Manager;
+
+QRect Place(const QJsonObject& what) {
+  return {what["x"].toInt(), what["y"].toInt(), what["width"].toInt(), what["height"].toInt()};
+}
+
+class OutsideTest : public ::testing::TestWithParam<Manager> {
+ protected:
+  static void SetUpTestSuite() {
+    family_ = std::make_unique<QTemporaryDir>();
+    QProcess install;
+    install.start(KESTRIX_CMAKE, {"--install", KESTRIX_BUILD, "--prefix", family_->path()});
+    install.waitForFinished(120'000);
+  }
+  static void TearDownTestSuite() { family_.reset(); }
+
+  void SetUp() override {
+    const QString why_not = Person::WhyNot(GetParam());
+    if (!why_not.isEmpty()) GTEST_SKIP() << why_not.toStdString();
+    ASSERT_TRUE(QFile::exists(family_->filePath("KestrixStudy/KestrixStudy")));
+    // A fresh copy of the installation for each test.
+    QProcess copy;
+    copy.start("cp", {"-a", family_->path() + "/.", place_.path()});
+    copy.waitForFinished(60'000);
+    OpenDisplay({1280, 800});
+  }
+
+  void OpenDisplay(const QSize& size) {
+    display_.reset();
+    display_ = std::make_unique<XServer>(GetParam(), size);
+    ASSERT_TRUE(display_->Ready());
+    screen_ = QRect(QPoint(), size);
+  }
+  [[nodiscard]] std::unique_ptr<Person> Sit(const QStringList& variables = {},
+                                            const QStringList& arguments = {}) const {
+    return std::make_unique<Person>(place_.path(), variables, arguments);
+  }
+  [[nodiscard]] QString Path(const QString& tail) const {
+    return place_.filePath("KestrixStudy/RskAsmtFld/" + tail);
+  }
+  [[nodiscard]] QList<QStringList> Study(const QString& query) const {
+    return TestInstallation::Sql(Path("risk_esmatn1.mdb"), query);
+  }
+
+  // Steps that many tests go; each stands where the next one begins.
+  static void AddOrganisation(Person& person, const QString& name) {
+    person.Press({"ctrl+h"});
+    ASSERT_TRUE(person.SeesActive("Orgfrm"));
+    ASSERT_TRUE(person.Click("addorncmd"));
+    ASSERT_TRUE(person.SeesFocus("orgnmecbotxt"));
+    person.Type(name);
+    person.Press({"Tab"});
+    ASSERT_TRUE(person.SeesActive("mnfrm"));
+  }
+  static void AddProject(Person& person, const QString& number) {
+    ASSERT_TRUE(person.Click("NwESINo"));
+    ASSERT_TRUE(person.SeesFocus("ESI_No_temp"));
+    person.Type(number);
+    person.Press({"Tab"});
+    ASSERT_TRUE(person.SeesFocus("PrjStgCbo"));
+    ASSERT_EQ(person.Text("ESI_No"), number);
+  }
+  static void AddTask(Person& person, const QString& title) {
+    person.Press({"alt+a"});
+    ASSERT_TRUE(person.Sees([&] {
+      return person.Focus() == "FuntnTaskMachry" &&
+             person.Control("FuntnTaskMachry")["selection"] == "None.";
+    }));
+    person.Type(title);
+    person.Press({"Tab"});
+    ASSERT_TRUE(person.SeesFocus("HazrdLoctn"));
+  }
+  static void OpenTasks(Person& person) {
+    person.Press({"alt+r"});
+    ASSERT_TRUE(person.SeesActive("RiskEvalFrm_1"));
+  }
+  void GoToTasks(Person& person) {
+    ASSERT_TRUE(person.Start());
+    ASSERT_NO_FATAL_FAILURE(AddOrganisation(person, "Press shop"));
+    ASSERT_NO_FATAL_FAILURE(AddProject(person, "P-1"));
+    ASSERT_NO_FATAL_FAILURE(OpenTasks(person));
+    ASSERT_NO_FATAL_FAILURE(AddTask(person, "Load the press"));
+  }
+  void GoToEstimation(Person& person) {
+    ASSERT_NO_FATAL_FAILURE(GoToTasks(person));
+    ASSERT_TRUE(person.Click("RiskEsmtBtn"));
+    ASSERT_TRUE(person.SeesActive("RiskEstimtn"));
+    ASSERT_TRUE(person.SeesFocus("SevertyCbo"));
+  }
+  /// Opens the list of the box that has the focus and takes an entry by the keyboard alone.
+  static void PickByKeys(Person& person, const QString& box, int downs, const QString& wanted) {
+    ASSERT_TRUE(person.SeesFocus(box));
+    QStringList keys = {"alt+Down", "Home"};
+    for (int i = 0; i < downs; ++i) keys += "Down";
+    person.Press(keys + QStringList{"Return"});
+    ASSERT_TRUE(person.SeesText(box, wanted));
+  }
+  /// Tab goes once around all that can take the focus, and comes back.
+  static void WalkAround(Person& person, const QString& window) {
+    const QString first = person.Focus();
+    QSet<QString> reached = {first};
+    for (int step = 0; step < 80; ++step) {
+      const QString before = person.Focus();
+      person.Press({"Tab"});
+      ASSERT_TRUE(person.Sees([&] { return person.Focus() != before; }))
+          << "stuck on " << qPrintable(before);
+      ASSERT_EQ(person.Box(), "") << "behind " << qPrintable(before);
+      reached += person.Focus();
+      if (person.Focus() == first) break;
+    }
+    EXPECT_EQ(person.Focus(), first) << "the way round doesn't end in " << qPrintable(window);
+    const QJsonArray controls = person.Window(window)["controls"].toArray();
+    for (const QJsonValue control : controls) {
+      if (!control["takes_focus"].toBool() || !control["visible"].toBool() ||
+          !control["enabled"].toBool())
+        continue;
+      EXPECT_TRUE(reached.contains(control["name"].toString()))
+          << qPrintable(control["name"].toString()) << " isn't reached in " << qPrintable(window);
+    }
+  }
+  /// Every window is whole on the screen, and nothing written on the front one is cut off.
+  void LookOver(const Person& person, const QString& window) {
+    ASSERT_TRUE(person.SeesActive(window));
+    EXPECT_TRUE(person.Sees([&] {
+      return screen_.contains(Place(person.Window(window)["frame"].toObject()));
+    })) << qPrintable(window)
+        << " isn't whole on the screen";
+    const QJsonArray controls = person.Window(window)["controls"].toArray();
+    EXPECT_FALSE(controls.isEmpty());
+    for (const QJsonValue control : controls)
+      EXPECT_FALSE(control["cut"].toBool())
+          << qPrintable(control["name"].toString()) << " of " << qPrintable(window)
+          << " is cut: " << qPrintable(control["text"].toString());
+  }
+
+  QTemporaryDir place_;
+  std::unique_ptr<XServer> display_;
+  QRect screen_;
+
+ private:
+  static inline std::unique_ptr<QTemporaryDir> family_;
+};
+
+TEST_P(OutsideTest, FirstStartPutsTheFrameInItsPlace) {
+  const auto person = Sit();
+  ASSERT_TRUE(person->Start());
+  ASSERT_TRUE(person->SeesActive("frmMain"));
+  const QPoint at = Place(person->Window("frmMain")["frame"].toObject()).topLeft();
+  EXPECT_NEAR(at.x(), 67, 1);
+  EXPECT_NEAR(at.y(), 67, 1);
+  EXPECT_EQ(Place(person->Window("frmMain")).size(), QSize(433, 433));
+  EXPECT_EQ(person->Text("sbStatusBarPanel1"), " KESTRIX : Risk Assessment Software  ");
+}
+
+TEST_P(OutsideTest, TheMainJobIsDoneWithMouseAndKeysAndIsOnTheDisk) {
+  const auto person = Sit();
+  ASSERT_NO_FATAL_FAILURE(GoToTasks(*person));
+  // The reference number, then the date by its mask, key by key.
+  person->Press({"shift+Tab", "shift+Tab"});
+  ASSERT_TRUE(person->SeesFocus("RefNo"));
+  person->Press({"ctrl+a"});
+  person->Type("x");
+  person->Press({"Tab"});
+  ASSERT_TRUE(person->SeesBox("BELTROVAN|Enter number."));
+  person->Press({"Return"});
+  ASSERT_TRUE(person->SeesFocus("RefNo"));
+  person->Press({"ctrl+a"});
+  person->Type("3.5");
+  person->Press({"shift+Tab"});
+  ASSERT_TRUE(person->SeesText("RefNo", "03.50"));
+  ASSERT_TRUE(person->SeesFocus("dateOfRcd"));
+  const QStringList masks = {"3_/__/____", "31/__/____", "31/0_/____", "31/02/____"};
+  for (qsizetype i = 0; i < masks.size(); ++i) {
+    person->Type(QStringLiteral("3102").mid(i, 1));
+    ASSERT_TRUE(person->SeesText("dateOfRcd", masks[i]));
+  }
+  person->Type("2013");
+  ASSERT_TRUE(person->SeesText("dateOfRcd", "31/02/2013"));
+  // A click on the way out is answered by the message, and doesn't fall through it.
+  ASSERT_TRUE(person->Click("ClsedDg"));
+  ASSERT_TRUE(person->SeesBox("BELTROVAN|Enter data. (dd/mm/yyyy)"));
+  person->Press({"Return"});
+  ASSERT_TRUE(person->SeesFocus("dateOfRcd"));
+  EXPECT_EQ(person->Active(), "RiskEvalFrm_1");
+  person->Press({"ctrl+a", "BackSpace"});
+  person->Type("28022013");
+  person->Press({"Tab"});
+  ASSERT_TRUE(person->SeesFocus("RefNo"));
+  // A hazard from its list.
+  for (int i = 0; i < 5 && person->Focus() != "PhaseMachn"; ++i) person->Press({"Tab"});
+  ASSERT_NO_FATAL_FAILURE(
+      PickByKeys(*person, "PhaseMachn", 2, person->Control("PhaseMachn")["items"][2].toString()));
+  const QString phase = person->Text("PhaseMachn");
+  // The estimation, by the keyboard alone.
+  for (int i = 0; i < 40 && person->Focus() != "RiskEsmtBtn"; ++i) person->Press({"Tab"});
+  person->Press({"space"});
+  ASSERT_TRUE(person->SeesActive("RiskEstimtn"));
+  ASSERT_NO_FATAL_FAILURE(PickByKeys(*person, "SevertyCbo", 2, "S2, Serious"));
+  person->Press({"Tab"});
+  ASSERT_NO_FATAL_FAILURE(PickByKeys(*person, "ExposureCbo", 1, "F2, Frequent"));
+  person->Press({"Tab"});
+  ASSERT_NO_FATAL_FAILURE(PickByKeys(*person, "occurrenceCbo", 2, "O3, High"));
+  person->Press({"Tab"});
+  ASSERT_NO_FATAL_FAILURE(PickByKeys(*person, "avoidanceCbo", 1, "A2, Impossible"));
+  EXPECT_TRUE(person->SeesText("RiskIdxBRsltDsp", "6"));
+  for (int i = 0; i < 8 && person->Focus() != "Chk_5"; ++i) person->Press({"Tab"});
+  person->Press({"space"});
+  EXPECT_TRUE(person->SeesText("AvrScrStd", "5"));
+  ASSERT_TRUE(person->Click("RskBfrAftrChk"));
+  EXPECT_TRUE(person->SeesText("SevertyCbo", "Reset"));
+  ASSERT_TRUE(person->Click("clsfrm"));
+  ASSERT_TRUE(person->SeesActive("RiskEvalFrm_1"));
+  EXPECT_TRUE(person->SeesText("RIBRtxt", "6 (High Risk)"));
+  ASSERT_TRUE(person->Click("ClsedDg"));
+  ASSERT_TRUE(person->SeesActive("mnfrm"));
+  EXPECT_EQ(
+      Study("SELECT Project_Number, dateOfRcd, RefNo, FuntnTaskMachry, PhaseMachn, "
+            "SevertyCbo, ExposureCbo, occurrenceCbo, avoidanceCbo, RiskIndex, "
+            "\"4Chk_OptnSltd\" FROM Risk_records"),
+      (QList<QStringList>{{"P-1", "28/02/2013", "03.50", "Load the press", phase, "S2, Serious",
+                           "F2, Frequent", "O3, High", "A2, Impossible", "6", "5"}}));
+}
+
+TEST_P(OutsideTest, AProjectNumberIsHeldUntilItCanBeTaken) {
+  const auto person = Sit();
+  ASSERT_TRUE(person->Start());
+  ASSERT_NO_FATAL_FAILURE(AddOrganisation(*person, "Press shop"));
+  ASSERT_NO_FATAL_FAILURE(AddProject(*person, "P-1"));
+  ASSERT_TRUE(person->Click("NwESINo"));
+  ASSERT_TRUE(person->SeesFocus("ESI_No_temp"));
+  person->Type(" 2");
+  ASSERT_TRUE(person->Click("clsdfrm"));
+  ASSERT_TRUE(person->SeesBox("BELTROVAN|Can not begin with a space."));
+  person->Press({"Return"});
+  ASSERT_TRUE(person->SeesFocus("ESI_No_temp"));
+  EXPECT_EQ(person->Active(), "mnfrm");
+  person->Press({"ctrl+a", "BackSpace", "Tab"});
+  ASSERT_TRUE(person->SeesText("ESI_No_temp", "Enter Project Number."));
+  ASSERT_TRUE(person->SeesFocus("ESI_No_temp"));
+  person->Press({"ctrl+a"});
+  person->Type("P-1");
+  person->Press({"Tab"});
+  const QString question =
+      "BELTROVAN: ERROR|Project No. [P-1] already exists. Wish to enter same Project?";
+  ASSERT_TRUE(person->SeesBox(question));
+  person->Press({"Return"});  // No is the default
+  ASSERT_TRUE(person->SeesFocus("ESI_No_temp"));
+  person->Press({"ctrl+a"});
+  person->Type("P-1");
+  person->Press({"Tab"});
+  ASSERT_TRUE(person->SeesBox(question));
+  person->Press({"alt+y"});
+  ASSERT_TRUE(person->SeesFocus("PrjStgCbo"));
+  EXPECT_EQ(person->Text("ESI_No"), "P-1");
+  EXPECT_EQ(Study("SELECT Project_Number FROM Project_details"), (QList<QStringList>{{"P-1"}}));
+}
+
+TEST_P(OutsideTest, TabReachesEveryFieldAndHasNoDeadEnd) {
+  const auto person = Sit();
+  ASSERT_TRUE(person->Start());
+  ASSERT_NO_FATAL_FAILURE(AddOrganisation(*person, "Press shop"));
+  ASSERT_NO_FATAL_FAILURE(AddProject(*person, "P-1"));
+  ASSERT_NO_FATAL_FAILURE(WalkAround(*person, "mnfrm"));
+  ASSERT_NO_FATAL_FAILURE(OpenTasks(*person));
+  ASSERT_NO_FATAL_FAILURE(AddTask(*person, "Load the press"));
+  ASSERT_NO_FATAL_FAILURE(WalkAround(*person, "RiskEvalFrm_1"));
+}
+
+TEST_P(OutsideTest, DeletingATaskIsAnsweredByTheKeyboard) {
+  const auto person = Sit();
+  ASSERT_NO_FATAL_FAILURE(GoToTasks(*person));
+  ASSERT_NO_FATAL_FAILURE(AddTask(*person, "Unload the press"));
+  person->Press({"alt+d"});
+  ASSERT_TRUE(person->Sees([&] { return person->Box().contains("Wish to delete task Unload"); }));
+  person->Press({"Return"});  // No is the default
+  ASSERT_TRUE(person->SeesText("TotAcdRCDDsply", " Recorded task 2 of 2 "));
+  ASSERT_TRUE(person->SeesActive("RiskEvalFrm_1"));
+  person->Press({"alt+d"});
+  ASSERT_TRUE(person->Sees([&] { return !person->Box().isEmpty(); }));
+  person->Press({"alt+y"});
+  ASSERT_TRUE(person->SeesText("TotAcdRCDDsply", " Recorded task 1 of 1 "));
+  EXPECT_EQ(Study("SELECT FuntnTaskMachry FROM Risk_records"),
+            (QList<QStringList>{{"Load the press"}}));
+}
+
+TEST_P(OutsideTest, EveryFormIsWholeOnTheScreenAtTheScaleOfOneAndTwo) {
+  for (const int scale : {1, 2}) {
+    SCOPED_TRACE(scale);
+    ASSERT_NO_FATAL_FAILURE(OpenDisplay(QSize(1280, 800) * scale));
+    const auto person = Sit({QStringLiteral("QT_SCALE_FACTOR=%1").arg(scale)});
+    ASSERT_TRUE(person->Start());
+    ASSERT_NO_FATAL_FAILURE(LookOver(*person, "frmMain"));
+    person->Press({"ctrl+h"});
+    ASSERT_NO_FATAL_FAILURE(LookOver(*person, "Orgfrm"));
+    ASSERT_TRUE(person->Click("addorncmd"));
+    ASSERT_TRUE(person->SeesFocus("orgnmecbotxt"));
+    person->Type(QStringLiteral("Shop %1").arg(scale));
+    person->Press({"Tab"});
+    ASSERT_NO_FATAL_FAILURE(LookOver(*person, "mnfrm"));
+    ASSERT_NO_FATAL_FAILURE(AddProject(*person, "P-1"));
+    ASSERT_NO_FATAL_FAILURE(OpenTasks(*person));
+    ASSERT_NO_FATAL_FAILURE(AddTask(*person, "Load the press"));
+    ASSERT_NO_FATAL_FAILURE(LookOver(*person, "RiskEvalFrm_1"));
+    ASSERT_TRUE(person->Click("RiskEsmtBtn"));
+    ASSERT_NO_FATAL_FAILURE(LookOver(*person, "RiskEstimtn"));
+    ASSERT_TRUE(person->Click("clsfrm"));
+    ASSERT_TRUE(person->Click("ClsedDg"));
+    ASSERT_TRUE(person->Click("LnkDwgs"));
+    ASSERT_NO_FATAL_FAILURE(LookOver(*person, "tagdwgsfrm"));
+    ASSERT_TRUE(person->Click("cls_1"));
+    ASSERT_TRUE(person->Click("clsdfrm"));
+    ASSERT_TRUE(person->SeesActive("frmMain"));
+    ASSERT_TRUE(person->Click("mnuFile"));
+    ASSERT_TRUE(person->Click("custmztnFrm"));
+    ASSERT_NO_FATAL_FAILURE(LookOver(*person, "custizationFrm"));
+    ASSERT_TRUE(person->Click("ext"));
+    ASSERT_TRUE(person->SeesActive("frmMain"));
+    person->Press({"ctrl+b"});
+    ASSERT_NO_FATAL_FAILURE(LookOver(*person, "BkUpfrm"));
+    ASSERT_TRUE(person->Click("clsd"));
+    ASSERT_NO_FATAL_FAILURE(LookOver(*person, "opnflddlg"));
+  }
+}
+
+TEST_P(OutsideTest, AfterAKillTheNextStartFindsTheWork) {
+  const auto person = Sit();
+  ASSERT_NO_FATAL_FAILURE(GoToTasks(*person));
+  ASSERT_TRUE(person->Click("ClsedDg"));
+  ASSERT_TRUE(person->SeesActive("mnfrm"));
+  person->Kill();
+  EXPECT_TRUE(QFile::exists(Path("risk_esmatn1.ldb")));
+  ASSERT_TRUE(person->Start());
+  person->Press({"ctrl+h"});
+  ASSERT_NO_FATAL_FAILURE(PickByKeys(*person, "orgnmecbo", 0, "Press shop"));
+  person->Press({"alt+o"});
+  ASSERT_TRUE(person->SeesActive("mnfrm"));
+  EXPECT_TRUE(person->SeesText("ESI_No", "P-1"));
+  ASSERT_TRUE(person->Click("clsdfrm"));
+  ASSERT_TRUE(person->SeesActive("frmMain"));
+  EXPECT_FALSE(QFile::exists(Path("risk_esmatn1.ldb")));
+}
+
+/// What only a window manager gives: title bars, minimising, a way from one program to the other.
+class ManagedTest : public OutsideTest {};
+
+TEST_P(ManagedTest, TheExitStoresTheFramesPlace) {
+  const auto person = Sit();
+  ASSERT_TRUE(person->Start());
+  ASSERT_TRUE(person->SeesActive("frmMain"));
+  person->Press({"alt+F4"});
+  ASSERT_TRUE(person->Ended());
+  EXPECT_NEAR(person->Setting("MainLeft").toInt(), 1000, 15);
+  EXPECT_NEAR(person->Setting("MainTop").toInt(), 1000, 15);
+  EXPECT_NEAR(person->Setting("MainWidth").toInt(), 6500, 15);
+  EXPECT_NEAR(person->Setting("MainHeight").toInt(), 6500, 15);
+}
+
+TEST_P(ManagedTest, TheProjectFormHoldsTheFrontWhenTheFrameIsClicked) {
+  const auto person = Sit();
+  ASSERT_TRUE(person->Start());
+  ASSERT_NO_FATAL_FAILURE(AddOrganisation(*person, "Press shop"));
+  const QRect frame = Place(person->Window("frmMain"));
+  ASSERT_FALSE(Place(person->Window("mnfrm")["frame"].toObject())
+                   .contains(QPoint(frame.left() + 5, frame.bottom() - 5)));
+  person->ClickAt({frame.left() + 5, frame.bottom() - 5});
+  ASSERT_NO_FATAL_FAILURE(AddProject(*person, "P-1"));
+  EXPECT_EQ(person->Active(), "mnfrm");
+}
+
+TEST_P(ManagedTest, CloseBoxesLoseNothingAndLeaveAWayBack) {
+  const auto person = Sit();
+  ASSERT_NO_FATAL_FAILURE(GoToEstimation(*person));
+  ASSERT_NO_FATAL_FAILURE(PickByKeys(*person, "SevertyCbo", 0, "None."));
+  person->Press({"alt+F4"});
+  ASSERT_TRUE(person->SeesActive("frmMain"));
+  ASSERT_TRUE(person->Window("RiskEvalFrm_1").isEmpty());
+  const QRect frame = Place(person->Window("frmMain"));
+  person->ClickAt(frame.center());
+  ASSERT_TRUE(person->SeesActive("RiskEvalFrm_1"));
+  person->Press({"alt+F4"});
+  ASSERT_TRUE(person->SeesActive("frmMain"));
+  EXPECT_EQ(Study("SELECT FuntnTaskMachry, SevertyCbo FROM Risk_records"),
+            (QList<QStringList>{{"Load the press", "None."}}));
+  person->Press({"ctrl+h"});
+  ASSERT_TRUE(person->SeesActive("mnfrm"));
+  person->Press({"alt+F4"});
+  ASSERT_TRUE(person->SeesActive("frmMain"));
+  EXPECT_FALSE(QFile::exists(Path("risk_esmatn1.ldb")));
+  person->Press({"alt+F4"});
+  EXPECT_TRUE(person->Ended());
+}
+
+TEST_P(ManagedTest, AMinimisedFrameComesBackMaximised) {
+  const auto person = Sit();
+  ASSERT_TRUE(person->Start());
+  ASSERT_TRUE(person->SeesActive("frmMain"));
+  QProcess::execute("xdotool", {"getactivewindow", "windowminimize"});
+  EXPECT_TRUE(person->Sees([&] {
+    const QRect frame = Place(person->Window("frmMain")["frame"].toObject());
+    return frame.width() == screen_.width() && frame.height() == screen_.height();
+  }));
+}
+
+TEST_P(ManagedTest, TwoCopiesKeepEachOthersWorkAndBarTheDelete) {
+  const auto first = Sit();
+  ASSERT_NO_FATAL_FAILURE(GoToTasks(*first));
+  ASSERT_TRUE(first->Click("ClsedDg"));
+  ASSERT_TRUE(first->SeesActive("mnfrm"));
+  const auto second = Sit();
+  ASSERT_TRUE(second->Start());
+  ASSERT_TRUE(second->BringUp("frmMain"));
+  second->Press({"ctrl+h"});
+  ASSERT_NO_FATAL_FAILURE(PickByKeys(*second, "orgnmecbo", 0, "Press shop"));
+  second->Press({"alt+o"});
+  ASSERT_TRUE(second->SeesActive("mnfrm"));
+  ASSERT_NO_FATAL_FAILURE(OpenTasks(*second));
+  ASSERT_TRUE(first->BringUp("mnfrm"));
+  ASSERT_NO_FATAL_FAILURE(OpenTasks(*first));
+  ASSERT_TRUE(first->Click("HazrdLoctn"));
+  first->Press({"ctrl+a"});
+  first->Type("infeed");
+  ASSERT_TRUE(second->BringUp("RiskEvalFrm_1"));
+  ASSERT_TRUE(second->Click("ReccdtnTxt"));
+  second->Press({"ctrl+a"});
+  second->Type("guard");
+  ASSERT_TRUE(second->Click("ClsedDg"));
+  ASSERT_TRUE(second->SeesActive("mnfrm"));
+  ASSERT_TRUE(first->BringUp("RiskEvalFrm_1"));
+  ASSERT_TRUE(first->Click("ClsedDg"));
+  ASSERT_TRUE(first->SeesActive("mnfrm"));
+  EXPECT_EQ(Study("SELECT HazrdLoctn, ReccdtnTxt FROM Risk_records"),
+            (QList<QStringList>{{"infeed", "guard"}}));
+  // The study is open in both: nobody deletes it.
+  ASSERT_TRUE(first->Click("nworg"));
+  ASSERT_NO_FATAL_FAILURE(PickByKeys(*first, "orgnmecbo", 0, "Press shop"));
+  ASSERT_TRUE(first->Click("delte"));
+  EXPECT_TRUE(first->Sees([&] { return first->Box().contains("All users need to logout"); }));
+  EXPECT_TRUE(QFile::exists(Path("risk_esmatn1.mdb")));
+}
+
+std::string NameOf(const ::testing::TestParamInfo<Manager>& info) {
+  return info.param == Manager::kOpenbox ? "WithManager" : "Bare";
+}
+INSTANTIATE_TEST_SUITE_P(Displays, OutsideTest,
+                         ::testing::Values(Manager::kNone, Manager::kOpenbox), NameOf);
+INSTANTIATE_TEST_SUITE_P(Displays, ManagedTest, ::testing::Values(Manager::kOpenbox), NameOf);
+
+}  // namespace
+}  // namespace kestrix
+
+int main(int argc, char** argv) {
+  ::testing::InitGoogleTest(&argc, argv);
+  const QCoreApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}
