@@ -78,15 +78,15 @@ void Disk::CopyTo(const QString& folder) const {
   CopyFolderDurably(folder_, folder);
 }
 
-BackupWorker::End Disk::BackUp() const {
-  return Run(0);
+BackupWorker::End Disk::BackUp(const BackupWorker::StepDone& step_done) const {
+  return Run(0, step_done);
 }
 
-BackupWorker::End Disk::Restore() const {
-  return Run(1);
+BackupWorker::End Disk::Restore(const BackupWorker::StepDone& step_done) const {
+  return Run(1, step_done);
 }
 
-BackupWorker::End Disk::Run(int mode) const {
+BackupWorker::End Disk::Run(int mode, const BackupWorker::StepDone& step_done) const {
   QuietDesk desk;
   SessionState session;
   session.BackupMode = static_cast<qint16>(mode);
@@ -98,7 +98,7 @@ BackupWorker::End Disk::Run(int mode) const {
   source.Refresh();
   session.OrgRowCount = static_cast<qint16>(source.Recordset().RecordCount());
   BackupWorker worker(session, paths_, desk.platform(), RunAtOnce);
-  const BackupWorker::End end = worker.Run(source.Recordset(), [](const auto&) {});
+  const BackupWorker::End end = worker.Run(source.Recordset(), step_done);
   if (!desk.messages.shown.isEmpty() && desk.messages.shown.last().buttons.size() == 1) {
     throw Failure(failure::kPermissionDenied, desk.messages.shown.last().text);
   }

@@ -31,8 +31,8 @@ class Disk {
   [[nodiscard]] QString Set() const { return Outside(QStringLiteral("Set")); }
 
   /// Writes the set anew, or restores it. The worker's own outcome.
-  BackupWorker::End BackUp() const;
-  BackupWorker::End Restore() const;
+  BackupWorker::End BackUp(const BackupWorker::StepDone& step_done = Unheard) const;
+  BackupWorker::End Restore(const BackupWorker::StepDone& step_done = Unheard) const;
 
   /// What every file holds: of a database all its rows, if it is whole, of others their bytes. What
   /// stands beside a database only while it is open or half-written is left out.
@@ -41,7 +41,8 @@ class Disk {
 
  private:
   [[nodiscard]] QString Outside(const QString& name) const;
-  BackupWorker::End Run(int mode) const;
+  static void Unheard(const BackupWorker::Progress&) {}
+  BackupWorker::End Run(int mode, const BackupWorker::StepDone& step_done) const;
 
   QString folder_;
   Installation paths_;

@@ -1,5 +1,8 @@
 // A process that is killed while it writes a backup set or restores one: every file is the old one
 // or the new one, whole.
+#include <signal.h>
+#include <unistd.h>
+
 #include <QTemporaryDir>
 
 #include "Chance.h"
@@ -15,11 +18,14 @@ namespace {
 
 constexpr int kRounds = 25;          // of each of the two
 constexpr int kLongestRun = 60'000;  // microseconds
+constexpr int kSteps = 3;            // register, lists, the one study with its pictures
 
 struct Copying {
   const char* name;
-  void (*work)(const Disk& disk);
+  void (*work)(const Disk& disk, const BackupWorker::StepDone& step_done);
 };
+
+void Unheard(const BackupWorker::Progress&) {}
 
 class KilledBackupTest : public ::testing::TestWithParam<Copying> {
  protected:
@@ -28,9 +34,29 @@ class KilledBackupTest : public ::testing::TestWithParam<Copying> {
     before = ready.Look();
     const QTemporaryDir place;
     ready.CopyTo(place.path());
-    GetParam().work(Disk(place.path()));
+    GetParam().work(Disk(place.path()), Unheard);
     after = Disk(place.path()).Look();
     ASSERT_NE(before, after);
+  }
+
+  /// Each file that a killed process left is the old one or the new one, and whoever tries again
+  /// gets what an undisturbed run gives.
+  void ExpectOldOrNewAndTheNextRunToItsEnd(const Disk& disk, const Disk::State& found) const {
+    for (auto at = found.begin(); at != found.end(); ++at) {
+      // A copy that was killed may leave its unfinished file, under a name that nobody reads.
+      if (at.key().contains(QStringLiteral("/.kestrix-"))) continue;
+      EXPECT_TRUE(at.value() == before.value(at.key()) || at.value() == after.value(at.key()))
+          << at.key().toStdString() << ": " << at.value().toStdString();
+    }
+    for (const QString& path : before.keys()) {
+      if (path.contains(QStringLiteral("Picfolder"))) continue;
+      EXPECT_TRUE(found.contains(path)) << path.toStdString();
+    }
+    ASSERT_NO_THROW(GetParam().work(disk, Unheard));
+    const Disk::State at_end = disk.Look();
+    for (auto at = after.begin(); at != after.end(); ++at) {
+      EXPECT_EQ(at_end.value(at.key()), at.value()) << at.key().toStdString();
+    }
   }
 
   QTemporaryDir folder;
@@ -45,8 +71,10 @@ std::string NameOf(const ::testing::TestParamInfo<Copying>& info) {
 
 INSTANTIATE_TEST_SUITE_P(
     Each, KilledBackupTest,
-    ::testing::Values(Copying{"Backup", [](const Disk& disk) { disk.BackUp(); }},
-                      Copying{"Restore", [](const Disk& disk) { disk.Restore(); }}),
+    ::testing::Values(Copying{"Backup", [](const Disk& disk,
+                                           const auto& step_done) { disk.BackUp(step_done); }},
+                      Copying{"Restore", [](const Disk& disk,
+                                            const auto& step_done) { disk.Restore(step_done); }}),
     NameOf);
 
 TEST_P(KilledBackupTest, EveryFileIsOldOrNewWholeAndTheNextRunComesToItsEnd) {
@@ -60,33 +88,39 @@ TEST_P(KilledBackupTest, EveryFileIsOldOrNewWholeAndTheNextRunComesToItsEnd) {
     const Disk disk(place.path());
     Child child([&](const Teller& tell) {
       tell(QStringLiteral("at work"));
-      GetParam().work(disk);
+      GetParam().work(disk, Unheard);
       tell(QStringLiteral("done"));
     });
     ASSERT_TRUE(child.ListenFor(1, 10'000'000));
     child.ListenFor(2, chance.Between(0, kLongestRun));
     child.Kill();
-
     const Disk::State found = disk.Look();
     in_between += found != before && found != after ? 1 : 0;
-    for (auto at = found.begin(); at != found.end(); ++at) {
-      // A copy that was killed may leave its unfinished file, under a name that nobody reads.
-      if (at.key().contains(QStringLiteral("/.kestrix-"))) continue;
-      EXPECT_TRUE(at.value() == before.value(at.key()) || at.value() == after.value(at.key()))
-          << at.key().toStdString() << ": " << at.value().toStdString();
-    }
-    for (const QString& path : before.keys()) {
-      if (path.contains(QStringLiteral("Picfolder"))) continue;
-      EXPECT_TRUE(found.contains(path)) << path.toStdString();
-    }
-    // Whoever tries again gets what an undisturbed run gives.
-    ASSERT_NO_THROW(GetParam().work(disk));
-    const Disk::State at_end = disk.Look();
-    for (auto at = after.begin(); at != after.end(); ++at) {
-      EXPECT_EQ(at_end.value(at.key()), at.value()) << at.key().toStdString();
-    }
+    ExpectOldOrNewAndTheNextRunToItsEnd(disk, found);
   }
+  // How many depends on the disk; the test below hits the middle for certain.
   std::printf("%d kills found the copying half-way\n", in_between);
+}
+
+TEST_P(KilledBackupTest, BehindEachStepEveryFileIsOldOrNewWhole) {
+  int in_between = 0;
+  for (int last_step = 1; last_step <= kSteps; ++last_step) {
+    SCOPED_TRACE(last_step);
+    const QTemporaryDir place;
+    ready.CopyTo(place.path());
+    const Disk disk(place.path());
+    Child child([&](const Teller&) {
+      int step = 0;
+      GetParam().work(disk, [&](const BackupWorker::Progress&) {
+        if (++step == last_step) ::kill(::getpid(), SIGKILL);
+      });
+    });
+    EXPECT_FALSE(child.WaitForEnd());
+    EXPECT_EQ(child.HowItEnded(), "killed by signal 9");
+    const Disk::State found = disk.Look();
+    in_between += found != before && found != after ? 1 : 0;
+    ExpectOldOrNewAndTheNextRunToItsEnd(disk, found);
+  }
   EXPECT_GT(in_between, 0);
 }
 
