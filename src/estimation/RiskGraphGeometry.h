@@ -85,8 +85,9 @@ inline constexpr QStringView kStartLine = u"strtLin1";
 inline constexpr QStringView kArrowName = u"ArowendShape";
 inline constexpr std::array<QPoint, 3> kArrow{{{1065, 2475}, {1065, 2715}, {1320, 2595}}};
 
-/// Where branches meet. The ends of lines that meet lie a few twips apart; a dot joins them.
-inline constexpr std::array<QPoint, 16> kNodes{{
+/// Where branches meet, and where they come to their end. The ends of lines that meet lie a few
+/// twips apart; a dot joins them.
+inline constexpr std::array<QPoint, 23> kNodes{{
     {1305, 1620},
     {1305, 2115},
     {1305, 3285},  //
@@ -102,10 +103,17 @@ inline constexpr std::array<QPoint, 16> kNodes{{
     {4560, 2895},
     {4560, 3300},
     {4560, 3675},
-    {4560, 4110},
+    {4560, 4110},  //
+    {5760, 1620},
+    {5760, 2115},
+    {5760, 2505},
+    {5760, 2895},
+    {5760, 3300},
+    {5760, 3675},
+    {5760, 4110},
 }};
 /// How far, along each axis, an end of a line may lie from the node that it belongs to.
-inline constexpr int kNodeReach = 75;
+inline constexpr int kNodeReach = 90;
 
 /// The columns of the graph: where each decision is taken, and the index at the end. Their heads
 /// are labels of the form, above the boxes in which the decisions are taken.
@@ -160,27 +168,27 @@ inline constexpr std::array<GraphText, 28> kTexts{{
      u"SEH1_2"},
     {u"F1, Seldom", {}, TextKind::kBranch, {2415, 2640, 960, 195}, u"FH3"},
     {u"F2, Frequent", {}, TextKind::kBranch, {2415, 3435, 960, 195}, u"FH4"},
-    {u"O1", u"Low", TextKind::kLevel, {3960, 1739, 255, 195}, u"OAng0"},
-    {u"O2", u"Medium", TextKind::kLevel, {3960, 2018, 255, 195}, u"OH2"},
-    {u"O3", u"High", TextKind::kLevel, {3960, 2236, 255, 195}, u"OAng1"},
-    {u"O1", u"Low", TextKind::kLevel, {3960, 2577, 255, 195}, u"OAng2"},
-    {u"O2", u"Medium", TextKind::kLevel, {3960, 2798, 255, 195}, u"OH3"},
-    {u"O3", u"High", TextKind::kLevel, {3960, 3033, 255, 195}, u"OAng3"},
-    {u"O1", u"Low", TextKind::kLevel, {3960, 3354, 255, 195}, u"OAng4"},
-    {u"O2", u"Medium", TextKind::kLevel, {3960, 3578, 255, 195}, u"OH4"},
-    {u"O3", u"High", TextKind::kLevel, {3960, 3835, 255, 195}, u"OAng5"},
-    {u"A1", u"Possible", TextKind::kLevel, {4950, 1802, 255, 195}, u"AAng0"},
-    {u"A2", u"Impossible", TextKind::kLevel, {5325, 2018, 255, 195}, u"AH1"},
-    {u"A1", u"Possible", TextKind::kLevel, {4950, 2250, 255, 195}, u"AAng1"},
-    {u"A2", u"Impossible", TextKind::kLevel, {5325, 2408, 255, 195}, u"AH2"},
-    {u"A1", u"Possible", TextKind::kLevel, {4950, 2616, 255, 195}, u"AAng2"},
-    {u"A2", u"Impossible", TextKind::kLevel, {5325, 2798, 255, 195}, u"AH3"},
-    {u"A1", u"Possible", TextKind::kLevel, {4950, 3021, 255, 195}, u"AAng3"},
-    {u"A2", u"Impossible", TextKind::kLevel, {5325, 3203, 255, 195}, u"AH4"},
-    {u"A1", u"Possible", TextKind::kLevel, {4950, 3406, 255, 195}, u"AAng4"},
-    {u"A2", u"Impossible", TextKind::kLevel, {5325, 3578, 255, 195}, u"AH5"},
-    {u"A1", u"Possible", TextKind::kLevel, {4950, 3820, 255, 195}, u"AAng5"},
-    {u"A2", u"Impossible", TextKind::kLevel, {5325, 4013, 255, 195}, u"AH6"},
+    {u"O1", u"Low", TextKind::kLevel, {4035, 1698, 255, 195}, u"OAng0"},
+    {u"O2", u"Medium", TextKind::kLevel, {4035, 2018, 255, 195}, u"OH2"},
+    {u"O3", u"High", TextKind::kLevel, {4035, 2270, 255, 195}, u"OAng1"},
+    {u"O1", u"Low", TextKind::kLevel, {4035, 2545, 255, 195}, u"OAng2"},
+    {u"O2", u"Medium", TextKind::kLevel, {4035, 2798, 255, 195}, u"OH3"},
+    {u"O3", u"High", TextKind::kLevel, {4035, 3059, 255, 195}, u"OAng3"},
+    {u"O1", u"Low", TextKind::kLevel, {4035, 3335, 255, 195}, u"OAng4"},
+    {u"O2", u"Medium", TextKind::kLevel, {4035, 3578, 255, 195}, u"OH4"},
+    {u"O3", u"High", TextKind::kLevel, {4035, 3859, 255, 195}, u"OAng5"},
+    {u"A1", u"Possible", TextKind::kLevel, {4860, 1848, 225, 195}, u"AAng0"},
+    {u"A2", u"Impossible", TextKind::kLevel, {5130, 2018, 225, 195}, u"AH1"},
+    {u"A1", u"Possible", TextKind::kLevel, {4860, 2274, 225, 195}, u"AAng1"},
+    {u"A2", u"Impossible", TextKind::kLevel, {5130, 2408, 225, 195}, u"AH2"},
+    {u"A1", u"Possible", TextKind::kLevel, {4860, 2664, 225, 195}, u"AAng2"},
+    {u"A2", u"Impossible", TextKind::kLevel, {5130, 2798, 225, 195}, u"AH3"},
+    {u"A1", u"Possible", TextKind::kLevel, {4860, 3063, 225, 195}, u"AAng3"},
+    {u"A2", u"Impossible", TextKind::kLevel, {5130, 3202, 225, 195}, u"AH4"},
+    {u"A1", u"Possible", TextKind::kLevel, {4860, 3449, 225, 195}, u"AAng4"},
+    {u"A2", u"Impossible", TextKind::kLevel, {5130, 3578, 225, 195}, u"AH5"},
+    {u"A1", u"Possible", TextKind::kLevel, {4860, 3863, 225, 195}, u"AAng5"},
+    {u"A2", u"Impossible", TextKind::kLevel, {5130, 4012, 225, 195}, u"AH6"},
 }};
 
 /// A cell of the matrix; its colour and words stand in the model under the same name. Neighbouring
@@ -266,11 +274,14 @@ inline constexpr QRect kMatrixFrame{7620, 2715, 5325, 2610};
   return end;
 }
 
-/// Whether a line comes to the graph's right end in the row of this risk index, 0 to 6.
+/// Where a path of this risk index, 0 to 6, comes to its end.
+[[nodiscard]] constexpr QPoint EndOfIndex(int index) {
+  return {kEndColumn, kIndexRows[static_cast<std::size_t>(index)]};
+}
+
+/// Whether a line comes to the graph's right end in the row of this risk index.
 [[nodiscard]] constexpr bool EndsAtIndex(const GraphLine& line, int index) {
-  const int row = kIndexRows[static_cast<std::size_t>(index)];
-  return line.to.x() > kEndColumn - 2 * kNodeReach && line.to.y() >= row - kNodeReach &&
-         line.to.y() <= row + kNodeReach;
+  return IsAt(line.to, EndOfIndex(index));
 }
 
 }  // namespace kestrix::risk_graph

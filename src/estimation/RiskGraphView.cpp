@@ -32,8 +32,6 @@ constexpr QStringView kMediumShort = u"Med.";
 
 constexpr int kTextPixels = 10;
 constexpr int kIndexPixels = 12;
-// Lines end before or behind the end column; none ends before this.
-constexpr int kFirstEnd = kEndColumn - 100;
 // Below this no text is readable on a common screen, so it is never made smaller.
 constexpr int kLeastTextPixels = 9;
 constexpr int kNarrowStretch = 88;
@@ -51,8 +49,9 @@ QColor OutlineOf(const QColor& lit) {
   return lit.darker(300);
 }
 
-int RowOf(const IndexLabel& label) {
-  return kIndexRows[static_cast<std::size_t>(label.index)];
+// From the end of a path to its label, in the row of the index.
+QPoint LeaderEnd(const IndexLabel& label) {
+  return {label.place.left(), EndOfIndex(label.index).y()};
 }
 
 QColor Mix(const QColor& one, const QColor& other, qreal share_of_other) {
@@ -382,8 +381,7 @@ void RiskGraphView::PaintColumns(Brush& brush) const {
 // The lines end before their labels; a leader takes each end to its label.
 void RiskGraphView::PaintLeaders(Brush& brush) const {
   for (const IndexLabel& label : kIndexLabels) {
-    const int row = RowOf(label);
-    brush.Line({kFirstEnd, row}, {label.place.left(), row}, brush.Shade(0.25), brush.AtRest());
+    brush.Line(EndOfIndex(label.index), LeaderEnd(label), brush.Shade(0.25), brush.AtRest());
   }
 }
 
@@ -418,15 +416,12 @@ QList<RiskGraphView::Stroke> RiskGraphView::LitStrokes() const {
   return strokes;
 }
 
-// The leader begins where the lit line ends, a little before or behind the end column.
+// The leader has the colour of the line that it goes on from.
 RiskGraphView::Stroke RiskGraphView::LitLeaderOf(const IndexLabel& label) const {
-  const int row = RowOf(label);
-  Stroke leader{{kEndColumn, row}, {label.place.left(), row}, ColourOf(state_->stage())};
+  Stroke leader{EndOfIndex(label.index), LeaderEnd(label), ColourOf(state_->stage())};
   for (const GraphLine& line : kLines) {
     const std::optional<Stage> stage = state_->LitStageOf(line.name);
-    if (!stage || !EndsAtIndex(line, label.index)) continue;
-    leader.from.setX(line.to.x());
-    leader.colour = ColourOf(*stage);
+    if (stage && EndsAtIndex(line, label.index)) leader.colour = ColourOf(*stage);
   }
   return leader;
 }
@@ -513,7 +508,7 @@ void RiskGraphView::PaintCells(Brush& brush) const {
     brush.Frame(rect, brush.paper(), brush.AtRest());
     if (cell.name == marked) continue;
     const qreal margin = brush.Width(2);
-    brush.Text(rect.adjusted(margin, margin, -margin, -margin), row.band.toString(),
+    brush.Text(rect.adjusted(3 * margin, margin, -3 * margin, -margin), row.band.toString(),
                Qt::AlignCenter | Qt::TextWordWrap, InkOn(colour), kTextPixels, true);
   }
 }

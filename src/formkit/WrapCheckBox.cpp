@@ -16,6 +16,17 @@ constexpr int kRoom = 2;  ///< around the text, for the focus frame
 /// Before a layout says how wide the box is, its text may take about so many letters a line.
 constexpr int kLettersALine = 40;
 
+/// Styles draw the edge of a box in a shade of the window, which is lost in a dark theme.
+constexpr float kEdgeShareOfInk = 0.6F;
+
+QColor EdgeOf(const QPalette& palette) {
+  const QColor ink = palette.color(QPalette::WindowText);
+  const QColor paper = palette.color(QPalette::Base);
+  const auto mix = [](float from, float to) { return from + (to - from) * kEdgeShareOfInk; };
+  return QColor::fromRgbF(mix(paper.redF(), ink.redF()), mix(paper.greenF(), ink.greenF()),
+                          mix(paper.blueF(), ink.blueF()));
+}
+
 /// A blank that a text begins with would set off its first line from those below.
 QString ShownText(const QCheckBox& box) {
   return box.text().trimmed();
@@ -69,6 +80,7 @@ void WrapCheckBox::paintEvent(QPaintEvent* /*event*/) {
 
   QStyleOptionButton indicator = option;
   indicator.rect = style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, this);
+  if (isEnabled()) indicator.palette.setColor(QPalette::Window, EdgeOf(palette()));
   style()->drawPrimitive(QStyle::PE_IndicatorCheckBox, &indicator, &painter, this);
 
   const QRect text_room = style()->visualRect(

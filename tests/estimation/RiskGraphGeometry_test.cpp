@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <QString>
+#include <algorithm>
 #include <cstdlib>
 #include <map>
 #include <set>
@@ -181,12 +182,46 @@ TEST(RiskGraphGeometryTest, WordsOfALevelLieOnTheirLine) {
     if (text.kind != TextKind::kLevel) continue;
     const GraphLine* line = LineNamed(text.line);
     ASSERT_NE(line, nullptr) << text.line.toString().toStdString();
+    const QPoint from = PaintedEnd(line->from);
+    const QPoint to = PaintedEnd(line->to);
     const QPoint centre = text.place.center();
-    const double share = double(centre.x() - line->from.x()) / (line->to.x() - line->from.x());
+    const double share = double(centre.x() - from.x()) / (to.x() - from.x());
     EXPECT_GT(share, 0.0);
     EXPECT_LT(share, 1.0);
-    EXPECT_NEAR(line->from.y() + share * (line->to.y() - line->from.y()), centre.y(), 5);
+    EXPECT_NEAR(from.y() + share * (to.y() - from.y()), centre.y(), 2);
     EXPECT_EQ(line->IsIn(kOccurrenceGroup), text.text.startsWith(u'O'));
+  }
+}
+
+// A word that touched another line would read as that line's.
+TEST(RiskGraphGeometryTest, WordsOfALevelLieOnNoOtherLine) {
+  const int room = 15;  // half of a lit line
+  for (const GraphText& text : kTexts) {
+    if (text.kind != TextKind::kLevel) continue;
+    const QRectF place(text.place.adjusted(-room, -room, room, room));
+    for (const GraphLine& line : kLines) {
+      if (line.name == text.line) continue;
+      const QPointF from = PaintedEnd(line.from);
+      const QPointF step = (QPointF(PaintedEnd(line.to)) - from) / 200;
+      for (int i = 0; i <= 200; ++i) {
+        ASSERT_FALSE(place.contains(from + i * step))
+            << text.line.toString().toStdString() << " on " << line.name.toString().toStdString();
+      }
+    }
+  }
+}
+
+TEST(RiskGraphGeometryTest, LinesThatMeetArePaintedToTheSamePoint) {
+  for (const model::AvoidanceRule& rule : model::kAvoidanceRules) {
+    EXPECT_EQ(PaintedEnd(LineNamed(rule.line)->to), EndOfIndex(rule.index));
+  }
+  EXPECT_EQ(PaintedEnd(LineNamed(u"NoneLn2")->to), EndOfIndex(0));
+  for (const GraphLine& line : kLines) {
+    if (line.groups == kNoGroup) continue;
+    for (const QPoint end : {line.from, line.to}) {
+      EXPECT_TRUE(std::ranges::count(kNodes, PaintedEnd(end)) == 1 || Near(end, kStart))
+          << line.name.toString().toStdString();
+    }
   }
 }
 

@@ -340,6 +340,31 @@ TEST_F(WrapCheckBoxTest, BlankAtTheBeginningIsKeptAndNotDrawn) {
   EXPECT_EQ(box->text(), ' ' + text);
 }
 
+TEST_F(WrapCheckBoxTest, EdgeOfAnEmptyBoxIsSeenInLightAndDark) {
+  struct Theme {
+    QRgb window;
+    QRgb paper;
+    QRgb ink;
+  };
+  Show(*form);
+  for (const Theme& theme :
+       {Theme{0xFFEFEFEF, 0xFFFFFFFF, 0xFF000000}, Theme{0xFF31363B, 0xFF232629, 0xFFEFF0F1}}) {
+    QPalette palette((QColor(theme.window)));
+    palette.setColor(QPalette::Window, QColor(theme.window));
+    palette.setColor(QPalette::Base, QColor(theme.paper));
+    for (const auto role : {QPalette::Text, QPalette::WindowText})
+      palette.setColor(role, QColor(theme.ink));
+    box->setPalette(palette);
+    const QImage picture = box->grab().toImage();
+    int farthest = 0;
+    for (int x = 0; x < 6; ++x) {
+      const int edge = qGray(picture.pixel(x, picture.height() / 2));
+      farthest = std::max(farthest, std::abs(edge - qGray(theme.paper)));
+    }
+    EXPECT_GT(farthest, 70) << "of 255 shades";
+  }
+}
+
 TEST_F(WrapCheckBoxTest, ClickAnywhereOnItToggles) {
   Show(*form);
   Click("box");
