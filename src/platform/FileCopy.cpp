@@ -12,13 +12,14 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <atomic>
+#include <QSet>
 #include <cerrno>
 #include <memory>
 #include <system_error>
 #include <vector>
 
 #include "platform/Descriptor.h"
+#include "platform/Leftovers.h"
 
 namespace kestrix {
 namespace {
@@ -178,24 +179,26 @@ class Replacement {
     (void)::fchmod(fd(), mode_);
   }
 
-  [[nodiscard]] QString NextName() const {
-    static std::atomic<unsigned> counter{0};
-    return QStringLiteral("%1/.kestrix-%2-%3.tmp").arg(folder_).arg(::getpid()).arg(counter++);
-  }
-
   void OpenNamed() {
     int error = EEXIST;
     while (error == EEXIST) {
-      const QString name = NextName();
+      const QString name = NextUnfinishedName(folder_);
       file_ = Descriptor(::open(Encoded(name).constData(),
                                 O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC | O_NOFOLLOW, mode_));
       error = errno;
-      if (file_.valid()) {
-        temporary_ = name;
-        return;
-      }
+      if (!file_.valid()) continue;
+      temporary_ = name;
+      if (HoldUnfinished(file_.get()) && HasName()) return;
+      // It was taken for a leftover before it could be held.
+      ::unlink(Encoded(std::exchange(temporary_, {})).constData());
+      error = EEXIST;
     }
     throw FailureFromErrno(error, target_, action_, failure::kPathNotFound);
+  }
+
+  [[nodiscard]] bool HasName() const {
+    struct stat status = {};
+    return ::fstat(fd(), &status) == 0 && status.st_nlink > 0;
   }
 
   /// Gives the unnamed file a name that nobody has; the error where that can't be.
@@ -207,9 +210,11 @@ class Replacement {
   }
 
   void GiveTemporaryName() {
+    // Nobody else can have a file in hand that has no name yet.
+    (void)HoldUnfinished(fd());
     int error = EEXIST;
     while (error == EEXIST) {
-      const QString name = NextName();
+      const QString name = NextUnfinishedName(folder_);
       error = LinkTo(name);
       if (error == 0) temporary_ = name;
     }
@@ -330,6 +335,12 @@ class CopyGroup::Waiting {
     if (files_.size() >= kMost) Place();
   }
   void Add(FilledFolder folder) { folders_.push_back(std::move(folder)); }
+  /// Whether a copy of this group comes into `folder` for the first time.
+  [[nodiscard]] bool IsFirstIn(const QString& folder) {
+    const auto before = known_.size();
+    known_.insert(folder);
+    return known_.size() > before;
+  }
 
   void Finish() {
     Place();
@@ -350,9 +361,16 @@ class CopyGroup::Waiting {
 
   std::vector<Replacement> files_;
   std::vector<FilledFolder> folders_;
+  QSet<QString> known_;
 };
 
 namespace {
+
+/// Before a copy comes into `folder`: what a killed process left there takes room that the copy may
+/// need.
+void CleanUp(const QString& folder, Sync when) {
+  if (!when.group() || when.group()->waiting().IsFirstIn(folder)) RemoveLeftovers(folder);
+}
 
 void Finish(Replacement replacement, Sync when) {
   const bool together = when.group() && replacement.CanSyncTogether();
@@ -393,6 +411,7 @@ class FolderCopy {
       throw FailureFromErrno(errno, source, Copying(), failure::kPathNotFound);
     if (!S_ISDIR(status.st_mode)) throw FailureFromErrno(ENOTDIR, source, Copying());
     MakeFolder(target, status.st_mode);
+    CleanUp(target, when_);
     for (const QString& name : NamesIn(source))
       CopyEntry(source + u'/' + name, target + u'/' + name);
     folders_.push_back({target, status});
@@ -423,6 +442,7 @@ class FolderCopy {
     if (::lstat(Encoded(source).constData(), &status) != 0)
       throw FailureFromErrno(errno, source, Copying());
     if (S_ISDIR(status.st_mode)) return CopyTree(source, target);
+    if (IsUnfinishedName(source.section(u'/', -1))) return;
     if (S_ISREG(status.st_mode)) return Stage(source, target);
     if (!S_ISLNK(status.st_mode)) return;
     if (QFileInfo(source).isFile()) return Stage(source, target);
@@ -507,10 +527,12 @@ Failure FailureFromErrno(int error, const QString& path, const QString& action, 
 
 void CopyFileDurably(const QString& source, const QString& target, Sync when) {
   const Descriptor file = OpenForReading(source);
+  CleanUp(ParentOf(BehindLinks(target)), when);
   Finish(FilledReplacement(file.get(), source, target), when);
 }
 
 void CopyOpenFileDurably(int source_fd, const QString& target, Sync when) {
+  CleanUp(ParentOf(BehindLinks(target)), when);
   Finish(FilledReplacement(source_fd, target, target), when);
 }
 
@@ -523,6 +545,7 @@ void CopyFolderDurably(const QString& source, const QString& target, Sync when) 
 
 void WriteFileDurably(const QString& path, const QByteArray& bytes) {
   const QString action = QStringLiteral("write");
+  CleanUp(ParentOf(BehindLinks(path)), Sync::kNow);
   Replacement replacement(path, 0666, action);
   WriteAll(replacement.fd(), bytes.constData(), static_cast<size_t>(bytes.size()), path, action);
   Finish(std::move(replacement), Sync::kNow);

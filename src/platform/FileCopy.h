@@ -56,7 +56,8 @@ inline constexpr Sync Sync::kNow{nullptr};
 /// beside the target, synced, and renamed over it, so that at every moment `target` is the old file
 /// or the new one, whole; both file and name are on the disk on return. The time of the last change
 /// is kept. A target that is a link to a file stays a link and the file behind it is replaced; one
-/// that exists keeps its access rights. Fails with kFileNotFound, kPathNotFound, kPermissionDenied
+/// that exists keeps its access rights. What a killed process left of its copies into that folder
+/// goes first. Fails with kFileNotFound, kPathNotFound, kPermissionDenied
 /// (also for a file onto itself, by whatever names, and for a write-protected target), kDiskFull,
 /// kDeviceError.
 void CopyFileDurably(const QString& source, const QString& target, Sync when = Sync::kNow);
@@ -68,7 +69,8 @@ void CopyOpenFileDurably(int source_fd, const QString& target, Sync when = Sync:
 /// Copies the folder `source` with all below it to the folder `target`, which is made if it isn't
 /// there and filled over if it is; its parent must exist. Each file changes from old to new whole,
 /// and all of it is on the disk on return. Links to files are copied as the files they name, other
-/// links as links; what is neither file, folder nor link is left out. Fails as CopyFileDurably
+/// links as links; what is neither file, folder nor link is left out, and so are unfinished copies
+/// of other processes, dead or alive. Fails as CopyFileDurably
 /// does, with kPathNotFound for a missing source and with kPermissionDenied for a folder into
 /// itself.
 void CopyFolderDurably(const QString& source, const QString& target, Sync when = Sync::kNow);

@@ -12,6 +12,7 @@
 #include <atomic>
 
 #include "backup/BackupTest.h"
+#include "platform/Leftovers.h"
 #include "support/RunAsNobody.h"
 
 namespace kestrix {
@@ -366,7 +367,7 @@ class BackupWorkerKilledTest : public BackupWorkerFaultsTest {
   static Tree TargetsIn(const QString& folder) {
     Tree tree = TreeOf(folder);
     for (const QString& name : tree.keys())
-      if (name.section('/', -1).startsWith(".kestrix-")) tree.remove(name);
+      if (IsUnfinishedName(name.section('/', -1))) tree.remove(name);
     return tree;
   }
   /// Every file of `now` is that of `old_files` or that of `new_files`, and nothing else is there.
@@ -376,6 +377,12 @@ class BackupWorkerKilledTest : public BackupWorkerFaultsTest {
                          file.value() == new_files.value(file.key(), "<none>");
       EXPECT_TRUE(whole) << file.key().toStdString();
     }
+  }
+  /// Lays a half-finished copy, as a killed process of this machine leaves it, into that folder.
+  static QString GivenLeftover(const QString& folder) {
+    const QString path = NextUnfinishedName(folder);
+    WriteFile(path, "half of a copy");
+    return path;
   }
   void ChangeEverything() {
     for (const int number : {1, 2}) {
@@ -421,6 +428,31 @@ TEST_F(BackupWorkerKilledTest, RestoreLeavesEachDatabaseOldOrNew) {
          {"orgtn.mdb", "RskAsmt_BkSup.mdb", "risk_esmatn1.mdb", "risk_esmatn2.mdb"})
       EXPECT_TRUE(now.contains(name)) << name << " in round " << round;
   }
+}
+
+TEST_F(BackupWorkerKilledTest, LeftoverOfAKilledCopyIsNoPartOfASet) {
+  const QString leftover = GivenLeftover(installation.PictureFolder(1));
+  Run();
+  EXPECT_EQ(QDir(InDated("Prj1")).entryList(QDir::Files | QDir::Hidden),
+            (QStringList{"a.jpg", "b.jpg"}));
+  EXPECT_EQ(ReadFile(leftover), "half of a copy");
+}
+
+TEST_F(BackupWorkerKilledTest, NextBackupIntoASetRemovesWhatAKilledOneLeftThere) {
+  Run();
+  const Tree set = TreeOf(InSet(kToday));
+  for (const QString& folder : {InSet(kToday), InDated("Prj2")}) (void)GivenLeftover(folder);
+  Run();
+  EXPECT_EQ(TreeOf(InSet(kToday)), set);
+}
+
+TEST_F(BackupWorkerKilledTest, RestoreTakesNoLeftoverOfTheSetAndRemovesThoseOfTheInstallation) {
+  GivenSet();
+  const Tree before = TreeOf(Data());
+  for (const QString& folder : {InSet("Prj1"), Data(), installation.PictureFolder(2)})
+    (void)GivenLeftover(folder);
+  Run();
+  EXPECT_EQ(TreeOf(Data()), before);
 }
 
 }  // namespace
