@@ -45,6 +45,6 @@ function(kestrix_tests name)
   target_precompile_headers(kestrix_tests_${name} PRIVATE <gtest/gtest.h> <gmock/gmock.h> <QtCore>)
   gtest_discover_tests(kestrix_tests_${name}
     DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+    PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()
 include(GoogleTest)
