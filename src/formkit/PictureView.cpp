@@ -5,6 +5,7 @@
 #include <QImageReader>
 #include <QLabel>
 #include <QPixmap>
+#include <algorithm>
 
 #include "platform/Failure.h"
 
@@ -57,7 +58,11 @@ QImage PictureView::Read(const QString& path) {
   }
   QImage picture = reader.read();
   if (picture.isNull()) throw Unreadable(path, reader.errorString());
-  return picture;
+  // Some files claim one size and then hold another.
+  const int longest = std::max(kLargestShown.width(), kLargestShown.height());
+  if (picture.width() <= longest && picture.height() <= longest) return picture;
+  return picture.scaled(
+      picture.size().scaled(kLargestShown, Qt::KeepAspectRatio).expandedTo({1, 1}));
 }
 
 bool PictureView::eventFilter(QObject* watched, QEvent* event) {

@@ -1,9 +1,11 @@
 #include "projects/TextLimit.h"
 
 #include <QPlainTextEdit>
+#include <QSignalBlocker>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <algorithm>
+#include <iterator>
 
 namespace kestrix {
 
@@ -17,17 +19,53 @@ void TextLimit::Note(int position, int /*removed*/, int added) {
 }
 
 void TextLimit::Cut() {
-  // A document ends with a paragraph end of its own, which isn't part of the text.
-  const int length = box_->document()->characterCount() - 1;
+  const QTextDocument* document = box_->document();
+  const QString text = document->toRawText();
+  const auto length = static_cast<int>(text.size());
   if (length <= limit_) return;
   const int end = std::min(end_of_added_, length);
   int start = std::max(0, end - (length - limit_));
   // Half a character is none.
-  if (box_->document()->characterAt(start).isLowSurrogate() && start > 0) --start;
-  QTextCursor cursor(box_->document());
+  if (text[start].isLowSurrogate() && start > 0) --start;
+  if (document->isUndoAvailable()) {
+    MakeAnew(text.left(start) + text.sliced(end), start);
+  } else {
+    Remove(start, end);
+  }
+}
+
+/// The change that was too long is taken back and made anew with what there is room for. Were its
+/// end only removed, to take that back would bring the end in again, and nothing before it could
+/// ever be taken back.
+void TextLimit::MakeAnew(const QString& kept, int place) {
+  QTextDocument* document = box_->document();
+  {
+    const QSignalBlocker quiet(box_);
+    document->undo();
+    document->clearUndoRedoStacks(QTextDocument::RedoStack);
+  }
+  const QString before = document->toRawText();
+  const auto begin = std::mismatch(before.begin(), before.end(), kept.begin(), kept.end());
+  const auto end = std::mismatch(before.rbegin(), std::make_reverse_iterator(begin.first),
+                                 kept.rbegin(), std::make_reverse_iterator(begin.second));
+  QTextCursor cursor(document);
+  cursor.setPosition(static_cast<int>(begin.first - before.begin()));
+  cursor.setPosition(static_cast<int>(end.first.base() - before.begin()), QTextCursor::KeepAnchor);
+  cursor.insertText(QString(begin.second, end.second.base() - begin.second));
+  cursor.setPosition(place);
+  box_->setTextCursor(cursor);
+}
+
+/// Of a text that was set, not typed: there is nothing to take back.
+void TextLimit::Remove(int start, int end) {
+  QTextDocument* document = box_->document();
+  const bool can_undo = document->isUndoRedoEnabled();
+  document->setUndoRedoEnabled(false);
+  QTextCursor cursor(document);
   cursor.setPosition(start);
   cursor.setPosition(end, QTextCursor::KeepAnchor);
   cursor.removeSelectedText();
+  document->setUndoRedoEnabled(can_undo);
 }
 
 }  // namespace kestrix

@@ -7,7 +7,8 @@ class QPlainTextEdit;
 namespace kestrix {
 
 /// Refuses what would make the text of a box of several lines longer than its column: of a long
-/// paste the beginning goes in, and what stood in the box before stays whole.
+/// paste the beginning goes in, and what stood in the box before stays whole. Every change can be
+/// taken back as before.
 class TextLimit : public QObject {
   Q_OBJECT
 
@@ -18,6 +19,8 @@ class TextLimit : public QObject {
  private:
   void Note(int position, int removed, int added);
   void Cut();
+  void MakeAnew(const QString& kept, int place);
+  void Remove(int start, int end);
 
   QPlainTextEdit* box_;
   int limit_;

@@ -87,6 +87,11 @@ int NumberFor(int code) {
   }
 }
 
+Failure NotOfThisProgram(const QString& path) {
+  return {failure::kNotADatabase,
+          QStringLiteral("The file %1 is not a database of this program.").arg(path)};
+}
+
 using Connection = std::unique_ptr<sqlite3, EngineCloser>;
 
 /// A connection to hold a lock with and for nothing else. Fails with kCannotOpen.
@@ -128,19 +133,20 @@ Database::Database(const QString& path) : path_(path) {
   }
   // Looked at before the engine opens the file: an empty file would pass for a new database.
   if (!BeginsLikeADatabase(path)) {
-    throw Failure(failure::kNotADatabase,
-                  QStringLiteral("The file %1 is not a database of this program.").arg(path));
+    throw NotOfThisProgram(path);
   }
   read_only_ = !CanWrite(path) || !CanWrite(QFileInfo(path).absolutePath());
   if (!read_only_) sign_ = std::make_unique<LockSign>(path);
   OpenHandle();
-  Harden();
-  CheckKind();
-  sqlite3_stmt* mark = nullptr;
-  if (sqlite3_prepare_v2(handle(), "PRAGMA data_version", -1, &mark, nullptr) != SQLITE_OK) {
-    throw LastFailure();
+  try {
+    Harden();
+    CheckKind();
+    PrepareMark();
+  } catch (const Failure& failure) {
+    // These statements are well formed: what the engine can't make sense of is the file.
+    if (failure.number() == failure::kSyntax) throw NotOfThisProgram(path);
+    throw;
   }
-  mark_.reset(mark);
 }
 
 Database::~Database() = default;
@@ -170,6 +176,14 @@ void Database::Harden() {
   }
 }
 
+void Database::PrepareMark() {
+  sqlite3_stmt* mark = nullptr;
+  if (sqlite3_prepare_v2(handle(), "PRAGMA data_version", -1, &mark, nullptr) != SQLITE_OK) {
+    throw LastFailure();
+  }
+  mark_.reset(mark);
+}
+
 void Database::CheckKind() {
   QSet<QString> tables;
   Statement names(*this,
@@ -178,8 +192,7 @@ void Database::CheckKind() {
   for (const QSet<QString>& kind : KindsOfFile()) {
     if (tables.contains(kind)) return;
   }
-  throw Failure(failure::kNotADatabase,
-                QStringLiteral("The file %1 is not a database of this program.").arg(path_));
+  throw NotOfThisProgram(path_);
 }
 
 qint64 Database::ChangeMark() {

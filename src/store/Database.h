@@ -66,6 +66,7 @@ class Database {
   void OpenHandle();
   void Harden();
   void CheckKind();
+  void PrepareMark();
 
   QString path_;
   std::unique_ptr<LockSign> sign_;

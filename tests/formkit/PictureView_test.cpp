@@ -163,6 +163,17 @@ TEST_F(PictureViewTest, DamagedAndForeignFilesAreRefused) {
   }
 }
 
+TEST_F(PictureViewTest, PictureThatIsLargerThanItClaimsIsCutDownToAScreen) {
+  // A canvas of 4 by 5000, of which the one frame covers 4 by 4.
+  Write("tall.gif",
+        QByteArray::fromHex("47494638396104008813800000ffffff0000002c00000000040004000002"
+                            "0584618b0905003b"));
+  const QImage picture = PictureView::Read(Path("tall.gif"));
+  EXPECT_FALSE(picture.isNull());
+  EXPECT_LE(picture.height(), 1600);
+  EXPECT_GE(picture.width(), 1);
+}
+
 TEST_F(PictureViewTest, FileThatClaimsToBeHugeIsRefused) {
   // A bitmap's size stands in bytes 18 to 25, of a JPEG four bytes behind the mark of its frame.
   QByteArray bitmap = Bytes("whole.bmp");

@@ -17,11 +17,11 @@
 #include "Child.h"
 #include "Damage.h"
 #include "Disk.h"
+#include "UseDatabase.h"
 #include "formkit/PictureView.h"
 #include "platform/Failure.h"
 #include "shell/DocumentFile.h"
 #include "shell/RichText.h"
-#include "store/DataControl.h"
 #include "store/Database.h"
 #include "store/RecordSources.h"
 #include "support/Files.h"
@@ -33,72 +33,6 @@ constexpr int kFiles = 520;
 constexpr int kFilesOfOneChild = 52;
 /// Nobody waits longer for one damaged file; sanitizers take their share.
 constexpr unsigned kPatienceSeconds = 30;
-
-/// True when the work came to a result, false when it ended with a Failure.
-template <class Work>
-bool Succeeds(Work work) {
-  try {
-    work();
-    return true;
-  } catch (const Failure&) {
-    return false;
-  }
-}
-
-void ReadAll(Recordset& rows) {
-  const int count = rows.RecordCount();
-  for (int row = 1; row <= count; ++row) {
-    static_cast<void>(Succeeds([&] {
-      rows.SetAbsolutePosition(row);
-      for (int field = 0; field < rows.FieldCount(); ++field) {
-        static_cast<void>(rows.Value(field));
-        static_cast<void>(rows.Number(field));
-        static_cast<void>(rows.ShownText(row, field));
-      }
-    }));
-  }
-  static_cast<void>(Succeeds([&] {
-    const Recordset::Walk walk(rows);
-    for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) static_cast<void>(rows.Text(0));
-  }));
-}
-
-void WriteSome(Recordset& rows) {
-  static_cast<void>(Succeeds([&] {
-    rows.MoveFirst();
-    rows.Set(rows.FieldCount() - 1, QStringLiteral("7"));
-    rows.Update();
-  }));
-  static_cast<void>(Succeeds([&] {
-    rows.CancelUpdate();
-    rows.AddNew();
-    rows.Set(0, QStringLiteral("new"));
-    rows.Update();
-  }));
-  static_cast<void>(Succeeds([&] {
-    rows.CancelUpdate();
-    rows.MoveFirst();
-    rows.Delete();
-    rows.Requery();
-  }));
-}
-
-/// Opens each source of a database, reads all its rows, and, with `writes`, changes some.
-int UseDatabase(const QString& file, const QStringList& record_sources, bool writes) {
-  int opened = 0;
-  for (const QString& sql : record_sources) {
-    opened += Succeeds([&] {
-      DataControl source(QStringLiteral("source"));
-      source.SetDatabaseName(file);
-      source.SetRecordSource(sql);
-      source.Refresh();
-      ReadAll(source.Recordset());
-      if (writes) WriteSome(source.Recordset());
-      source.Close();
-    });
-  }
-  return opened;
-}
 
 class DamagedTest : public ::testing::Test {
  protected:

@@ -67,5 +67,41 @@ TEST_F(TextLimitTest, AReplacedSelectionMayBeAsLongAsBefore) {
   EXPECT_EQ(box.toPlainText(), "abcdefghij");
 }
 
+TEST_F(TextLimitTest, APasteThatWasCutIsTakenBackWholeAndComesBackCut) {
+  box.setPlainText("abcdef");
+  PutCursor(3);
+  box.insertPlainText("0123456789");
+  ASSERT_EQ(box.toPlainText(), "abc0123def");
+  box.undo();
+  EXPECT_EQ(box.toPlainText(), "abcdef");
+  EXPECT_FALSE(box.document()->isUndoAvailable());
+  box.redo();
+  EXPECT_EQ(box.toPlainText(), "abc0123def");
+}
+
+TEST_F(TextLimitTest, AKeyThatWasRefusedLeavesWhatWasTypedToBeTakenBack) {
+  box.setPlainText("01234567");
+  PutCursor(4);
+  QTest::keyClicks(&box, "xyz");
+  EXPECT_EQ(box.toPlainText(), "0123xy4567");
+  EXPECT_EQ(box.textCursor().position(), 6);
+  while (box.document()->isUndoAvailable()) {
+    const auto steps = box.document()->availableUndoSteps();
+    box.undo();
+    ASSERT_LT(box.document()->availableUndoSteps(), steps);
+  }
+  EXPECT_EQ(box.toPlainText(), "01234567");
+}
+
+TEST_F(TextLimitTest, WhatWasCutOffATextThatWasSetDoesNotComeBack) {
+  box.setPlainText("0123456789ab");
+  EXPECT_FALSE(box.document()->isUndoAvailable());
+  box.undo();
+  EXPECT_EQ(box.toPlainText(), "0123456789");
+  PutCursor(2);
+  QTest::keyClicks(&box, "x");
+  EXPECT_EQ(box.toPlainText(), "0123456789");
+}
+
 }  // namespace
 }  // namespace kestrix

@@ -153,6 +153,14 @@ TEST_F(DatabaseTest, ATruncatedFileIsRefused) {
   }
 }
 
+TEST_F(DatabaseTest, AFileOfAnUnknownFormatIsRefused) {
+  // Where the head of the file says how its tables are described.
+  constexpr int kFormat = 47;
+  QByteArray bytes = Bytes(Path("study.mdb"));
+  bytes[kFormat] = 9;
+  ExpectRefused(bytes, failure::kNotADatabase);
+}
+
 TEST_F(DatabaseTest, ADatabaseOfAnotherProgramIsRefused) {
   const QString path = Path("other.mdb");
   Exec(path, "CREATE TABLE people(name TEXT)");
