@@ -25,6 +25,7 @@ if(KESTRIX_SANITIZE)
   target_compile_options(kestrix_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   target_link_options(kestrix_options INTERFACE -fsanitize=address,undefined)
+  target_compile_definitions(kestrix_options INTERFACE KESTRIX_SANITIZED)
   # The fuzz targets are led by which of our branches an input takes.
   if(CMAKE_CXX_COMPILER_ID MATCHES Clang)
     target_compile_options(kestrix_options INTERFACE -fsanitize=fuzzer-no-link)

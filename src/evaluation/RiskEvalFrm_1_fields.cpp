@@ -113,10 +113,12 @@ void RiskEvalFrm_1::FndESINo_Change() {
 
 void RiskEvalFrm_1::FndESINo_LostFocus() {
   find_active_ = false;
-  if (ui_->FndESINo->text().isEmpty()) return;
-  // This finds the first task, and with that the form stays in the find until it is loaded again.
-  ui_->FndESINo->clear();
-  EnableCombos(true);
+  const bool goes_on = !ui_->FndESINo->text().isEmpty();
+  // Set, not cleared, so that the box doesn't keep all that is ever looked for, to undo it. Where
+  // there is a text, this finds the first task, and with that the form stays in the find until it
+  // is loaded again.
+  ui_->FndESINo->setText(QString());
+  if (goes_on) EnableCombos(true);
 }
 
 }  // namespace kestrix

@@ -320,6 +320,18 @@ TEST_F(RiskEvalFrm_1FieldsTest, ALeftFindBoxThatIsEmptyKeepsTheTask) {
   EXPECT_EQ(Position(), " Recorded task 1 of 2 ") << "there was no find";
 }
 
+TEST_F(RiskEvalFrm_1FieldsTest, TheFindBoxForgetsWhatWasTypedOnceItIsLeft) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  Click("FndESINo");
+  Type("x");
+  PressKey(Qt::Key_Backspace);
+  EXPECT_TRUE(Control<QLineEdit>("FndESINo").isUndoAvailable());
+  PressTab();
+  EXPECT_FALSE(Control<QLineEdit>("FndESINo").isUndoAvailable());
+  EXPECT_EQ(TextOf("FndESINo"), "");
+}
+
 TEST_F(RiskEvalFrm_1FieldsTest, AFindInAnEmptyProjectFindsNothing) {
   OpenForm();
   Click("FndESINo");
