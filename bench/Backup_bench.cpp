@@ -1,191 +1,354 @@
-#include <fcntl.h>
-#include <sqlite3.h>
-#include <sys/wait.h>
-#include <unistd.h>
+// Backup and restore of a large installation through the form, each against copying the same files
+// with `cp -r` and `sync -f`, after which they are on the disk too.
+//
+// kestrix_bench_backup [folder to work in]
+//
+// The two sides of a pair run right behind each other, in turns of who is first, so that what else
+// the machine does meets both; a ratio is the median of the ratios of the pairs. Each line that is
+// printed is a name and a number: seconds, megabytes, or milliseconds. The folder needs room for
+// ten gigabytes; nothing is deleted in between, since a disk that has just lost many files is slow
+// to take new ones.
+#include <sys/resource.h>
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEvent>
 #include <QFile>
-#include <QRandomGenerator>
+#include <QPushButton>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <vector>
 
-#include "backup/BackupWorker.h"
-#include "platform/QtPlatform.h"
-#include "store/DataControl.h"
-#include "store/RecordSources.h"
+#include "Desk.h"
+#include "LargeInstallation.h"
+#include "backup/BkUpfrm.h"
 
-// Measures a backup of a large installation against copying the same files with `cp -r` and
-// `sync -f`, each a few times in turn, so that both meet the same disk. Both end with all of it on
-// the disk. The first argument is the folder to work in, by default the temporary one; it needs
-// about two gigabytes.
-
-namespace kestrix {
+namespace kestrix::bench {
 namespace {
 
-constexpr int kStudies = 200;
-constexpr int kTasks = 1000;
-constexpr int kPicturesOfEach = 2;
-constexpr int kPictureBytes = 150'000;
-constexpr int kRounds = 5;
-constexpr double kMost = 1.2;
+constexpr int kPairs = 9;
+constexpr int kFewerPairs = 5;
 
-[[noreturn]] void GiveUp(const QString& why) {
-  std::fprintf(stderr, "%s\n", why.toUtf8().constData());
-  std::exit(2);
+double Median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
 }
 
-void Execute(const QString& file, const QString& sql) {
-  sqlite3* handle = nullptr;
-  const bool done =
-      sqlite3_open(file.toUtf8().constData(), &handle) == SQLITE_OK &&
-      sqlite3_exec(handle, sql.toUtf8().constData(), nullptr, nullptr, nullptr) == SQLITE_OK;
-  if (!done) GiveUp(QString::fromUtf8(sqlite3_errmsg(handle)));
-  sqlite3_close(handle);
+void Print(const QString& name, double value) {
+  std::printf("%s %.4f\n", name.toLatin1().constData(), value);
+  std::fflush(stdout);
 }
 
-void Copy(const QString& source, const QString& target) {
-  if (!QFile::copy(source, target)) GiveUp(QStringLiteral("Can't make ") + target);
-}
-
-/// Runs a program to its end, as a person would have it run.
-void RunProgram(const QStringList& words) {
-  std::vector<QByteArray> bytes;
-  std::vector<char*> arguments;
-  for (const QString& word : words) bytes.push_back(word.toLocal8Bit());
-  for (QByteArray& word : bytes) arguments.push_back(word.data());
-  arguments.push_back(nullptr);
-  const pid_t child = ::fork();
-  if (child == 0) {
-    ::execvp(arguments.front(), arguments.data());
-    ::_exit(127);
-  }
-  int status = 0;
-  if (::waitpid(child, &status, 0) != child || status != 0)
-    GiveUp(words.first() + QStringLiteral(" failed"));
-}
-
-/// An installation with studies and pictures of a busy organisation.
-class LargeInstallation {
- public:
-  explicit LargeInstallation(const QString& place)
-      : folder_(place + QStringLiteral("/KestrixStudy")) {
-    const QString pristine = QStringLiteral(KESTRIX_PRISTINE_FOLDER);
-    const QString data = folder_ + QStringLiteral("/RskAsmtFld/");
-    QDir().mkpath(data + QStringLiteral("Picfolder"));
-    for (const char* name : {"orgtn.mdb", "RskAsmt_BkSup.mdb"}) {
-      const QString file = QString::fromLatin1(name);
-      Copy(pristine + QStringLiteral("/RskAsmtFld/") + file, data + file);
-    }
-    Copy(pristine + QStringLiteral("/risk_esmatn.mdb"), data + QStringLiteral("risk_esmatn1.mdb"));
-    Execute(
-        data + QStringLiteral("risk_esmatn1.mdb"),
-        QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<%1) "
-                       "INSERT INTO Risk_records(Project_Number,FuntnTaskMachry,HzrdDscptnTXT,"
-                       "ReccdtnTxt) SELECT 'P-1','Task '||i, hex(randomblob(60)),"
-                       "hex(randomblob(60)) FROM n")
-            .arg(kTasks));
-    Execute(
-        data + QStringLiteral("orgtn.mdb"),
-        QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<%1) "
-                       "INSERT INTO orgtn SELECT 'Works '||i, i FROM n")
-            .arg(kStudies));
-    for (int number = 1; number <= kStudies; ++number) AddFiles(data, number);
-    RunProgram({QStringLiteral("sync"), QStringLiteral("-f"), folder_});
-  }
-
-  [[nodiscard]] const QString& Folder() const { return folder_; }
-
- private:
-  static void AddFiles(const QString& data, int number) {
-    if (number > 1)
-      Copy(data + QStringLiteral("risk_esmatn1.mdb"),
-           data + QStringLiteral("risk_esmatn%1.mdb").arg(number));
-    const QString pictures = data + QStringLiteral("Picfolder/Prj%1/").arg(number);
-    QDir().mkpath(pictures);
-    for (int i = 0; i < kPicturesOfEach; ++i) {
-      QByteArray bytes(kPictureBytes, '\0');
-      QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(bytes.data()),
-                                            bytes.size() / 4);
-      QFile file(pictures + QStringLiteral("%1.jpg").arg(i));
-      if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        GiveUp(file.errorString());
-    }
-  }
-
-  QString folder_;
+/// What a piece of work took: of this process and of those that it has waited for.
+struct Cost {
+  double seconds = 0;
+  double processor_seconds = 0;
+  double megabytes = 0;  ///< handed to the disk
 };
 
-double SecondsOf(const std::function<void()>& work) {
-  QElapsedTimer time;
-  time.start();
+double ProcessorSeconds(int whose) {
+  struct rusage usage = {};
+  ::getrusage(whose, &usage);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+  };
+  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+double MegabytesWritten() {
+  QFile file(QStringLiteral("/proc/self/io"));
+  if (!file.open(QIODevice::ReadOnly)) return 0;
+  const QList<QByteArray> lines = file.readAll().split('\n');
+  for (const QByteArray& line : lines)
+    if (line.startsWith("write_bytes: ")) return line.mid(13).toDouble() / 1e6;
+  return 0;
+}
+
+Cost Sofar() {
+  return {.processor_seconds = ProcessorSeconds(RUSAGE_SELF) + ProcessorSeconds(RUSAGE_CHILDREN),
+          .megabytes = MegabytesWritten()};
+}
+
+Cost CostOf(const std::function<void()>& work) {
+  const Cost before = Sofar();
+  QElapsedTimer clock;
+  clock.start();
   work();
-  return static_cast<double>(time.nsecsElapsed()) / 1e9;
+  const double seconds = static_cast<double>(clock.nsecsElapsed()) / 1e9;
+  const Cost after = Sofar();
+  return {seconds, after.processor_seconds - before.processor_seconds,
+          after.megabytes - before.megabytes};
 }
 
-void BackUp(const LargeInstallation& installation, const QString& into, QtPlatform& desktop) {
-  const Installation paths(installation.Folder());
-  SessionState session;
-  session.BackupFolder = into;
-  session.BackupDateName = QStringLiteral("15February2013");
-  DataControl organisations(QStringLiteral("Orgndata"));
-  organisations.SetDatabaseName(paths.Register());
-  organisations.SetRecordSource(sources::kOrgtnTable);
-  organisations.Refresh();
-  session.OrgRowCount = static_cast<qint16>(organisations.Recordset().RecordCount());
-  BackupWorker worker(session, paths, desktop.platform());
-  const auto end = worker.Run(organisations.Recordset(), [](const BackupWorker::Progress&) {});
-  if (end != BackupWorker::End::kAtEnd) GiveUp(QStringLiteral("The backup did not reach its end"));
-}
-
-double Median(std::vector<double> seconds) {
-  std::sort(seconds.begin(), seconds.end());
-  return seconds[seconds.size() / 2];
-}
-
-int Measure(const QString& where) {
-  const QTemporaryDir place(where + QStringLiteral("/kestrix-bench-XXXXXX"));
-  if (!place.isValid()) GiveUp(place.errorString());
-  const LargeInstallation installation(place.path());
-  QtPlatform desktop;
-  std::vector<double> copies;
-  std::vector<double> backups;
-  std::vector<double> repeated;
-  // Nothing is deleted in between: a disk that has just lost many files is slow to take new ones.
-  for (int round = 0; round < kRounds; ++round) {
-    const QString copy = place.filePath(QStringLiteral("copy%1").arg(round));
-    const QString set = place.filePath(QStringLiteral("set%1").arg(round));
-    QDir().mkpath(set);
-    RunProgram({QStringLiteral("sync"), QStringLiteral("-f"), place.path()});
-    copies.push_back(SecondsOf([&] {
-      RunProgram({QStringLiteral("cp"), QStringLiteral("-r"),
-                  installation.Folder() + QStringLiteral("/RskAsmtFld"), copy});
-      RunProgram({QStringLiteral("sync"), QStringLiteral("-f"), copy});
-    }));
-    backups.push_back(SecondsOf([&] { BackUp(installation, set, desktop); }));
+/// Measures how long the windows of the program go without an answer: the longest time between two
+/// moments at which the event loop came to a timer and a repaint that was asked for.
+class Pulse : public QObject {
+ public:
+  explicit Pulse(QWidget& window) : window_(window) {
+    window_.installEventFilter(this);
+    timer_.setTimerType(Qt::PreciseTimer);
+    connect(&timer_, &QTimer::timeout, &window_, [this] { window_.update(); });
   }
-  for (int round = 0; round < kRounds; ++round) {
-    const QString set = place.filePath(QStringLiteral("set%1").arg(round));
-    repeated.push_back(SecondsOf([&] { BackUp(installation, set, desktop); }));
+
+  /// In milliseconds. `work` leaves the window open.
+  double LongestSilenceIn(const std::function<void()>& work) {
+    timer_.start(1);
+    WaitForPaint();
+    longest_ = 0;
+    work();
+    WaitForPaint();
+    timer_.stop();
+    return longest_;
   }
-  const double ratio = Median(backups) / Median(copies);
-  std::printf("%d studies of %d tasks, %d pictures; medians of %d rounds\n", kStudies, kTasks,
-              kStudies * kPicturesOfEach, kRounds);
-  std::printf("cp -r and sync -f          %7.3f s\n", Median(copies));
-  std::printf("backup, durable at its end %7.3f s   %.2f times; at most %.1f\n", Median(backups),
-              ratio, kMost);
-  std::printf("backup over an older set   %7.3f s   %.2f times\n", Median(repeated),
-              Median(repeated) / Median(copies));
-  return ratio <= kMost ? 0 : 1;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Paint) {
+      if (clock_.isValid())
+        longest_ = std::max(longest_, static_cast<double>(clock_.nsecsElapsed()) / 1e6);
+      clock_.start();
+      ++paints_;
+    }
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  void WaitForPaint() {
+    for (const int before = paints_; paints_ == before && window_.isVisible();)
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  }
+
+  QWidget& window_;
+  QTimer timer_;
+  QElapsedTimer clock_;
+  double longest_ = 0;
+  int paints_ = 0;
+};
+
+/// Presses the main button of the form, as a person does who has chosen the folder.
+class Copier {
+ public:
+  explicit Copier(const QString& installation) : desk_(installation) {
+    desk_.session.BackupDateName = QStringLiteral("15February2013");
+  }
+
+  void BackUp(const QString& into) { Press(kBackUp, into, PlainPress); }
+  void Restore(const QString& set) { Press(kRestore, set, PlainPress); }
+  /// In milliseconds, the longest silence of the window meanwhile.
+  double SilenceInBackUp(const QString& into) { return SilenceIn(kBackUp, into); }
+  double SilenceInRestore(const QString& set) { return SilenceIn(kRestore, set); }
+
+ private:
+  struct Work {
+    qint16 mode;
+    const QString& from;
+    const QString& to;
+  };
+  static inline const Work kBackUp{0, BkUpfrm::kBackup, BkUpfrm::kBackupComplete};
+  static inline const Work kRestore{1, BkUpfrm::kRestore, BkUpfrm::kRestoreComplete};
+  using PressButton = std::function<void(BkUpfrm&, QPushButton&)>;
+
+  static void PlainPress(BkUpfrm& /*form*/, QPushButton& button) { button.click(); }
+
+  double SilenceIn(const Work& work, const QString& folder) {
+    double silence = 0;
+    Press(work, folder, [&](BkUpfrm& form, QPushButton& button) {
+      silence = Pulse(form).LongestSilenceIn([&] { button.click(); });
+    });
+    return silence;
+  }
+
+  void Press(const Work& work, const QString& folder, const PressButton& press) {
+    desk_.session.BackupMode = work.mode;
+    desk_.session.BackupFolder = folder;
+    BkUpfrm form(desk_.context());
+    form.LoadForm();
+    form.ShowForm();
+    form.SetMainCaption(work.from);
+    auto* button = form.findChild<QPushButton*>(QStringLiteral("clsd"));
+    press(form, *button);
+    if (button->text() != work.to || !desk_.messages.shown.isEmpty())
+      GiveUp(QStringLiteral("\"%1\" didn't come to its end. %2")
+                 .arg(work.from, desk_.messages.shown.join(u' ')));
+  }
+
+  Desk desk_;
+};
+
+void BringToDisk(const QString& folder) {
+  RunProgram({QStringLiteral("sync"), QStringLiteral("-f"), folder});
 }
+
+void CopyPlainly(const QString& source, const QString& target) {
+  RunProgram({QStringLiteral("cp"), QStringLiteral("-r"), source, target});
+  BringToDisk(target);
+}
+
+/// The costs of two ways to do one thing, pair by pair.
+class Pairs {
+ public:
+  /// Runs `ours` and `theirs` with the number of the pair, in turns of who is first.
+  void Run(int count, const QString& disk, const std::function<void(int)>& ours,
+           const std::function<void(int)>& theirs) {
+    for (int pair = 0; pair < count; ++pair) {
+      const bool we_first = pair % 2 == 1;
+      for (const bool we : {we_first, !we_first}) {
+        BringToDisk(disk);
+        (we ? ours_ : theirs_).push_back(CostOf([&] { (we ? ours : theirs)(pair); }));
+      }
+    }
+  }
+
+  void PrintAs(const QString& name) const {
+    PrintCosts(name, ours_);
+    PrintCosts(name + QStringLiteral(".plain"), theirs_);
+    std::vector<double> ratios;
+    for (size_t i = 0; i < ours_.size(); ++i)
+      ratios.push_back(ours_[i].seconds / theirs_[i].seconds);
+    const auto [least, most] = std::minmax_element(ratios.begin(), ratios.end());
+    Print(name + QStringLiteral(".ratio"), Median(ratios));
+    Print(name + QStringLiteral(".ratio.least"), *least);
+    Print(name + QStringLiteral(".ratio.most"), *most);
+  }
+
+ private:
+  static void PrintCosts(const QString& name, const std::vector<Cost>& costs) {
+    const auto print = [&](const char* what, double Cost::*member) {
+      std::vector<double> values;
+      for (const Cost& cost : costs) values.push_back(cost.*member);
+      Print(name + QString::fromLatin1(what), Median(values));
+    };
+    print("", &Cost::seconds);
+    print(".processor", &Cost::processor_seconds);
+    print(".written", &Cost::megabytes);
+  }
+
+  std::vector<Cost> ours_;
+  std::vector<Cost> theirs_;
+};
+
+class BackupBench {
+ public:
+  explicit BackupBench(const QString& place)
+      : place_(place), installation_(At("KestrixStudy")), copier_(installation_.Folder()) {}
+
+  void Run() {
+    WarmUp();
+    BackUps();
+    BackUpsOverOlderSets();
+    Restores();
+    Silences();
+    Growth();
+  }
+
+ private:
+  [[nodiscard]] QString At(const char* name, int number = -1) const {
+    const QString path = place_ + u'/' + QString::fromLatin1(name);
+    return number < 0 ? path : path + QString::number(number);
+  }
+  [[nodiscard]] static QString Dated(const QString& set) {
+    return set + QStringLiteral("/15February2013");
+  }
+
+  void BackUp(const QString& into) {
+    QDir().mkpath(into);
+    copier_.BackUp(into);
+  }
+
+  /// The first run of each side reads what all others find in memory.
+  void WarmUp() {
+    BackUp(At("first set"));
+    CopyPlainly(installation_.Data(), At("first copy"));
+  }
+
+  void BackUps() {
+    Pairs pairs;
+    pairs.Run(
+        kPairs, place_, [&](int pair) { BackUp(At("set", pair)); },
+        [&](int pair) { CopyPlainly(installation_.Data(), At("copy", pair)); });
+    pairs.PrintAs(QStringLiteral("backup"));
+  }
+
+  void BackUpsOverOlderSets() {
+    Pairs pairs;
+    const QString all = installation_.Data() + QStringLiteral("/.");
+    pairs.Run(
+        kFewerPairs, place_, [&](int pair) { BackUp(At("set", pair)); },
+        [&](int pair) { CopyPlainly(all, At("copy", pair)); });
+    pairs.PrintAs(QStringLiteral("again"));
+  }
+
+  /// Both sides take the pictures away and put the databases into the place of older ones.
+  void Restores() {
+    Pairs pairs;
+    pairs.Run(
+        kFewerPairs, place_, [&](int pair) { copier_.Restore(Dated(At("set", pair))); },
+        [&](int pair) {
+          const QString copy = At("copy", pair);
+          RunProgram({QStringLiteral("rm"), QStringLiteral("-r"), copy + "/Picfolder"});
+          CopyPlainly(Dated(At("set", pair)) + QStringLiteral("/."), copy);
+        });
+    pairs.PrintAs(QStringLiteral("restore"));
+  }
+
+  /// How long the window is deaf.
+  void Silences() {
+    std::vector<double> backups;
+    std::vector<double> restores;
+    for (int run = 0; run < kFewerPairs; ++run) {
+      const QString set = At("watched", run);
+      QDir().mkpath(set);
+      BringToDisk(place_);
+      backups.push_back(copier_.SilenceInBackUp(set));
+      BringToDisk(place_);
+      restores.push_back(copier_.SilenceInRestore(Dated(set)));
+    }
+    for (const auto& [name, values] : {std::pair{"backup", backups}, {"restore", restores}}) {
+      Print(QStringLiteral("silence.") + QString::fromLatin1(name), Median(values));
+      Print(QStringLiteral("silence.%1.most").arg(QString::fromLatin1(name)),
+            *std::max_element(values.begin(), values.end()));
+    }
+  }
+
+  /// From the larger part to the smaller: a restore takes away the pictures of those that its set
+  /// doesn't list.
+  void Growth() {
+    for (const int studies : {LargeInstallation::kStudies / 2, LargeInstallation::kStudies / 4}) {
+      installation_.List(studies);
+      std::vector<double> backups;
+      std::vector<double> restores;
+      for (int run = 0; run < kFewerPairs; ++run) {
+        const QString set = At("part", studies * 100 + run);
+        BringToDisk(place_);
+        backups.push_back(CostOf([&] { BackUp(set); }).seconds);
+        BringToDisk(place_);
+        restores.push_back(CostOf([&] { copier_.Restore(Dated(set)); }).seconds);
+      }
+      Print(QStringLiteral("backup.%1").arg(studies), Median(backups));
+      Print(QStringLiteral("restore.%1").arg(studies), Median(restores));
+    }
+  }
+
+  QString place_;
+  LargeInstallation installation_;
+  Copier copier_;
+};
 
 }  // namespace
-}  // namespace kestrix
+}  // namespace kestrix::bench
 
 int main(int argc, char** argv) {
-  const QCoreApplication application(argc, argv);
-  return kestrix::Measure(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QDir::tempPath());
+  using namespace kestrix::bench;
+  const QApplication application(argc, argv);
+  const QString where = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QDir::tempPath();
+  const QTemporaryDir place(where + QStringLiteral("/kestrix-bench-XXXXXX"));
+  if (!place.isValid()) GiveUp(place.errorString());
+  // The register of a set is looked at in the temporary folder.
+  qputenv("TEMP", place.path().toLocal8Bit());
+  BackupBench(place.path()).Run();
+  return 0;
 }

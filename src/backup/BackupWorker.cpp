@@ -64,17 +64,18 @@ void BackupWorker::ReadNumbers(Recordset& organisations) {
 BackupWorker::End BackupWorker::Backup() {
   const QString chosen = session_.BackupFolder;
   const QString dated = JoinPath(chosen, u'\\' + session_.BackupDateName);
-  const BackupSet old(chosen);
-  const bool replaces =
-      files().FileExists(old.Register()) || files().FileExists(old.SupportLists());
+  bool replaces = false;
+  runner_([&] { replaces = HoldsASet(BackupSet(chosen)); });
   if (replaces) {
     session_.MsgAnswer = platform_.messages.Show(
         Ask(Icon::kCritical, QStringLiteral("BELTROVAN: Over write"),
             QStringLiteral(
                 "Wish to replace existing backup files?, If 'NO', select different folder.")));
     if (session_.MsgAnswer != Button::kYes) return End::kRefused;
-  } else if (!files().FolderExists(dated)) {
-    files().CreateFolder(dated);
+  } else {
+    runner_([&] {
+      if (!files().FolderExists(dated)) files().CreateFolder(dated);
+    });
   }
   const BackupSet set(replaces ? chosen : dated, dated);
   bool whole = false;
@@ -82,7 +83,7 @@ BackupWorker::End BackupWorker::Backup() {
     // When a copy fails, what was copied before it comes to its place and onto the disk all the
     // same.
     FileBatch batch(files(), chosen);
-    CopyGroup databases;
+    CopyGroup databases(chosen);
     whole = RunSteps([&](int step) { return BackUpStep(set, step, Sync::With(databases)); });
     databases.Finish();
     batch.End();
@@ -91,18 +92,28 @@ BackupWorker::End BackupWorker::Backup() {
   return End::kAtEnd;
 }
 
+bool BackupWorker::HoldsASet(const BackupSet& set) const {
+  return files().FileExists(set.Register()) || files().FileExists(set.SupportLists());
+}
+
 void BackupWorker::Restore() {
   ClearPictures();
   const BackupSet set(session_.BackupFolder);
   bool whole = false;
-  RunCopies([&] { whole = RunSteps([&](int step) { return RestoreStep(set, step); }); });
+  RunCopies([&] {
+    FileBatch batch(files(), installation_.DataFolder());
+    whole = RunSteps([&](int step) { return RestoreStep(set, step); });
+    batch.End();
+  });
   if (!whole) TellFailed(QStringLiteral("Restore"));
 }
 
 void BackupWorker::ClearPictures() {
   bool cleared = true;
   runner_([&] {
+    FileBatch batch(files(), installation_.DataFolder());
     for (int k = 1; cleared && k <= kLastClearedFolder; ++k) cleared = Cleared(k);
+    batch.End();
   });
   if (!cleared) TellFailed(QStringLiteral("Restore"));
 }
@@ -151,7 +162,7 @@ bool BackupWorker::RestoreStep(const BackupSet& set, int step) {
   const QString target = is_register ? installation_.Register() : installation_.SupportLists();
   // A set may hold the register alone: that is told, while any other file that it lacks is not.
   if (step == kListsStep && !files().FileExists(source)) return false;
-  return Writes([&] { ReplaceDatabase(source, target); }, target);
+  return Writes([&] { ReplaceDatabase(source, target, Sync::kBytesNow); }, target);
 }
 
 void BackupWorker::RestoreOrganisation(const BackupSet& set, int number) {
@@ -164,11 +175,11 @@ void BackupWorker::RestoreOrganisation(const BackupSet& set, int number) {
 void BackupWorker::RestoreStudy(const QString& source, const QString& target) {
   if (!files().FileExists(source) && files().FileExists(target)) files().DeleteFile(target);
   try {
-    ReplaceDatabase(source, target);
+    ReplaceDatabase(source, target, Sync::kBytesNow);
   } catch (const Failure& failure) {
     if (failure.number() != failure::kPermissionDenied || !files().FileExists(target)) throw;
     files().DeleteFile(target);
-    ReplaceDatabase(source, target);
+    ReplaceDatabase(source, target, Sync::kBytesNow);
   }
 }
 

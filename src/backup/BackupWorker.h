@@ -23,9 +23,9 @@ class Recordset;
 /// It knows no window. It talks through Messages, and copies through a runner, so that whoever
 /// shows the progress stays alive meanwhile; while the runner runs, the session is left alone.
 ///
-/// At every moment each file it writes is the old one or the new one, whole; a backup is on the
-/// disk when Run returns. It takes nothing back: what was copied or deleted before a failure stays
-/// so.
+/// At every moment each file it writes is the old one or the new one, whole, and all of it is on
+/// the disk when Run returns. It takes nothing back: what was copied or deleted before a failure
+/// stays so.
 class BackupWorker {
  public:
   /// How a run ended that didn't fail. A run that a message stopped is at its end too.
@@ -52,7 +52,8 @@ class BackupWorker {
   void Restore();
   void ClearPictures();
 
-  // What runs beside the events.
+  // What runs beside the events: all that looks at the disk.
+  [[nodiscard]] bool HoldsASet(const BackupSet& set) const;
   [[nodiscard]] bool RunSteps(const std::function<bool(int)>& step);
   [[nodiscard]] bool BackUpStep(const BackupSet& set, int step, Sync when);
   [[nodiscard]] bool RestoreStep(const BackupSet& set, int step);

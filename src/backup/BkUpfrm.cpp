@@ -97,7 +97,9 @@ void BkUpfrm::LoadRegisterOfSet() {
     const QString copy = JoinPath(temp_, QStringLiteral("\\orgtn.mdb"));
     // In a folder that many share, a link of that name might lead anywhere.
     if (files().FileExists(copy)) files().DeleteFile(copy);
-    CopyDatabase(in_set, copy);
+    // Nobody needs this copy after a loss of power, and a person waits for it.
+    CopyGroup unsynced(temp_);
+    CopyDatabase(in_set, copy, Sync::With(unsynced));
     OpenRegister(copy);
   } else {
     TellMissing(QStringLiteral("1. Restored Files missing. contact M/s. BELTROVAN"));

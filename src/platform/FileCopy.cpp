@@ -12,9 +12,10 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSet>
+#include <QHash>
 #include <cerrno>
 #include <memory>
+#include <optional>
 #include <system_error>
 #include <vector>
 
@@ -134,12 +135,6 @@ class Replacement {
   /// Begins the writing to the disk without waiting for it.
   void StartSync() const { ::sync_file_range(fd(), 0, 0, SYNC_FILE_RANGE_WRITE); }
   [[nodiscard]] bool ReplacesFile() const { return target_exists_; }
-  /// Whether syncing its file system brings a file of it to the disk. Behind a program that serves
-  /// a file system it does not.
-  [[nodiscard]] bool CanSyncTogether() const {
-    struct statfs status = {};
-    return ::fstatfs(fd(), &status) == 0 && status.f_type != FUSE_SUPER_MAGIC;
-  }
   /// Brings all to the disk that was written to the file system of this file.
   void BringAllToDisk() const {
     if (::syncfs(fd()) != 0) throw FailureFromErrno(errno, target_, action_);
@@ -328,6 +323,8 @@ struct FilledFolder {
 /// times each new place in them would change.
 class CopyGroup::Waiting {
  public:
+  explicit Waiting(const QString& folder) : disk_(DiskOf(folder)) {}
+
   void Add(Replacement file) {
     // Each of them is an open file; and the disk is to be busy meanwhile.
     constexpr size_t kMost = 64;
@@ -335,11 +332,12 @@ class CopyGroup::Waiting {
     if (files_.size() >= kMost) Place();
   }
   void Add(FilledFolder folder) { folders_.push_back(std::move(folder)); }
-  /// Whether a copy of this group comes into `folder` for the first time.
-  [[nodiscard]] bool IsFirstIn(const QString& folder) {
-    const auto before = known_.size();
-    known_.insert(folder);
-    return known_.size() > before;
+  /// Whether this is the first look at `folder`.
+  [[nodiscard]] bool IsNew(const QString& folder) const { return !folders_seen_.contains(folder); }
+  /// Whether what is copied into `folder` goes to the group's disk.
+  [[nodiscard]] bool Covers(const QString& folder) {
+    if (IsNew(folder)) folders_seen_[folder] = disk_ && DiskOf(folder) == disk_;
+    return folders_seen_[folder];
   }
 
   void Finish() {
@@ -348,40 +346,48 @@ class CopyGroup::Waiting {
   }
 
  private:
+  /// Nothing where syncing a file system doesn't bring its files to the disk: behind a program that
+  /// serves it.
+  static std::optional<dev_t> DiskOf(const QString& folder) {
+    struct stat status = {};
+    struct statfs system = {};
+    const QByteArray name = Encoded(folder);
+    if (::stat(name.constData(), &status) != 0 || ::statfs(name.constData(), &system) != 0 ||
+        system.f_type == FUSE_SUPER_MAGIC)
+      return {};
+    return status.st_dev;
+  }
+
   void Place() {
     std::vector<Replacement> files = std::exchange(files_, {});
-    dev_t on_disk = 0;
-    for (const Replacement& file : files) {
-      if (file.Device() == on_disk) continue;
-      file.BringAllToDisk();
-      on_disk = file.Device();
-    }
+    if (!files.empty()) files.front().BringAllToDisk();
     for (Replacement& file : files) file.Replace();
   }
 
   std::vector<Replacement> files_;
   std::vector<FilledFolder> folders_;
-  QSet<QString> known_;
+  std::optional<dev_t> disk_;
+  QHash<QString, bool> folders_seen_;  ///< and whether they lie on the group's disk
 };
 
 namespace {
 
-/// Before a copy comes into `folder`: what a killed process left there takes room that the copy may
-/// need.
-void CleanUp(const QString& folder, Sync when) {
-  if (!when.group() || when.group()->waiting().IsFirstIn(folder)) RemoveLeftovers(folder);
+/// Makes `folder` ready for a copy, and says how that is to come onto the disk: what a killed
+/// process left there takes room that the copy may need.
+Sync ReadyFor(const QString& folder, Sync when) {
+  if (!when.group() || when.group()->waiting().IsNew(folder)) RemoveLeftovers(folder);
+  return when.group() && !when.group()->waiting().Covers(folder) ? Sync::kNow : when;
 }
 
 void Finish(Replacement replacement, Sync when) {
-  const bool together = when.group() && replacement.CanSyncTogether();
-  if (together)
+  if (when.group())
     replacement.StartSync();
   else
     replacement.BringToDisk();
-  if (together && replacement.ReplacesFile())
+  if (when.group() && replacement.ReplacesFile())
     return when.group()->waiting().Add(std::move(replacement));
   replacement.Replace();
-  if (!when.group()) SyncFolder(replacement.folder());
+  if (when.name_now()) SyncFolder(replacement.folder());
 }
 
 /// Copies one folder tree. Unless it has a group to go with, files are staged in groups of its own:
@@ -392,6 +398,7 @@ class FolderCopy {
   explicit FolderCopy(Sync when) : when_(when) {}
 
   void Run(const QString& source, const QString& target) {
+    when_ = ReadyFor(QFileInfo(target).isDir() ? target : ParentOf(target), when_);
     CopyTree(source, target);
     if (when_.group()) return LeaveToGroup();
     Flush();
@@ -411,7 +418,7 @@ class FolderCopy {
       throw FailureFromErrno(errno, source, Copying(), failure::kPathNotFound);
     if (!S_ISDIR(status.st_mode)) throw FailureFromErrno(ENOTDIR, source, Copying());
     MakeFolder(target, status.st_mode);
-    CleanUp(target, when_);
+    RemoveLeftovers(target);
     for (const QString& name : NamesIn(source))
       CopyEntry(source + u'/' + name, target + u'/' + name);
     folders_.push_back({target, status});
@@ -497,7 +504,7 @@ void RefuseFolderIntoItself(const QString& source, const QString& target) {
 
 }  // namespace
 
-CopyGroup::CopyGroup() : waiting_(std::make_unique<Waiting>()) {}
+CopyGroup::CopyGroup(const QString& folder) : waiting_(std::make_unique<Waiting>(folder)) {}
 
 CopyGroup::~CopyGroup() {
   try {
@@ -527,12 +534,12 @@ Failure FailureFromErrno(int error, const QString& path, const QString& action, 
 
 void CopyFileDurably(const QString& source, const QString& target, Sync when) {
   const Descriptor file = OpenForReading(source);
-  CleanUp(ParentOf(BehindLinks(target)), when);
+  when = ReadyFor(ParentOf(BehindLinks(target)), when);
   Finish(FilledReplacement(file.get(), source, target), when);
 }
 
 void CopyOpenFileDurably(int source_fd, const QString& target, Sync when) {
-  CleanUp(ParentOf(BehindLinks(target)), when);
+  when = ReadyFor(ParentOf(BehindLinks(target)), when);
   Finish(FilledReplacement(source_fd, target, target), when);
 }
 
@@ -545,7 +552,7 @@ void CopyFolderDurably(const QString& source, const QString& target, Sync when) 
 
 void WriteFileDurably(const QString& path, const QByteArray& bytes) {
   const QString action = QStringLiteral("write");
-  CleanUp(ParentOf(BehindLinks(path)), Sync::kNow);
+  RemoveLeftovers(ParentOf(BehindLinks(path)));
   Replacement replacement(path, 0666, action);
   WriteAll(replacement.fd(), bytes.constData(), static_cast<size_t>(bytes.size()), path, action);
   Finish(std::move(replacement), Sync::kNow);

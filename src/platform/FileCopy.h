@@ -15,14 +15,16 @@ namespace kestrix {
                                        const QString& action = QStringLiteral("use"),
                                        int missing = failure::kFileNotFound);
 
-/// Copies that come onto the disk together, which is far faster than one at a time. A file that is
-/// replaced takes its place only when its successor is on the disk, with others or at the end; one
-/// that is new stands in its place at once, and may be lost or torn if the machine stops before
-/// SyncDisk. One that is given up without a Finish brings what it has to its places as far as it
-/// goes.
+/// Copies that come onto the disk together, which is far faster than one at a time: all those that
+/// go to the disk of one folder. A file that is replaced takes its place only when its successor is
+/// on the disk, with others or at the end; one that is new stands in its place at once, and may be
+/// lost or torn if the machine stops before SyncDisk. A copy that goes elsewhere comes onto its
+/// disk at once. A group that is given up without a Finish brings what it has to its places as far
+/// as it goes.
 class CopyGroup {
  public:
-  CopyGroup();
+  /// `folder` lies on the disk that is synced at the end.
+  explicit CopyGroup(const QString& folder);
   CopyGroup(const CopyGroup&) = delete;
   CopyGroup& operator=(const CopyGroup&) = delete;
   ~CopyGroup();
@@ -38,19 +40,24 @@ class CopyGroup {
   std::unique_ptr<Waiting> waiting_;
 };
 
-/// When a copy is on the disk: at once, or with its group.
+/// When a copy is on the disk: at once, or with its group, or, for the bytes, before it takes its
+/// place at once and, for the name, with the next SyncDisk.
 class Sync {
  public:
   static const Sync kNow;
-  [[nodiscard]] static Sync With(CopyGroup& group) { return Sync(&group); }
-  /// Null for at once.
+  static const Sync kBytesNow;
+  [[nodiscard]] static Sync With(CopyGroup& group) { return {&group, false}; }
+  /// Null for one that waits for no other.
   [[nodiscard]] CopyGroup* group() const { return group_; }
+  [[nodiscard]] bool name_now() const { return name_now_; }
 
  private:
-  constexpr explicit Sync(CopyGroup* group) : group_(group) {}
+  constexpr Sync(CopyGroup* group, bool name_now) : group_(group), name_now_(name_now) {}
   CopyGroup* group_;
+  bool name_now_;
 };
-inline constexpr Sync Sync::kNow{nullptr};
+inline constexpr Sync Sync::kNow{nullptr, true};
+inline constexpr Sync Sync::kBytesNow{nullptr, false};
 
 /// Copies the file `source` over `target`, a full path with a file name. The bytes are written
 /// beside the target, synced, and renamed over it, so that at every moment `target` is the old file

@@ -45,8 +45,9 @@ class FileSystem {
   virtual void ChangeFolder(const QString& path) = 0;
 
   /// Between these two, changes need not be on the disk when their function returns; EndBatch puts
-  /// them there, with all else that was changed on the disk of `folder`. Use FileBatch.
-  virtual void BeginBatch() {}
+  /// them there, with all else that was changed on the disk of `folder`, the same in both. Use
+  /// FileBatch.
+  virtual void BeginBatch(const QString& /*folder*/) {}
   virtual void EndBatch(const QString& /*folder*/) {}
 };
 
@@ -56,9 +57,9 @@ class FileSystem {
 /// reported.
 class FileBatch {
  public:
-  /// `folder` lies on the disk that changes, and exists at the end.
+  /// `folder` exists and lies on the disk that changes.
   FileBatch(FileSystem& files, QString folder) : files_(files), folder_(std::move(folder)) {
-    files_.BeginBatch();
+    files_.BeginBatch(folder_);
   }
   FileBatch(const FileBatch&) = delete;
   FileBatch& operator=(const FileBatch&) = delete;

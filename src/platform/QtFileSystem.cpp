@@ -162,8 +162,8 @@ void QtFileSystem::ChangeFolder(const QString& path) {
     throw FailureFromErrno(errno, path, QStringLiteral("change to"), failure::kPathNotFound);
 }
 
-void QtFileSystem::BeginBatch() {
-  batch_ = std::make_unique<CopyGroup>();
+void QtFileSystem::BeginBatch(const QString& folder) {
+  batch_ = std::make_unique<CopyGroup>(folder);
 }
 
 void QtFileSystem::EndBatch(const QString& folder) {

@@ -21,7 +21,7 @@ class QtFileSystem : public FileSystem {
   [[nodiscard]] QStringList FoldersIn(const QString& path) const override;
   [[nodiscard]] QString CurrentFolder() const override;
   void ChangeFolder(const QString& path) override;
-  void BeginBatch() override;
+  void BeginBatch(const QString& folder) override;
   void EndBatch(const QString& folder) override;
 
  private:

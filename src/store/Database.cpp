@@ -246,7 +246,7 @@ void CopyDatabase(const QString& source, const QString& target, Sync when) {
   CopyOpenFileDurably(descriptor, target, when);
 }
 
-void ReplaceDatabase(const QString& source, const QString& target) {
+void ReplaceDatabase(const QString& source, const QString& target, Sync when) {
   if (QFileInfo::exists(target) && !CanWrite(target)) {
     throw FailureFromErrno(EACCES, target, QStringLiteral("replace"));
   }
@@ -262,7 +262,7 @@ void ReplaceDatabase(const QString& source, const QString& target) {
   if (QFileInfo::exists(source) || !QFileInfo::exists(target)) {
     QFile::remove(target + QStringLiteral("-journal"));
   }
-  CopyDatabase(source, target);
+  CopyDatabase(source, target, when);
 }
 
 }  // namespace kestrix

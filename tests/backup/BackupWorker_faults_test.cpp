@@ -309,6 +309,14 @@ TEST_F(BackupWorkerFaultsTest, FullDiskInARestoreLeavesTheOldStudyWhole) {
   EXPECT_EQ(ReadFile(installation.Study(2)), study);
 }
 
+TEST_F(BackupWorkerFaultsTest, DiskThatIsFullAtTheEndOfARestoreIsAFailureToo) {
+  GivenSet();
+  // Once behind the pictures that go, once behind the copies.
+  desk.files.FailNext(FileAction::kEndBatch, "", failure::kDiskFull);
+  EXPECT_EQ(FailureOfRun(), failure::kDiskFull);
+  EXPECT_TRUE(steps.isEmpty());
+}
+
 TEST_F(BackupWorkerFaultsTest, StudyThatSomebodyIsWritingStaysAsItIs) {
   GivenSet();
   const QByteArray study = ReadFile(installation.Study(1));

@@ -200,6 +200,35 @@ TEST_F(BackupWorkerTest, RoundTripBringsEveryTableAndPictureBackByteForByte) {
             (QStringList{"25 % complete", "50 % complete", "75 % complete", "100 % complete"}));
 }
 
+TEST_F(BackupWorkerTest, NothingIsChangedOutsideOfTheRunnerSoThatTheWindowStaysAlive) {
+  GivenFullOrganisation("Press shop", 1);
+  const auto& log = desk.files.Log();
+  qsizetype inside = 0;
+  const auto runner = [&](const std::function<void()>& work) {
+    const qsizetype before = log.size();
+    work();
+    inside += log.size() - before;
+  };
+  Run(runner);
+  EXPECT_GT(inside, 0);
+  EXPECT_EQ(inside, log.size());
+
+  session.BackupFolder = InSet(kToday);
+  ForRestore();
+  Run(runner);
+  EXPECT_EQ(inside, log.size());
+}
+
+TEST_F(BackupWorkerTest, SharedIndexStandsBehindTheLastStep) {
+  GivenFullOrganisation("Press shop", 1);
+  Run();
+  EXPECT_EQ(session.LoopIndex, 4);
+  desk.files.PretendMissing("ktx_RskSmt_A.kbp");
+  ExpectTrouble("Backup");
+  Run();
+  EXPECT_EQ(session.LoopIndex, 2);
+}
+
 TEST_F(BackupWorkerTest, TimesOfTheFilesAreKept) {
   GivenFullOrganisation("Press shop", 1);
   const QDateTime time(QDate(2009, 8, 7), QTime(6, 5, 4));

@@ -225,7 +225,7 @@ TEST_F(FileCopyTest, KilledCopierLeavesTheOldFileOrTheNewOneWhole) {
 TEST_F(FileCopyTest, NewFilesOfAGroupStandAtOnceAndReplacedOnesAtItsEnd) {
   WriteFile(At("source"), "new");
   WriteFile(At("old"), "old");
-  CopyGroup group;
+  CopyGroup group(folder_.path());
   CopyFileDurably(At("source"), At("fresh"), Sync::With(group));
   CopyFileDurably(At("source"), At("old"), Sync::With(group));
   EXPECT_EQ(ReadFile(At("fresh")), "new");
@@ -233,6 +233,32 @@ TEST_F(FileCopyTest, NewFilesOfAGroupStandAtOnceAndReplacedOnesAtItsEnd) {
   group.Finish();
   EXPECT_EQ(ReadFile(At("old")), "new");
   EXPECT_EQ(AllNames(), QStringList({"fresh", "old", "source"}));
+}
+
+TEST_F(FileCopyTest, CopyOfAGroupThatGoesToAnotherDiskWaitsForNoOther) {
+  QTemporaryDir other("/dev/shm/kestrix-XXXXXX");
+  if (!other.isValid()) GTEST_SKIP() << "there is no memory disk here";
+  QDir(folder_.path()).mkpath("from");
+  WriteFile(At("from/a"), "new");
+  for (const char* name : {"file", "to/a"}) {
+    QDir(other.path()).mkpath("to");
+    WriteFile(other.filePath(name), "old");
+  }
+  // Where a person put a folder of the installation onto another disk, a link leads there.
+  ASSERT_TRUE(QFile::link(other.filePath("to"), At("to")));
+  CopyGroup group(folder_.path());
+  CopyFileDurably(At("from/a"), other.filePath("file"), Sync::With(group));
+  CopyFolderDurably(At("from"), At("to"), Sync::With(group));
+  EXPECT_EQ(ReadFile(other.filePath("file")), "new");
+  EXPECT_EQ(ReadFile(other.filePath("to/a")), "new");
+}
+
+TEST_F(FileCopyTest, NameThatNeedNotBeOnTheDiskYetStandsAtOnceAllTheSame) {
+  WriteFile(At("source"), "new");
+  WriteFile(At("target"), "old");
+  CopyFileDurably(At("source"), At("target"), Sync::kBytesNow);
+  EXPECT_EQ(ReadFile(At("target")), "new");
+  EXPECT_EQ(AllNames(), QStringList({"source", "target"}));
 }
 
 TEST_F(FileCopyTest, GroupOfAnySizeIsWholeWhenItIsGivenUp) {
@@ -246,7 +272,7 @@ TEST_F(FileCopyTest, GroupOfAnySizeIsWholeWhenItIsGivenUp) {
   const struct timespec times[2] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
   ASSERT_EQ(::utimensat(AT_FDCWD, At("from").toUtf8().constData(), times, 0), 0);
   {
-    CopyGroup group;
+    CopyGroup group(folder_.path());
     CopyFolderDurably(At("from"), At("to"), Sync::With(group));
   }
   for (int i = 0; i < kMoreThanOneLot; ++i)

@@ -182,7 +182,7 @@ TEST_F(LeftoversTest, EachWayIntoAFolderRemovesWhatWasLeftThere) {
   expect_gone(below);
 
   leftover = GivenLeftover("to");
-  CopyGroup group;
+  CopyGroup group(folder_.path());
   CopyFileDurably(At("source"), At("to/b"), Sync::With(group));
   expect_gone(leftover);
 }

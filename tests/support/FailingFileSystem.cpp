@@ -102,8 +102,8 @@ void FailingFileSystem::ChangeFolder(const QString& path) {
   current_ = full;
 }
 
-void FailingFileSystem::BeginBatch() {
-  real_.BeginBatch();
+void FailingFileSystem::BeginBatch(const QString& folder) {
+  real_.BeginBatch(Full(folder));
 }
 
 void FailingFileSystem::EndBatch(const QString& folder) {

@@ -52,7 +52,7 @@ class FailingFileSystem : public FileSystem {
   [[nodiscard]] QStringList FoldersIn(const QString& path) const override;
   [[nodiscard]] QString CurrentFolder() const override { return current_; }
   void ChangeFolder(const QString& path) override;
-  void BeginBatch() override;
+  void BeginBatch(const QString& folder) override;
   void EndBatch(const QString& folder) override;
 
  private:
