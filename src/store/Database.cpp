@@ -10,6 +10,7 @@
 #include <QSet>
 #include <QStringList>
 #include <QThread>
+#include <algorithm>
 #include <array>
 
 #include "platform/Failure.h"
@@ -29,6 +30,17 @@ int WaitForOthers(void* /*unused*/, int tries) {
   QThread::msleep(kBusyStepMilliseconds);
   return 1;
 }
+
+// No statement here needs more of the engine's steps, a great many for each byte of the file. A
+// damaged file can hold a tree that leads to the same rows again and again, without an end.
+constexpr int kStepsAtOnce = 100'000;
+constexpr qint64 kMostStepsOfAnyFile = 2'000'000;
+constexpr qint64 kMostStepsOfAByte = 64;
+
+// Far beyond the longest row that a form writes. A file of somebody else's can describe columns
+// that are computed, and computed to any length.
+constexpr int kLongestRow = 4 * 1024 * 1024;
+constexpr int kLongestPattern = 100;
 
 constexpr QByteArrayView kMagic("SQLite format 3\0", 16);
 
@@ -74,6 +86,7 @@ int NumberFor(int code) {
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
     case SQLITE_FORMAT:
+    case SQLITE_INTERRUPT:
       return failure::kNotADatabase;
     case SQLITE_CANTOPEN:
       return failure::kCannotOpen;
@@ -143,8 +156,9 @@ Database::Database(const QString& path) : path_(path) {
     CheckKind();
     PrepareMark();
   } catch (const Failure& failure) {
-    // These statements are well formed: what the engine can't make sense of is the file.
-    if (failure.number() == failure::kSyntax) throw NotOfThisProgram(path);
+    // These statements are short and well formed: what the engine can't make sense of is the file.
+    const int number = failure.number();
+    if (number == failure::kSyntax || number == failure::kTooLong) throw NotOfThisProgram(path);
     throw;
   }
 }
@@ -159,14 +173,31 @@ void Database::OpenHandle() {
   handle_.reset(opened);
   if (code != SQLITE_OK) throw LastFailure();
   sqlite3_busy_handler(opened, WaitForOthers, nullptr);
+  sqlite3_progress_handler(opened, kStepsAtOnce, StopEndlessWork, this);
   struct stat named {};
   if (stat(QFile::encodeName(path_).constData(), &named) == 0) {
     device_ = static_cast<quint64>(named.st_dev);
     inode_ = static_cast<quint64>(named.st_ino);
+    size_ = static_cast<qint64>(named.st_size);
   }
 }
 
+void Database::BeginWork() {
+  work_ = 0;
+}
+
+int Database::StopEndlessWork(void* database) {
+  auto& self = *static_cast<Database*>(database);
+  self.work_ += kStepsAtOnce;
+  if (self.work_ <= kMostStepsOfAnyFile) return 0;
+  // It may have grown since, or be there no more.
+  const qint64 bytes = std::max(self.size_, QFileInfo(self.path_).size());
+  return self.work_ > kMostStepsOfAnyFile + bytes * kMostStepsOfAByte ? 1 : 0;
+}
+
 void Database::Harden() {
+  sqlite3_limit(handle(), SQLITE_LIMIT_LENGTH, kLongestRow);
+  sqlite3_limit(handle(), SQLITE_LIMIT_LIKE_PATTERN_LENGTH, kLongestPattern);
   sqlite3_db_config(handle(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(handle(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sqlite3_db_config(handle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);

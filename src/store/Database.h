@@ -44,7 +44,8 @@ class LockSign {
 class Database {
  public:
   /// Opens the file at the full path `path`. A file or folder that can't be written is opened for
-  /// reading. Fails with kFileNotFound, kNotADatabase or kCannotOpen, and says why.
+  /// reading. Fails with kFileNotFound, kNotADatabase or kCannotOpen, and says why; with
+  /// kDeviceError or kLocked where reading it does.
   explicit Database(const QString& path);
   ~Database();
   Database(const Database&) = delete;
@@ -58,11 +59,16 @@ class Database {
   /// by one for each row that this connection changed, by far more for somebody else's change.
   [[nodiscard]] qint64 ChangeMark();
 
+  /// Tells that a statement begins. One that would never end, as only a damaged file makes it, is
+  /// stopped; it fails with kNotADatabase.
+  void BeginWork();
+
   [[nodiscard]] sqlite3* handle() const { return handle_.get(); }
   /// The failure of the last call on this connection, in words for a person.
   [[nodiscard]] Failure LastFailure() const;
 
  private:
+  static int StopEndlessWork(void* database);
   void OpenHandle();
   void Harden();
   void CheckKind();
@@ -73,8 +79,10 @@ class Database {
   std::unique_ptr<sqlite3, EngineCloser> handle_;
   std::unique_ptr<sqlite3_stmt, EngineCloser> mark_;
   bool read_only_ = false;
+  qint64 work_ = 0;  ///< steps of the engine since the statement in hand began
   quint64 device_ = 0;
   quint64 inode_ = 0;
+  qint64 size_ = 0;  ///< in bytes, when it was opened
 };
 
 /// Copies the database at `source` over `target` while nobody can change the source, so that the

@@ -10,6 +10,7 @@ namespace kestrix {
 Statement::Statement(Database& database, const QString& sql) : database_(database) {
   const QByteArray text = sql.toUtf8();
   const char* rest = nullptr;
+  database.BeginWork();
   if (sqlite3_prepare_v2(database.handle(), text.constData(), static_cast<int>(text.size()) + 1,
                          &statement_, &rest) != SQLITE_OK) {
     throw database.LastFailure();
@@ -66,6 +67,7 @@ bool Statement::Step() {
 }
 
 void Statement::Reset() {
+  database_.BeginWork();
   sqlite3_reset(statement_);
 }
 

@@ -12,6 +12,8 @@
 #include <cstdlib>
 #include <iterator>
 
+#include "support/EndlessRows.h"
+
 namespace {
 
 void Check(bool done, const QString& what) {
@@ -98,6 +100,29 @@ void AddDatabases(const Corpus& corpus) {
           "CREATE TRIGGER t AFTER INSERT ON orgtn BEGIN DELETE FROM orgtn; END;"
           "INSERT INTO orgtn(sclenotxt) VALUES(1), (NULL), ('text');"
           "CREATE UNIQUE INDEX i ON orgtn(abs(sclenotxt)) WHERE sclenotxt<>'text';");
+}
+
+/// Tables whose rows never end, and columns that are computed to any length.
+void AddHostileDatabases(const Corpus& corpus) {
+  constexpr int kFirstTable = 2;
+  for (const char* endless : {"orgtn", "Orgtmp"}) {
+    const QString path = corpus.PathOf(QStringLiteral("endless-") + QString::fromLatin1(endless));
+    const bool first = qstrcmp(endless, "orgtn") == 0;
+    Execute(path,
+            "PRAGMA page_size=512; CREATE TABLE orgtn(OrgName TEXT, sclenotxt INTEGER);"
+            "CREATE TABLE Orgtmp(OrgNameTMP INTEGER);");
+    QFile file(path);
+    Check(file.open(QIODevice::ReadWrite), path);
+    const QByteArray bytes =
+        kestrix::WithEndlessRows(file.readAll(), first ? kFirstTable : kFirstTable + 1);
+    Check(file.seek(0) && file.write(bytes) == bytes.size(), path);
+  }
+  Execute(corpus.PathOf(QStringLiteral("giant")),
+          "PRAGMA page_size=512;"
+          "CREATE TABLE orgtn(OrgName AS (hex(zeroblob(400000000))), sclenotxt INTEGER "
+          "CHECK(length(zeroblob(900000000))>0));"
+          "CREATE TABLE Orgtmp(OrgNameTMP INTEGER DEFAULT (printf('%*d', 999999999, 1)));"
+          "INSERT INTO Orgtmp VALUES(1);");
 }
 
 QByteArray PictureAs(const char* format, int width = 24, int height = 16) {
@@ -243,7 +268,9 @@ int main(int count, char** arguments) {
   const QGuiApplication application(count, arguments);
   Check(count == 2, QStringLiteral("name the folder that they go to"));
   const QString root = QString::fromLocal8Bit(arguments[1]);
-  AddDatabases({root, QStringLiteral("Database")});
+  const Corpus databases(root, QStringLiteral("Database"));
+  AddDatabases(databases);
+  AddHostileDatabases(databases);
   AddDocuments({root, QStringLiteral("Document")});
   AddPictures({root, QStringLiteral("Picture")});
   AddDates({root, QStringLiteral("Date")});

@@ -7,6 +7,7 @@
 #include <csignal>
 
 #include "store/StoreTest.h"
+#include "support/EndlessRows.h"
 #include "support/RunAsNobody.h"
 
 namespace kestrix::testing {
@@ -159,6 +160,31 @@ TEST_F(DatabaseTest, AFileOfAnUnknownFormatIsRefused) {
   QByteArray bytes = Bytes(Path("study.mdb"));
   bytes[kFormat] = 9;
   ExpectRefused(bytes, failure::kNotADatabase);
+}
+
+TEST_F(DatabaseTest, ATableWhoseRowsNeverEndIsRefusedWhateverIsAskedOfIt) {
+  const QString path = Path("endless.mdb");
+  Exec(path,
+       "PRAGMA page_size=512; CREATE TABLE orgtn(OrgName TEXT, sclenotxt INTEGER);"
+       "CREATE TABLE Orgtmp(OrgNameTMP INTEGER);");
+  const int root = Read(path, "SELECT rootpage FROM sqlite_schema WHERE name='orgtn'")[0].toInt();
+  SetBytes(path, WithEndlessRows(Bytes(path), root));
+  const auto database = std::make_shared<Database>(path);
+  // Rows that come without an end, and rows that are looked through for one that never comes.
+  for (const char* sql : {"orgtn", "SELECT OrgName FROM orgtn WHERE OrgName='ACME'"}) {
+    EXPECT_EQ(FailureOf([&] { const Recordset rows(database, sql); }), failure::kNotADatabase);
+  }
+  Recordset others(database, "Orgtmp");
+  EXPECT_EQ(others.RecordCount(), 0);
+}
+
+TEST_F(DatabaseTest, AColumnThatComputesAGiantTextFails) {
+  const QString path = Path("giant.mdb");
+  Exec(path,
+       "CREATE TABLE orgtn(OrgName AS (hex(zeroblob(4000000))), sclenotxt INTEGER);"
+       "CREATE TABLE Orgtmp(OrgNameTMP INTEGER); INSERT INTO orgtn(sclenotxt) VALUES(1);");
+  Recordset rows(std::make_shared<Database>(path), "orgtn");
+  EXPECT_EQ(FailureOf([&] { (void)rows.Value(0); }), failure::kTooLong);
 }
 
 TEST_F(DatabaseTest, ADatabaseOfAnotherProgramIsRefused) {
