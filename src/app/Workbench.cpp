@@ -105,14 +105,18 @@ void Workbench::ConnectOrganisations(Orgfrm& form) {
 
 // From a project to its tasks, its linked files, its organisation, or out.
 void Workbench::ConnectProjects(mnfrm& form) {
-  connect(&form, &mnfrm::OrganisationFormUnloadRequested, this,
-          [this] { organisations_.Unload(); });
+  connect(&form, &mnfrm::OrganisationFormUnloadRequested, this, [this] {
+    if (Orgfrm* organisations = organisations_.IfLoaded()) organisations->GiveWay();
+  });
   connect(&form, &mnfrm::EvaluationFormUnloadRequested, this, [this] { evaluation_.Unload(); });
   connect(&form, &mnfrm::EvaluationRequested, this, [this] { evaluation_.Get().ShowFormModal(); });
   connect(&form, &mnfrm::LinkedFilesRequested, this,
           [this] { linked_files_.Get().ShowFormModal(); });
-  connect(&form, &mnfrm::OrganisationsRequested, this,
-          [this] { organisations_.Get().ShowFormModal(); });
+  connect(&form, &mnfrm::OrganisationsRequested, this, [this, &form] {
+    Orgfrm& organisations = organisations_.Get();
+    organisations.ShowFormModal();
+    if (organisations.IsUnloading()) form.OrganisationFormNotShown();
+  });
   connect(&form, &mnfrm::HomePageTakesOver, this, [this] { frame_.Unload(); });
   connect(&form, &mnfrm::LoadFailed, this, [this] {
     frame_.Unload();

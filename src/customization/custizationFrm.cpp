@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QSignalBlocker>
 #include <array>
 
 #include "formkit/Controls.h"
@@ -42,7 +43,8 @@ custizationFrm::custizationFrm(Context& context)
   OnLostFocus(ui_->ForCustmnCbo, &custizationFrm::ForCustmnCbo_LostFocus);
   On(ui_->HazardType, &QComboBox::activated, &custizationFrm::HazardType_Click);
   On(ui_->ActnByLst, &QListWidget::itemClicked, &custizationFrm::ActnByLst_Click);
-  On(ui_->ActnByLst, &QListWidget::itemActivated, &custizationFrm::ActnByLst_Click);
+  // The arrow keys select as a click does.
+  On(ui_->ActnByLst, &QListWidget::itemSelectionChanged, &custizationFrm::ActnByLst_Click);
   OnLostFocus(ui_->AddrcdTxt, &custizationFrm::AddrcdTxt_LostFocus);
   On(ui_->adddt, &QPushButton::clicked, &custizationFrm::adddt_Click);
   On(ui_->SavRcd, &QPushButton::clicked, &custizationFrm::SavRcd_Click);
@@ -76,6 +78,11 @@ void custizationFrm::Load() {
            [&] { OpenRows(session().ListSql); }, [&] { FillBoth(); }, [&] { Rows().MoveFirst(); },
            [&] { SelectEntry(Rows().Text(0)); }, [&] { SetCaption(Choice()); });
   HazardListShowing_ = false;
+}
+
+void custizationFrm::Unload() {
+  // The text that was to be added goes with its box.
+  session().AddPending = false;
 }
 
 void custizationFrm::FillListChoices() {
@@ -134,6 +141,8 @@ void custizationFrm::ForCustmnCbo_LostFocus() {
 }
 
 void custizationFrm::ActnByLst_Click() {
+  // A list that is emptied loses its selection by nobody's click.
+  if (ui_->ActnByLst->selectedItems().isEmpty()) return;
   ui_->AddrcdTxt->setText(SelectedEntry());
 }
 
@@ -222,12 +231,14 @@ bool custizationFrm::IsPrimaryHazardChosen() const {
   return Choice() == kPrimaryHazardChoice;
 }
 
+/// What is marked in the list. The entry that only has the list's focus isn't selected.
 QString custizationFrm::SelectedEntry() const {
-  const QListWidgetItem* item = ui_->ActnByLst->currentItem();
-  return item == nullptr ? QString() : item->text();
+  const QList<QListWidgetItem*> items = ui_->ActnByLst->selectedItems();
+  return items.isEmpty() ? QString() : items.first()->text();
 }
 
 void custizationFrm::SelectEntry(const QString& text) {
+  const QSignalBlocker no_click(ui_->ActnByLst);
   for (int row = 0; row < ui_->ActnByLst->count(); ++row) {
     if (ui_->ActnByLst->item(row)->text() != text) continue;
     ui_->ActnByLst->setCurrentRow(row);

@@ -29,6 +29,7 @@ class custizationFrm : public SessionForm {
 
  protected:
   void Load() override;
+  void Unload() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:

@@ -10,6 +10,7 @@
 #include "ui_custizationFrm.h"
 
 namespace kestrix {
+
 void custizationFrm::adddt_Click() {
   ui_->AddrcdTxt->clear();
   FocusLater(ui_->AddrcdTxt);
@@ -19,8 +20,8 @@ void custizationFrm::adddt_Click() {
 void custizationFrm::AddrcdTxt_LostFocus() {
   if (!session().AddPending) return;
   if (ui_->AddrcdTxt->text().startsWith(u' ')) {
-    SetBackColour(ui_->AddrcdTxt, colour::kWarning);
     Tell(Icon::kCritical, title::kProgram, QStringLiteral("Can not begin with a space."));
+    SetBackColour(ui_->AddrcdTxt, colour::kWarning);
     FocusLater(ui_->AddrcdTxt);
     return;
   }

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QScreen>
@@ -91,7 +92,13 @@ void Form::UnloadForm() {
   kit_.focus.Forget(this);
   kit_.forms.Disappear(this);
   Q_EMIT Unloaded();
-  deleteLater();
+  away_ = true;
+  DeleteWhenDone();
+}
+
+/// A handler of this form may stand below a message box whose loop runs now; it has to end first.
+void Form::DeleteWhenDone() {
+  if (away_ && running_ == 0) deleteLater();
 }
 
 void Form::closeEvent(QCloseEvent* event) {
@@ -124,6 +131,15 @@ void Form::Guarded(const std::function<void()>& work) {
 }
 
 void Form::GuardedAlways(const std::function<void()>& work) {
+  const QPointer<Form> form = this;
+  ++running_;
+  RunOrTell(work);
+  if (!form) return;
+  --running_;
+  DeleteWhenDone();
+}
+
+void Form::RunOrTell(const std::function<void()>& work) const {
   QString description;
   try {
     work();

@@ -45,8 +45,8 @@ class Form : public QMainWindow {
 
   /// Query-unload, unload, and away: the form is hidden, the data controls that are its children
   /// commit their pending edits and let go of their files, and the next reference makes a new one.
-  /// The object itself lives until control is back in the event loop, but no handler of it runs any
-  /// more. Does nothing while an unload of this form is under way.
+  /// The object itself lives until its handlers have ended and control is back in the event loop,
+  /// but no further handler of it runs. Does nothing while an unload of this form is under way.
   void UnloadForm();
   [[nodiscard]] bool IsUnloading() const { return unloading_; }
 
@@ -115,10 +115,14 @@ class Form : public QMainWindow {
   void TakePlace();
   void KeepAboveFrame();
   void GuardedAlways(const std::function<void()>& work);
+  void RunOrTell(const std::function<void()>& work) const;
+  void DeleteWhenDone();
 
   FormKit& kit_;
   bool unloading_ = false;
   bool gone_ = false;  ///< the unload rules have run
+  bool away_ = false;  ///< unloaded altogether
+  int running_ = 0;    ///< handlers that haven't ended
   bool holds_front_ = false;
   bool coming_up_again_ = false;  ///< hidden for a moment only, to change how it is shown
 };

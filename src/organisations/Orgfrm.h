@@ -25,6 +25,11 @@ class Orgfrm : public SessionForm {
   explicit Orgfrm(Context& context);
   ~Orgfrm() override;
 
+  /// Unloads the form for the project form that came up. Behind the delete that is in work, if
+  /// there is one: letting go of the study may have brought the project form up, and the row of the
+  /// register goes last.
+  void GiveWay();
+
  Q_SIGNALS:
   /// An organisation was opened: the project form takes `caption` (a blank and the name) as that of
   /// Orglbltxt. That reference loads the project form, and its load shows it. This form unloads
@@ -84,6 +89,7 @@ class Orgfrm : public SessionForm {
 
   // Orgfrm_delete.cpp: removing an organisation with its study.
   void delte_Click();
+  void DeleteWhatIsChosen();
   [[nodiscard]] bool AnyStudyIsInUse();
   /// False when there is nothing to delete, or the person doesn't want it.
   [[nodiscard]] bool ConfirmDelete();
@@ -98,6 +104,8 @@ class Orgfrm : public SessionForm {
   /// number of the study to delete.
   DataControl DeltRcd_{QStringLiteral("DeltRcd"), this};
   QString EnteredOrgName_;
+  bool deleting_ = false;   ///< a delete is in work
+  bool gives_way_ = false;  ///< the form is to be unloaded behind it
 };
 
 }  // namespace kestrix

@@ -1,3 +1,5 @@
+#include <QScopedValueRollback>
+
 #include "formkit/Controls.h"
 #include "organisations/OrganisationRows.h"
 #include "organisations/Orgfrm.h"
@@ -18,7 +20,20 @@ constexpr int kSearchEnd = 10'000;
 
 }  // namespace
 
+void Orgfrm::GiveWay() {
+  gives_way_ = deleting_;
+  if (!gives_way_) UnloadForm();
+}
+
 void Orgfrm::delte_Click() {
+  {
+    const QScopedValueRollback<bool> deleting(deleting_, true);
+    DeleteWhatIsChosen();
+  }
+  if (gives_way_) UnloadForm();
+}
+
+void Orgfrm::DeleteWhatIsChosen() {
   try {
     EnteredOrgName_ = Name();
     ui_->orgnmecbotxt->setText(Name());

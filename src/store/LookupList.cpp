@@ -15,7 +15,9 @@ void Fill(Recordset& rows, ListBox& box) {
   rows.MoveFirst();
   const int count = rows.RecordCount();
   for (int i = 1; i <= count; ++i) {
-    box.AddItem(rows.Text(0));
+    const QString text = rows.Text(0);
+    // No entry is empty: this is one that somebody else has deleted.
+    if (!text.isEmpty()) box.AddItem(text);
     rows.MoveNext();
   }
   rows.MoveFirst();

@@ -1,8 +1,11 @@
 #include "supporting/tagdwgsfrm.h"
 
+#include <QDir>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QTreeWidget>
+#include <utility>
 
 #include "formkit/Controls.h"
 #include "formkit/PictureView.h"
@@ -32,8 +35,7 @@ tagdwgsfrm::tagdwgsfrm(Context& context)
   ui_->setupUi(this);
   preview_ = std::make_unique<PictureView>(ui_->ImgAccd2);
   On(ui_->fllst, &QTreeWidget::currentItemChanged, &tagdwgsfrm::fllst_ItemClick);
-  On(ui_->fllst, &QTreeWidget::itemClicked, &tagdwgsfrm::fllst_Click);
-  // A double click counts on the whole list, also where it has no row.
+  // Clicks count on the whole list, also where it has no row.
   ui_->fllst->viewport()->installEventFilter(this);
   ui_->fllst->installEventFilter(this);
   On(ui_->LnkFls_1, &QPushButton::clicked, &tagdwgsfrm::LnkFls_1_Click);
@@ -76,19 +78,66 @@ void tagdwgsfrm::QueryUnload() {
 }
 
 bool tagdwgsfrm::eventFilter(QObject* watched, QEvent* event) {
-  const bool clicked_twice =
-      watched == ui_->fllst->viewport() && event->type() == QEvent::MouseButtonDblClick;
-  const bool entered = watched == ui_->fllst && event->type() == QEvent::KeyPress &&
-                       (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Return ||
-                        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Enter);
+  const bool done = watched == ui_->fllst->viewport() ? FollowMouse(*event)
+                    : watched == ui_->fllst           ? FollowKey(*event)
+                                                      : false;
+  return done || SessionForm::eventFilter(watched, event);
+}
+
+/// True when the list has nothing more to do with the event.
+bool tagdwgsfrm::FollowMouse(const QEvent& event) {
+  switch (event.type()) {
+    case QEvent::MouseButtonDblClick:
+      clicked_twice_ = true;
+      Select(static_cast<const QMouseEvent&>(event));
+      Guarded([this] { fllst_DblClick(); });
+      return true;
+    case QEvent::MouseButtonPress:
+      FollowPress(static_cast<const QMouseEvent&>(event));
+      return false;
+    case QEvent::MouseButtonRelease:
+      FollowRelease(static_cast<const QMouseEvent&>(event));
+      return false;
+    default:
+      return false;
+  }
+}
+
+/// The two presses of a double click may have hit two rows: the last one counts.
+void tagdwgsfrm::Select(const QMouseEvent& mouse) {
+  QTreeWidgetItem* hit = ui_->fllst->itemAt(mouse.position().toPoint());
+  if (hit != nullptr) ui_->fllst->setCurrentItem(hit);
+}
+
+/// A file may have changed since it was shown: one that is clicked again is shown anew.
+void tagdwgsfrm::FollowPress(const QMouseEvent& mouse) {
+  const QTreeWidgetItem* hit = ui_->fllst->itemAt(mouse.position().toPoint());
+  if (mouse.button() != Qt::LeftButton || hit == nullptr || hit != ui_->fllst->currentItem())
+    return;
+  Guarded([this] { fllst_ItemClick(); });
+}
+
+/// The second release of a double click ends no click of its own.
+void tagdwgsfrm::FollowRelease(const QMouseEvent& mouse) {
+  const bool second = std::exchange(clicked_twice_, false);
+  if (mouse.button() == Qt::LeftButton && !second) Guarded([this] { fllst_Click(); });
+}
+
+bool tagdwgsfrm::FollowKey(const QEvent& event) {
   // An arrow key selects as a click does, and the path has to follow the preview.
-  const QTreeWidgetItem* selected = ui_->fllst->currentItem();
-  if (watched == ui_->fllst && event->type() == QEvent::KeyRelease && selected != nullptr &&
-      selected->text(kPath) != ui_->pathdsply->text().trimmed())
-    fllst_Click();
-  if (!clicked_twice && !entered) return SessionForm::eventFilter(watched, event);
-  Guarded([this] { fllst_DblClick(); });
+  if (event.type() == QEvent::KeyRelease && !IsSelectionTold()) Guarded([this] { fllst_Click(); });
+  if (event.type() != QEvent::KeyPress) return false;
+  const auto& key = static_cast<const QKeyEvent&>(event);
+  if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
+  if (!key.isAutoRepeat()) Guarded([this] { fllst_DblClick(); });
   return true;
+}
+
+bool tagdwgsfrm::IsSelectionTold() const {
+  const QTreeWidgetItem* selected = ui_->fllst->currentItem();
+  if (selected == nullptr) return true;
+  const QString told = ui_->pathdsply->text();
+  return told == selected->text(kPath) || told == u' ' + selected->text(kPath);
 }
 
 void tagdwgsfrm::cls_1_Click() {
@@ -229,7 +278,8 @@ void tagdwgsfrm::OpenSelectedFile() {
     return;
   }
   CutFolderToScratch(opened_path_, SelectedItem().text(kName));
-  files().ChangeFolder(ui_->Pathlenstr->text());
+  const QString folder = ui_->Pathlenstr->text();
+  files().ChangeFolder(folder.isEmpty() ? QDir::rootPath() : folder);
   const WaitCursor wait;
   platform().shell.OpenDocument(opened_path_);
 }
@@ -244,6 +294,7 @@ void tagdwgsfrm::CutFolderToScratch(const QString& path, const QString& title) {
   platform().clipboard.SetText(ui_->Pathlenstr->selectedText());
   ui_->Pathlenstr->setVisible(false);
   ui_->Pathlenstr->setText(platform().clipboard.Text());
+  ui_->fllst->setFocus();
 }
 
 }  // namespace kestrix

@@ -6,6 +6,7 @@
 #include "shell/SessionForm.h"
 #include "store/DataControl.h"
 
+class QMouseEvent;
 class QTreeWidgetItem;
 
 namespace kestrix {
@@ -39,6 +40,12 @@ class tagdwgsfrm : public SessionForm {
   void DeltFle_Click();
   void cls_1_Click();
 
+  [[nodiscard]] bool FollowMouse(const QEvent& event);
+  void Select(const QMouseEvent& mouse);
+  void FollowPress(const QMouseEvent& mouse);
+  void FollowRelease(const QMouseEvent& mouse);
+  [[nodiscard]] bool FollowKey(const QEvent& event);
+  [[nodiscard]] bool IsSelectionTold() const;
   void LinkChosenFile();
   void AddLink(const QString& path, const QString& title);
   void OpenSelectedFile();
@@ -53,6 +60,7 @@ class tagdwgsfrm : public SessionForm {
   std::unique_ptr<PictureView> preview_;
   DataControl dwgflsDB_{QStringLiteral("dwgflsDB"), this};
   QString opened_path_;
+  bool clicked_twice_ = false;  ///< since the last release of the mouse
 };
 
 }  // namespace kestrix

@@ -364,6 +364,56 @@ TEST_F(WorkbenchTest, AStudyThatWasInUseWhenItWasOpenedBarsTheDeleteForTheRun) {
   EXPECT_TRUE(QFile::exists(Study(1)));
 }
 
+TEST_F(WorkbenchTest, WhoCameIntoTheStudyBehindTheQuestionDoesntStopTheRow) {
+  GivenPressShop();
+  Start();
+  hands->Choose("mnuDatamnfrm");
+  PickOrganisation("Press shop");
+  desk.messages
+      .Expect(Ask(Icon::kCritical, "BELTROVAN: Delete record",
+                  "Wish to delete Organization [Press shop] from records?"))
+      .Answer(Button::kYes)
+      .WhileOpen([&] {
+        QFile sign(StudySign(1));
+        EXPECT_TRUE(sign.open(QIODevice::WriteOnly));
+      });
+  // To let go of the study the project form is loaded, which shows itself and unloads this form;
+  // the message gives it the time to.
+  desk.messages
+      .Expect(Tell(Icon::kCritical, "BELTROVAN",
+                   "Failed to delete records as more than one user has opened this file."))
+      .WhileOpen([&] {
+        FormHands::Settle();
+        EXPECT_NE(Shown("mnfrm"), nullptr);
+        EXPECT_EQ(Column(Register(), "SELECT OrgName FROM orgtn"), QStringList{"Press shop"});
+      });
+  hands->Click("delte");
+  EXPECT_TRUE(Column(Register(), "SELECT OrgName FROM orgtn").isEmpty());
+  EXPECT_FALSE(QDir(PictureFolder(1)).exists());
+  EXPECT_EQ(Front(), "mnfrm");
+  EXPECT_EQ(Shown("Orgfrm"), nullptr);
+  EXPECT_EQ(hands->TextOf("Orglbltxt"), "");
+  EXPECT_FALSE(hands->IsEnabled("simultn1"));
+  EXPECT_EQ(bench->session().ActiveOrgName, "");
+  EXPECT_FALSE(QFile::exists(Path("RskAsmtFld/orgtn.ldb")));
+  hands->Click("clsdfrm");
+  EXPECT_EQ(Front(), "frmMain");
+}
+
+TEST_F(WorkbenchTest, ARegisterThatGotLostEndsAProjectsWayToItInTheNotice) {
+  GivenPressShop();
+  Start();
+  OpenOrganisation("Press shop");
+  ASSERT_TRUE(QFile::remove(Register()));
+  desk.messages.ExpectTell(Icon::kCritical, kFilesMissing,
+                           "More files required run setup/Installed Files missing");
+  hands->Click("nworg");
+  EXPECT_EQ(Front(), "reqfrm");
+  EXPECT_EQ(Shown("Orgfrm"), nullptr);
+  EXPECT_EQ(Shown("mnfrm"), nullptr);
+  EXPECT_FALSE(QFile::exists(StudySign(1)));
+}
+
 TEST_F(WorkbenchTest, ADeletedOrganisationIsGoneWithItsStudyAndItsNumberIsUsedAgain) {
   GivenPressShop();
   Start();

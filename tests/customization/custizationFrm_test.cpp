@@ -2,8 +2,8 @@
 
 #include <QComboBox>
 #include <QFile>
+#include <QLabel>
 #include <QListWidget>
-#include <QMouseEvent>
 
 #include "formkit/Controls.h"
 #include "support/FormTest.h"
@@ -14,8 +14,16 @@ namespace {
 const QString kTitle = QStringLiteral("BELTROVAN");
 const QString kDelete = QStringLiteral("BELTROVAN: Delete record");
 
+const QString kAllOfPrimary =
+    "By deleting record from Primary Hazard will also delete all related records in Hazard Type "
+    "list box. WISH to delete all records?";
+
 class custizationFrmTest : public FormTest {
  protected:
+  void TearDown() override {
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the wait cursor was not put back";
+  }
+
   custizationFrmTest() {
     installation.EmptyLists();
     installation.GivenListRows("Prjstage", {"None.", "N.A.", "Design", "Build"});
@@ -40,12 +48,20 @@ class custizationFrmTest : public FormTest {
     const auto found = list.findItems(text, Qt::MatchExactly | Qt::MatchCaseSensitive);
     ASSERT_EQ(found.size(), 1) << text.toStdString();
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
-                      list.visualItemRect(found.first()).center());
+                      (list.visualItemRect(found.first()) & list.viewport()->rect()).center());
     Settle();
   }
+  /// What is marked in the list.
   QString Selected() {
-    const auto* item = Control<QListWidget>("ActnByLst").currentItem();
-    return item == nullptr ? QString() : item->text();
+    QStringList marked;
+    const auto items = Control<QListWidget>("ActnByLst").selectedItems();
+    for (const QListWidgetItem* item : items) marked += item->text();
+    return marked.join(u'|');
+  }
+  /// Goes on by Tab to a control.
+  void TabTo(const QString& name) {
+    for (int i = 0; i < 12 && !HasFocus(name); ++i) PressTab();
+    ASSERT_TRUE(HasFocus(name));
   }
   void ChooseList(const QString& choice) { Pick("ForCustmnCbo", choice); }
   void Add(const QString& text) {
@@ -54,14 +70,33 @@ class custizationFrmTest : public FormTest {
     PressTab();
   }
   QString TipUnderMouse(const QString& button) {
-    auto& widget = Control<QWidget>(button);
-    QTest::mouseMove(&widget, widget.rect().center());
-    QMouseEvent move(QEvent::MouseMove, QPointF(2, 2), widget.mapToGlobal(QPointF(2, 2)),
-                     Qt::NoButton, Qt::NoButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&widget, &move);
-    return widget.toolTip();
+    PointAt(button);
+    return Control<QWidget>(button).toolTip();
+  }
+  QString AskToDeleteTypes(const QString& hazard) {
+    return "Deleting all records in " + hazard + " WISH to delete all records?";
   }
 };
+
+TEST_F(custizationFrmTest, WearsItsCaptions) {
+  const auto& form = Open<custizationFrm>();
+  EXPECT_EQ(form.windowTitle(), "KESTRIX : customization form");
+  EXPECT_EQ(TextOf("Label1"), "customize :");
+  EXPECT_EQ(TextOf("Label8"), "Hazard type");
+  EXPECT_EQ(TextOf("AddrcdTxt"), "Add record");
+  const QList<QStringList> buttons = {
+      {"adddt", "&Add record", "Click to add Name / Designation / Department"},
+      {"SavRcd", "Save edited record", ""},
+      {"dletedt", "Delete selected record", "Click to delete Name , Designation, Department"},
+      {"DeltAll", "Delete all", "Click to delete Name , Designation, Department"},
+      {"ext", "&Exit", "Exit "}};
+  for (const QStringList& button : buttons) {
+    EXPECT_EQ(TextOf(button[0]), button[1]);
+    EXPECT_EQ(Control<QWidget>(button[0]).toolTip(), button[2]);
+    EXPECT_TRUE(IsEnabled(button[0])) << button[0].toStdString();
+  }
+  EXPECT_TRUE(HasFocus("ForCustmnCbo"));
+}
 
 TEST_F(custizationFrmTest, OpensOnTheProjectStages) {
   Open<custizationFrm>();
@@ -158,6 +193,46 @@ TEST_F(custizationFrmTest, AnEntryThatIsPickedStandsInTheBox) {
   EXPECT_EQ(TextOf("AddrcdTxt"), "Design");
 }
 
+TEST_F(custizationFrmTest, AnArrowKeyPicksAsAClickDoes) {
+  Open<custizationFrm>();
+  PickEntry("N.A.");
+  PressKey(Qt::Key_Down);
+  EXPECT_EQ(Selected(), "Design");
+  EXPECT_EQ(TextOf("AddrcdTxt"), "Design");
+  AppendTo("AddrcdTxt", "s");
+  Click("SavRcd");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Designs", "Build"}));
+}
+
+TEST_F(custizationFrmTest, WhatTheProgramSelectsIsNotCopied) {
+  Open<custizationFrm>();
+  EXPECT_EQ(Selected(), "None.");
+  EXPECT_EQ(TextOf("AddrcdTxt"), "Add record");
+  ChooseList("Action by");
+  EXPECT_EQ(Selected(), "Anna");
+  EXPECT_EQ(TextOf("AddrcdTxt"), "Add record");
+}
+
+TEST_F(custizationFrmTest, AListThatOnlyHasTheFocusHasNothingSelected) {
+  installation.GivenListRows("ActionBy", {"Anna", "Bert"});
+  Open<custizationFrm>();
+  ChooseList("Action by");
+  PickEntry("Bert");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete Record : Bert",
+                          Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(Selected(), "");
+  Click("ForCustmnCbo");
+  TabTo("ActnByLst");
+  EXPECT_EQ(Selected(), "");
+  EXPECT_EQ(TextOf("AddrcdTxt"), "None.");
+  EXPECT_EQ(TipUnderMouse("dletedt"), "Delete selected record - 'NOT SELECTED'");
+  // Without an entry the question has none, and nothing is deleted.
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete Record : ", Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(Stored("ActionBy", "ActnBy"), QStringList{"Anna"});
+}
+
 TEST_F(custizationFrmTest, AnExistingTextIsOnlySelected) {
   Open<custizationFrm>();
   Add("Design");
@@ -186,7 +261,8 @@ TEST_F(custizationFrmTest, ALeadingSpaceIsRefusedAndTheBoxPaintedUntilMended) {
   Open<custizationFrm>();
   Click("adddt");
   Type(" Use");
-  desk.messages.ExpectTell(Icon::kCritical, kTitle, "Can not begin with a space.");
+  desk.messages.Expect(kestrix::Tell(Icon::kCritical, kTitle, "Can not begin with a space."))
+      .WhileOpen([&] { EXPECT_NE(BackColour(&Control<QWidget>("AddrcdTxt")), colour::kWarning); });
   PressTab();
   EXPECT_EQ(BackColour(&Control<QWidget>("AddrcdTxt")), colour::kWarning);
   EXPECT_TRUE(HasFocus("AddrcdTxt"));
@@ -194,6 +270,75 @@ TEST_F(custizationFrmTest, ALeadingSpaceIsRefusedAndTheBoxPaintedUntilMended) {
   PressTab();
   EXPECT_NE(BackColour(&Control<QWidget>("AddrcdTxt")), colour::kWarning);
   EXPECT_EQ(Stages().last(), "Use");
+}
+
+TEST_F(custizationFrmTest, AnAddThatWasLeftOpenGoesWithTheForm) {
+  auto& first = OpenModal<custizationFrm>();
+  Click("adddt");
+  CloseBox(first);
+  EXPECT_FALSE(session.AddPending);
+  OpenModal<custizationFrm>();
+  Click("AddrcdTxt");
+  PressTab();
+  EXPECT_EQ(Stages().size(), 4);
+}
+
+TEST_F(custizationFrmTest, AnEntryIsAddedAlsoWhenTheFormIsLeftByExit) {
+  const QPointer<Form> form = &OpenModal<custizationFrm>();
+  Click("adddt");
+  Type("Use");
+  Click("ext");
+  EXPECT_TRUE(form.isNull());
+  EXPECT_EQ(Stages().last(), "Use");
+}
+
+class custizationFrmTextTest : public custizationFrmTest,
+                               public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(custizationFrmTextTest, EveryTextIsAnEntryToAddChangeAndDelete) {
+  const QString text =
+      QString::fromUtf8(GetParam()) == "255" ? QString(255, u'n') : QString::fromUtf8(GetParam());
+  Open<custizationFrm>();
+  Add(text);
+  EXPECT_EQ(Stages().last(), text);
+  EXPECT_EQ(Selected(), text);
+  PickEntry(text);
+  PressKey(Qt::Key_Up);
+  EXPECT_EQ(TextOf("AddrcdTxt"), "Build");
+  TypeInto("AddrcdTxt", text.mid(1));
+  Click("SavRcd");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Design", text.mid(1), text}));
+  PickEntry(text);
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete Record : " + text,
+                          Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Design", text.mid(1)}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, custizationFrmTextTest,
+                         ::testing::Values("Operator's \"check\"", "<b>bold</b> & more",
+                                           "除去 Наладка", "100%1 ; DROP TABLE Prjstage", "255"),
+                         [](const auto& text) { return "Text" + std::to_string(text.index); });
+
+TEST_F(custizationFrmTest, OfTwoEntriesWithOneTextTheFirstIsChangedAndDeleted) {
+  installation.GivenListRows("Prjstage", {"None.", "Build", "Use", "Build"});
+  Open<custizationFrm>();
+  auto& list = Control<QListWidget>("ActnByLst");
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                    list.visualItemRect(list.item(3)).center());
+  TypeInto("AddrcdTxt", "Built");
+  Click("SavRcd");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "Built", "Use", "Build"}));
+  PickEntry("Build");
+  TypeInto("AddrcdTxt", "Use");
+  Click("SavRcd");
+  EXPECT_EQ(Stages(), (QStringList{"None.", "Built", "Use", "Use"}));
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
+                    list.visualItemRect(list.item(3)).center());
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete Record : Use", Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(Column(installation.Lists(), "SELECT hazopstage FROM Prjstage ORDER BY rowid"),
+            (QStringList{"None.", "Built", "Use"}));
 }
 
 TEST_F(custizationFrmTest, LeavingTheBoxWithoutAnAddDoesNothing) {
@@ -219,6 +364,7 @@ TEST_F(custizationFrmTest, SavingAnEntryThatIsGoneOnlyFillsTheListAnew) {
   Exec(installation.Lists(), "DELETE FROM Prjstage WHERE hazopstage='Design'");
   Click("SavRcd");
   EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Build"}));
+  EXPECT_EQ(ItemsOf("ActnByLst"), Stages());
   EXPECT_EQ(TextOf("AddrcdTxt"), "Detail design");
   EXPECT_EQ(Selected(), "");
 }
@@ -370,9 +516,14 @@ TEST_F(custizationFrmTest, TheToolTipsNameWhatAClickActsOn) {
   EXPECT_EQ(TipUnderMouse("DeltAll"), "Click to delete all records from - Project stage");
   EXPECT_EQ(TipUnderMouse("dletedt"), "Delete selected record - Design");
   EXPECT_EQ(TipUnderMouse("SavRcd"), "Save edited record - Design");
-  Control<QListWidget>("ActnByLst").setCurrentRow(-1);
+  ChooseList("Primary Hazard");
   EXPECT_EQ(TipUnderMouse("dletedt"), "Delete selected record - 'NOT SELECTED'");
   EXPECT_EQ(TipUnderMouse("SavRcd"), "Save edited record - 'NOT SELECTED'");
+  Pick("HazardType", "Mechanical");
+  EXPECT_EQ(TipUnderMouse("adddt"), "Click to add records under - Primary Hazard");
+  EXPECT_EQ(TipUnderMouse("DeltAll"), "Click to delete all records from - Primary Hazard");
+  EXPECT_EQ(TipUnderMouse("dletedt"), "Delete selected record - Crushing");
+  EXPECT_EQ(TipUnderMouse("SavRcd"), "Save edited record - Crushing");
 }
 
 TEST_F(custizationFrmTest, ExitLetsGoOfTheLists) {
@@ -478,20 +629,125 @@ TEST_F(custizationFrmTest, DeleteAllOfThePrimaryHazardsTakesOneHazardsTypes) {
   Open<custizationFrm>();
   ChooseList("Primary Hazard");
   Control<QComboBox>("HazardType").setEditText("Mechanical");
-  const QString question =
-      "By deleting record from Primary Hazard will also delete all related records in Hazard Type "
-      "list box. WISH to delete all records?";
-  desk.messages.ExpectAsk(Icon::kInformation, kDelete, question, Button::kNo);
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, kAllOfPrimary, Button::kNo);
   Click("DeltAll");
   EXPECT_EQ(Types().size(), 3);
-  desk.messages.ExpectAsk(Icon::kInformation, kDelete, question, Button::kYes);
+  EXPECT_EQ(Stored("primaryhazard", "hazardType").size(), 4);
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, kAllOfPrimary, Button::kYes);
   Click("DeltAll");
   EXPECT_EQ(Stored("primaryhazard", "hazardType"), QStringList{"None."});
   EXPECT_EQ(Types(), QStringList{"Noise/Engines"});
   EXPECT_EQ(TextOf("ForCustmnCbo"), "Project stage");
-  EXPECT_TRUE(ItemsOf("ActnByLst").isEmpty());
+  EXPECT_EQ(ItemsOf("ForCustmnCbo").size(), 5);
+  for (const char* list : {"ActnByLst", "ActnByCbo", "HazardType"}) {
+    EXPECT_TRUE(ItemsOf(list).isEmpty()) << list;
+  }
+  EXPECT_EQ(TextOf("HazardType"), "");
   ChooseList("Project stage");
   EXPECT_EQ(ItemsOf("ActnByLst").size(), 4);
+}
+
+TEST_F(custizationFrmTest, AfterDeletingAllPrimaryHazardsTheirListIsStillTheOneInHand) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, kAllOfPrimary, Button::kYes);
+  Click("DeltAll");
+  EXPECT_EQ(TextOf("ForCustmnCbo"), "Project stage");
+  Add("Radiation");
+  EXPECT_EQ(Stored("primaryhazard", "hazardType"), (QStringList{"None.", "Radiation"}));
+  EXPECT_EQ(Stages().size(), 4);
+}
+
+TEST_F(custizationFrmTest, TypesOfADeletedHazardAreThereAgainWhenItsNameComesBack) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, kAllOfPrimary, Button::kYes);
+  Click("DeltAll");
+  EXPECT_EQ(Types().size(), 3);
+  ChooseList("Primary Hazard");
+  Add("Noise");
+  ChooseList("Primary Hazard");
+  Pick("HazardType", "Noise");
+  EXPECT_EQ(ItemsOf("ActnByLst"), QStringList{"Engines"});
+}
+
+TEST_F(custizationFrmTest, PrimaryHazardsWithoutAReservedWordAllGo) {
+  installation.GivenListRows("primaryhazard", {"Noise"});
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, kAllOfPrimary, Button::kYes);
+  Click("DeltAll");
+  EXPECT_TRUE(Stored("primaryhazard", "hazardType").isEmpty());
+  EXPECT_EQ(Types(), (QStringList{"Mechanical/Crushing", "Mechanical/Shearing"}));
+  EXPECT_EQ(TextOf("ForCustmnCbo"), "Project stage");
+  EXPECT_EQ(ItemsOf("ForCustmnCbo").size(), 5);
+}
+
+TEST_F(custizationFrmTest, AHazardWithAnApostropheShowsNoTypesAndTakesNone) {
+  installation.GivenListRows("primaryhazard", {"Operator's errors"});
+  installation.GivenHazardTypes("Operator's errors", {"Slips"});
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  EXPECT_EQ(ItemsOf("ActnByLst"), QStringList{"Operator's errors"});
+  Pick("HazardType", "Operator's errors");
+  EXPECT_EQ(TextOf("ActnFrmLbl"), "Customize : Operator's errors");
+  EXPECT_TRUE(ItemsOf("ActnByLst").isEmpty());
+  const QStringList before = Types();
+  Add("Lapses");
+  EXPECT_EQ(Types(), before);
+  // The list is left by any other choice.
+  ChooseList("Project stage");
+  EXPECT_EQ(ItemsOf("ActnByLst").size(), 4);
+}
+
+TEST_F(custizationFrmTest, DeleteOfTheTypesLeavesTheirEmptyListInHand) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  PickEntry("Mechanical");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, AskToDeleteTypes("Mechanical"),
+                          Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(TextOf("ActnFrmLbl"), "Customize : Primary Hazard");
+  Pick("HazardType", "Mechanical");
+  EXPECT_EQ(TextOf("ActnFrmLbl"), "Customize : Mechanical");
+  EXPECT_TRUE(ItemsOf("ActnByLst").isEmpty());
+  Add("Impact");
+  EXPECT_EQ(Types(), (QStringList{"Noise/Engines", "Mechanical/Impact"}));
+}
+
+TEST_F(custizationFrmTest, DeleteOfTheTypesTestsNoReservedWord) {
+  installation.GivenHazardTypes("None.", {"N.A.", "None."});
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  PickEntry("None.");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, AskToDeleteTypes("None."), Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(Types().size(), 3);
+}
+
+TEST_F(custizationFrmTest, ATypeIsAddedOnceBelowItsHazardAndSelectedWhenItIsKnown) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  Pick("HazardType", "Mechanical");
+  Add("Shearing");
+  EXPECT_EQ(Types().size(), 3);
+  EXPECT_EQ(Selected(), "Shearing");
+  // What is known below another hazard is new here.
+  Add("Engines");
+  EXPECT_EQ(Types().last(), "Mechanical/Engines");
+  EXPECT_EQ(ItemsOf("ActnByLst"), (QStringList{"Crushing", "Shearing", "Engines"}));
+}
+
+TEST_F(custizationFrmTest, AReservedTypeIsSilentlyPutBack) {
+  installation.GivenHazardTypes("Mechanical", {"N.A."});
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  Pick("HazardType", "Mechanical");
+  PickEntry("N.A.");
+  TypeInto("AddrcdTxt", "Nothing");
+  Click("SavRcd");
+  EXPECT_EQ(TextOf("AddrcdTxt"), "N.A.");
+  EXPECT_TRUE(Types().contains("Mechanical/N.A."));
 }
 
 TEST_F(custizationFrmTest, DeleteAllInTheTypeViewSparesTheReservedWords) {
@@ -499,9 +755,15 @@ TEST_F(custizationFrmTest, DeleteAllInTheTypeViewSparesTheReservedWords) {
   Open<custizationFrm>();
   ChooseList("Primary Hazard");
   Pick("HazardType", "Mechanical");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete all Records.", Button::kNo);
+  Click("DeltAll");
+  EXPECT_EQ(Types().size(), 5);
   desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete all Records.", Button::kYes);
   Click("DeltAll");
   EXPECT_EQ(Types(), (QStringList{"Noise/Engines", "Mechanical/None.", "Mechanical/N.A."}));
+  EXPECT_EQ(ItemsOf("ActnByLst"), (QStringList{"None.", "N.A."}));
+  EXPECT_EQ(TextOf("ActnFrmLbl"), "Customize : Mechanical");
+  EXPECT_EQ(Stored("primaryhazard", "hazardType").size(), 4);
 }
 
 TEST_F(custizationFrmTest, AnotherUsersEntryShowsWhenTheListIsOpenedAgain) {

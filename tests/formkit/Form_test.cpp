@@ -115,6 +115,21 @@ TEST_F(FormTestOfLife, FailureOfAClickIsShownOnceAndTheProgramGoesOn) {
   EXPECT_EQ(TextOf("box"), "goes on");
 }
 
+TEST_F(FormTestOfLife, AFormThatIsUnloadedBehindTheBoxOfItsHandlerLivesUntilThatHasEnded) {
+  LivingForm& form = slot.Get();
+  Show(form);
+  const QPointer<Form> living = &form;
+  desk.messages.Expect(Tell(Icon::kCritical, "BELTROVAN", "The disk is full.")).WhileOpen([&] {
+    form.UnloadForm();
+    Settle();
+    EXPECT_FALSE(slot.IsLoaded());
+    EXPECT_FALSE(living.isNull()) << "its handler still stands below the box";
+  });
+  form.button->click();
+  Settle();
+  EXPECT_TRUE(living.isNull());
+}
+
 TEST_F(FormTestOfLife, FailureOfAFocusHandlerIsShown) {
   LivingForm& form = slot.Get();
   Show(form);

@@ -1,3 +1,6 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QDir>
 
 #include "OrgfrmTest.h"
@@ -244,6 +247,77 @@ TEST_F(OrgfrmDeleteTest, RowGoesAlsoWhenItsFilesCantBeDeleted) {
   EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
 }
 
+TEST_F(OrgfrmDeleteTest, FilesOfAnotherUserThatThisOneMayNotDeleteStayAndTheRowGoes) {
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can give files to two users";
+  GivenShopAndAssembly();
+  // A shared folder in which everybody may make files and delete only their own.
+  const QString shared = QFileInfo(installation.Register()).path();
+  GiveToNobody(QFileInfo(installation.Folder()).path());
+  for (const QString& theirs :
+       {shared, installation.Study(3), QFileInfo(installation.PictureFolder(3)).path(),
+        installation.PictureFolder(3), installation.PictureFolder(3) + "/a.jpg"})
+    ASSERT_EQ(::chown(QFile::encodeName(theirs).constData(), 0, 0), 0);
+  ASSERT_EQ(::chmod(QFile::encodeName(shared).constData(), 01777), 0);
+  const auto seen = RunAsNobody([&] {
+    OpenAndPick("Press shop");
+    desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+    Click("delte");
+    return QStringLiteral("%1 boxes, %2, waits: %3")
+        .arg(desk.messages.Shown().size())
+        .arg(TextOf("orgnmecbo"))
+        .arg(QApplication::overrideCursor() != nullptr);
+  });
+  EXPECT_EQ(seen.value_or("died"), "1 boxes, Select organization, waits: 0");
+  EXPECT_TRUE(HasFiles(3));
+  EXPECT_TRUE(QFile::exists(installation.PictureFolder(3) + "/a.jpg"));
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
+}
+
+TEST_F(OrgfrmDeleteTest, OrganisationWhoseStudyIsGoneAlreadyGoesWithItsPictures) {
+  GivenShopAndAssembly();
+  ASSERT_TRUE(QFile::remove(installation.Study(3)));
+  OpenAndPick("Press shop");
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_TRUE(HasNoFiles(3));
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
+  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+}
+
+TEST_F(OrgfrmDeleteTest, OrganisationWhosePicturesAreGoneAlreadyGoesWithItsStudy) {
+  GivenShopAndAssembly();
+  ASSERT_TRUE(QDir(installation.PictureFolder(3)).removeRecursively());
+  OpenAndPick("Press shop");
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_TRUE(HasNoFiles(3));
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
+  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+}
+
+TEST_F(OrgfrmDeleteTest, OrganisationWithNeitherStudyNorPicturesGoes) {
+  GivenShopAndAssembly();
+  ASSERT_TRUE(QFile::remove(installation.Study(3)));
+  ASSERT_TRUE(QDir(installation.PictureFolder(3)).removeRecursively());
+  OpenAndPick("Press shop");
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_TRUE(desk.files.Log().filter("Delete").isEmpty());
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
+}
+
+TEST_F(OrgfrmDeleteTest, RegisterThatIsGoneBehindTheQuestionIsPassedOver) {
+  GivenShopAndAssembly();
+  OpenAndPick("Press shop");
+  ASSERT_TRUE(QFile::remove(installation.Register()));
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_TRUE(HasNoFiles(3));
+  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+  EXPECT_EQ(Enabled(), QStringList({"addorncmd", "delte", "clsed"}));
+}
+
 TEST_F(OrgfrmDeleteTest, FilesGoBeforeTheRow) {
   installation.GivenOrganisation("Press shop", 1001);
   WriteFile(installation.StudySign(1001), QByteArray());
@@ -318,6 +392,26 @@ TEST_F(OrgfrmDeleteTest, RowThatSomebodyElseDeletedMeanwhileIsPassedOver) {
   EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
 }
 
+/// A disk that takes note of the cursor while it deletes.
+class WatchedFiles : public FailingFileSystem {
+ public:
+  void DeleteFile(const QString& path) override {
+    Look();
+    FailingFileSystem::DeleteFile(path);
+  }
+  void DeleteFolder(const QString& path) override {
+    Look();
+    FailingFileSystem::DeleteFolder(path);
+  }
+  QList<bool> waits;
+
+ private:
+  void Look() {
+    const QCursor* cursor = QApplication::overrideCursor();
+    waits += cursor != nullptr && cursor->shape() == Qt::WaitCursor;
+  }
+};
+
 /// A disk that can't be asked whether a file is there.
 class DeafFiles : public FailingFileSystem {
  public:
@@ -327,23 +421,54 @@ class DeafFiles : public FailingFileSystem {
   }
 };
 
-TEST_F(OrgfrmDeleteTest, ErrorBeforeTheNameIsTakenUpFindsNothingToDelete) {
+/// The form on a desktop with other files.
+class OrgfrmDeleteOnFilesTest : public OrgfrmDeleteTest {
+ protected:
+  void OpenOn(FileSystem& files) {
+    desktop_ = std::make_unique<OtherDesktop>(desk, files, desk.shell, context);
+    LoadOrganisations(desktop_->context);
+    form->ShowForm();
+    Settle();
+    LookAt(*form);
+  }
+  void CloseDesktop() {
+    delete form.data();
+    desktop_.reset();
+  }
+
+ private:
+  std::unique_ptr<OtherDesktop> desktop_;
+};
+
+TEST_F(OrgfrmDeleteOnFilesTest, ErrorBeforeTheNameIsTakenUpFindsNothingToDelete) {
   GivenShopAndAssembly();
   DeafFiles deaf;
-  Platform platform{desk.messages, deaf,          desk.shell,     desk.windows, desk.settings,
-                    desk.dialogs,  desk.printing, desk.clipboard, desk.clock,   desk.environment};
-  FormKit deaf_kit{platform, kit.focus, kit.forms};
-  Context deaf_context{deaf_kit, session, paths, frame, dialog, project, task};
-  LoadOrganisations(deaf_context);
-  form->ShowForm();
-  Settle();
-  LookAt(*form);
+  OpenOn(deaf);
   PickOrganisation("Press shop");
   desk.messages.Expect(kNoneToDelete);
   Click("delte");
   EXPECT_EQ(Organisations().size(), 2);
   EXPECT_TRUE(HasFiles(3));
-  delete form.data();
+  CloseDesktop();
+}
+
+TEST_F(OrgfrmDeleteOnFilesTest, CursorWaitsWhileFilesAreDeletedAndIsPutBackOnEveryWayOut) {
+  GivenShopAndAssembly();
+  WatchedFiles files;
+  OpenOn(files);
+  PickOrganisation("Press shop");
+  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+  Click("delte");
+  EXPECT_EQ(files.waits, (QList<bool>{true, true}));
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  PickOrganisation("Assembly");
+  desk.messages.Expect(Question("Assembly")).Answer(Button::kYes);
+  files.FailNext(FileAction::kDeleteFile, "risk_esmatn5.mdb", failure::kPermissionDenied);
+  files.FailNext(FileAction::kDeleteFolder, "Prj5", failure::kPermissionDenied);
+  Click("delte");
+  EXPECT_EQ(files.waits, (QList<bool>{true, true, true, true}));
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  CloseDesktop();
 }
 
 }  // namespace

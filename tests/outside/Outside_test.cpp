@@ -4,160 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QJsonArray>
-#include <QPoint>
-#include <QRect>
-#include <QSet>
 
-#include "outside/Person.h"
-#include "support/TestInstallation.h"
+#include "outside/OutsideTest.h"
 
 namespace kestrix {
 namespace {
-
-using Manager = XServer::Manager;
-
-QRect Place(const QJsonObject& what) {
-  return {what["x"].toInt(), what["y"].toInt(), what["width"].toInt(), what["height"].toInt()};
-}
-
-class OutsideTest : public ::testing::TestWithParam<Manager> {
- protected:
-  static void SetUpTestSuite() {
-    family_ = std::make_unique<QTemporaryDir>();
-    QProcess install;
-    install.start(KESTRIX_CMAKE, {"--install", KESTRIX_BUILD, "--prefix", family_->path()});
-    install.waitForFinished(120'000);
-  }
-  static void TearDownTestSuite() { family_.reset(); }
-
-  void SetUp() override {
-    const QString why_not = Person::WhyNot(GetParam());
-    if (!why_not.isEmpty()) GTEST_SKIP() << why_not.toStdString();
-    ASSERT_TRUE(QFile::exists(family_->filePath("KestrixStudy/KestrixStudy")));
-    // A fresh copy of the installation for each test.
-    QProcess copy;
-    copy.start("cp", {"-a", family_->path() + "/.", place_.path()});
-    copy.waitForFinished(60'000);
-    OpenDisplay({1280, 800});
-  }
-
-  void OpenDisplay(const QSize& size) {
-    display_.reset();
-    display_ = std::make_unique<XServer>(GetParam(), size);
-    ASSERT_TRUE(display_->Ready());
-    screen_ = QRect(QPoint(), size);
-  }
-  [[nodiscard]] std::unique_ptr<Person> Sit(const QStringList& variables = {},
-                                            const QStringList& arguments = {}) const {
-    return std::make_unique<Person>(place_.path(), variables, arguments);
-  }
-  [[nodiscard]] QString Path(const QString& tail) const {
-    return place_.filePath("KestrixStudy/RskAsmtFld/" + tail);
-  }
-  [[nodiscard]] QList<QStringList> Study(const QString& query) const {
-    return TestInstallation::Sql(Path("risk_esmatn1.mdb"), query);
-  }
-
-  // Steps that many tests go; each stands where the next one begins.
-  static void AddOrganisation(Person& person, const QString& name) {
-    person.Press({"ctrl+h"});
-    ASSERT_TRUE(person.SeesActive("Orgfrm"));
-    ASSERT_TRUE(person.Click("addorncmd"));
-    ASSERT_TRUE(person.SeesFocus("orgnmecbotxt"));
-    person.Type(name);
-    person.Press({"Tab"});
-    ASSERT_TRUE(person.SeesActive("mnfrm"));
-  }
-  static void AddProject(Person& person, const QString& number) {
-    ASSERT_TRUE(person.Click("NwESINo"));
-    ASSERT_TRUE(person.SeesFocus("ESI_No_temp"));
-    person.Type(number);
-    person.Press({"Tab"});
-    ASSERT_TRUE(person.SeesFocus("PrjStgCbo"));
-    ASSERT_EQ(person.Text("ESI_No"), number);
-  }
-  static void AddTask(Person& person, const QString& title) {
-    person.Press({"alt+a"});
-    ASSERT_TRUE(person.Sees([&] {
-      return person.Focus() == "FuntnTaskMachry" &&
-             person.Control("FuntnTaskMachry")["selection"] == "None.";
-    }));
-    person.Type(title);
-    person.Press({"Tab"});
-    ASSERT_TRUE(person.SeesFocus("HazrdLoctn"));
-  }
-  static void OpenTasks(Person& person) {
-    person.Press({"alt+r"});
-    ASSERT_TRUE(person.SeesActive("RiskEvalFrm_1"));
-  }
-  void GoToTasks(Person& person) {
-    ASSERT_TRUE(person.Start());
-    ASSERT_NO_FATAL_FAILURE(AddOrganisation(person, "Press shop"));
-    ASSERT_NO_FATAL_FAILURE(AddProject(person, "P-1"));
-    ASSERT_NO_FATAL_FAILURE(OpenTasks(person));
-    ASSERT_NO_FATAL_FAILURE(AddTask(person, "Load the press"));
-  }
-  void GoToEstimation(Person& person) {
-    ASSERT_NO_FATAL_FAILURE(GoToTasks(person));
-    ASSERT_TRUE(person.Click("RiskEsmtBtn"));
-    ASSERT_TRUE(person.SeesActive("RiskEstimtn"));
-    ASSERT_TRUE(person.SeesFocus("SevertyCbo"));
-  }
-  /// Opens the list of the box that has the focus and takes an entry by the keyboard alone.
-  static void PickByKeys(Person& person, const QString& box, int downs, const QString& wanted) {
-    ASSERT_TRUE(person.SeesFocus(box));
-    QStringList keys = {"alt+Down", "Home"};
-    for (int i = 0; i < downs; ++i) keys += "Down";
-    person.Press(keys + QStringList{"Return"});
-    ASSERT_TRUE(person.SeesText(box, wanted));
-  }
-  /// Tab goes once around all that can take the focus, and comes back.
-  static void WalkAround(Person& person, const QString& window) {
-    const QString first = person.Focus();
-    QSet<QString> reached = {first};
-    for (int step = 0; step < 80; ++step) {
-      const QString before = person.Focus();
-      person.Press({"Tab"});
-      ASSERT_TRUE(person.Sees([&] { return person.Focus() != before; }))
-          << "stuck on " << qPrintable(before);
-      ASSERT_EQ(person.Box(), "") << "behind " << qPrintable(before);
-      reached += person.Focus();
-      if (person.Focus() == first) break;
-    }
-    EXPECT_EQ(person.Focus(), first) << "the way round doesn't end in " << qPrintable(window);
-    const QJsonArray controls = person.Window(window)["controls"].toArray();
-    for (const QJsonValue control : controls) {
-      if (!control["takes_focus"].toBool() || !control["visible"].toBool() ||
-          !control["enabled"].toBool())
-        continue;
-      EXPECT_TRUE(reached.contains(control["name"].toString()))
-          << qPrintable(control["name"].toString()) << " isn't reached in " << qPrintable(window);
-    }
-  }
-  /// Every window is whole on the screen, and nothing written on the front one is cut off.
-  void LookOver(const Person& person, const QString& window) {
-    ASSERT_TRUE(person.SeesActive(window));
-    EXPECT_TRUE(person.Sees([&] {
-      return screen_.contains(Place(person.Window(window)["frame"].toObject()));
-    })) << qPrintable(window)
-        << " isn't whole on the screen";
-    const QJsonArray controls = person.Window(window)["controls"].toArray();
-    EXPECT_FALSE(controls.isEmpty());
-    for (const QJsonValue control : controls)
-      EXPECT_FALSE(control["cut"].toBool())
-          << qPrintable(control["name"].toString()) << " of " << qPrintable(window)
-          << " is cut: " << qPrintable(control["text"].toString());
-  }
-
-  QTemporaryDir place_;
-  std::unique_ptr<XServer> display_;
-  QRect screen_;
-
- private:
-  static inline std::unique_ptr<QTemporaryDir> family_;
-};
 
 TEST_P(OutsideTest, FirstStartPutsTheFrameInItsPlace) {
   const auto person = Sit();
@@ -358,9 +209,6 @@ TEST_P(OutsideTest, AfterAKillTheNextStartFindsTheWork) {
   EXPECT_FALSE(QFile::exists(Path("risk_esmatn1.ldb")));
 }
 
-/// What only a window manager gives: title bars, minimising, a way from one program to the other.
-class ManagedTest : public OutsideTest {};
-
 TEST_P(ManagedTest, TheExitStoresTheFramesPlace) {
   const auto person = Sit();
   ASSERT_TRUE(person->Start());
@@ -419,49 +267,11 @@ TEST_P(ManagedTest, AMinimisedFrameComesBackMaximised) {
   }));
 }
 
-TEST_P(ManagedTest, TwoCopiesKeepEachOthersWorkAndBarTheDelete) {
-  const auto first = Sit();
-  ASSERT_NO_FATAL_FAILURE(GoToTasks(*first));
-  ASSERT_TRUE(first->Click("ClsedDg"));
-  ASSERT_TRUE(first->SeesActive("mnfrm"));
-  const auto second = Sit();
-  ASSERT_TRUE(second->Start());
-  ASSERT_TRUE(second->BringUp("frmMain"));
-  second->Press({"ctrl+h"});
-  ASSERT_NO_FATAL_FAILURE(PickByKeys(*second, "orgnmecbo", 0, "Press shop"));
-  second->Press({"alt+o"});
-  ASSERT_TRUE(second->SeesActive("mnfrm"));
-  ASSERT_NO_FATAL_FAILURE(OpenTasks(*second));
-  ASSERT_TRUE(first->BringUp("mnfrm"));
-  ASSERT_NO_FATAL_FAILURE(OpenTasks(*first));
-  ASSERT_TRUE(first->Click("HazrdLoctn"));
-  first->Press({"ctrl+a"});
-  first->Type("infeed");
-  ASSERT_TRUE(second->BringUp("RiskEvalFrm_1"));
-  ASSERT_TRUE(second->Click("ReccdtnTxt"));
-  second->Press({"ctrl+a"});
-  second->Type("guard");
-  ASSERT_TRUE(second->Click("ClsedDg"));
-  ASSERT_TRUE(second->SeesActive("mnfrm"));
-  ASSERT_TRUE(first->BringUp("RiskEvalFrm_1"));
-  ASSERT_TRUE(first->Click("ClsedDg"));
-  ASSERT_TRUE(first->SeesActive("mnfrm"));
-  EXPECT_EQ(Study("SELECT HazrdLoctn, ReccdtnTxt FROM Risk_records"),
-            (QList<QStringList>{{"infeed", "guard"}}));
-  // The study is open in both: nobody deletes it.
-  ASSERT_TRUE(first->Click("nworg"));
-  ASSERT_NO_FATAL_FAILURE(PickByKeys(*first, "orgnmecbo", 0, "Press shop"));
-  ASSERT_TRUE(first->Click("delte"));
-  EXPECT_TRUE(first->Sees([&] { return first->Box().contains("All users need to logout"); }));
-  EXPECT_TRUE(QFile::exists(Path("risk_esmatn1.mdb")));
-}
-
-std::string NameOf(const ::testing::TestParamInfo<Manager>& info) {
-  return info.param == Manager::kOpenbox ? "WithManager" : "Bare";
-}
 INSTANTIATE_TEST_SUITE_P(Displays, OutsideTest,
-                         ::testing::Values(Manager::kNone, Manager::kOpenbox), NameOf);
-INSTANTIATE_TEST_SUITE_P(Displays, ManagedTest, ::testing::Values(Manager::kOpenbox), NameOf);
+                         ::testing::Values(XServer::Manager::kNone, XServer::Manager::kOpenbox),
+                         OutsideTest::NameOf);
+INSTANTIATE_TEST_SUITE_P(Displays, ManagedTest, ::testing::Values(XServer::Manager::kOpenbox),
+                         OutsideTest::NameOf);
 
 }  // namespace
 }  // namespace kestrix

@@ -117,15 +117,19 @@ QString Person::Focus() const {
   return Look()["focus"].toString();
 }
 
-QString Person::Box() const {
+QJsonObject Person::BoxWindow() const {
   const QJsonArray windows = Look()["windows"].toArray();
-  for (const QJsonValue window : windows) {
-    if (window["class"].toString() != "QMessageBox") continue;
-    const QJsonArray controls = window["controls"].toArray();
-    for (const QJsonValue control : controls)
-      if (control["name"].toString() == "qt_msgbox_label")
-        return window["title"].toString() + '|' + control["text"].toString();
-  }
+  for (const QJsonValue window : windows)
+    if (window["class"].toString() == "QMessageBox") return window.toObject();
+  return {};
+}
+
+QString Person::Box() const {
+  const QJsonObject box = BoxWindow();
+  const QJsonArray controls = box["controls"].toArray();
+  for (const QJsonValue control : controls)
+    if (control["name"].toString() == "qt_msgbox_label")
+      return box["title"].toString() + '|' + control["text"].toString();
   return {};
 }
 
@@ -175,13 +179,21 @@ void Person::Type(const QString& text) {
 }
 
 bool Person::BringUp(const QString& window) {
-  const QString title = Window(window)["title"].toString().trimmed();
+  Activate(Window(window));
+  return SeesActive(window);
+}
+
+bool Person::BringUpBox() {
+  Activate(BoxWindow());
+  return Sees([this] { return BoxWindow()["active"].toBool(); });
+}
+
+void Person::Activate(const QJsonObject& window) {
   QProcess tool;
   tool.start("xdotool",
              {"search", "--all", "--onlyvisible", "--pid", QString::number(program_->processId()),
-              "--name", title, "windowactivate"});
+              "--name", window["title"].toString().trimmed(), "windowactivate"});
   tool.waitForFinished(kTimeLimit);
-  return SeesActive(window);
 }
 
 QString Person::Path(const QString& tail) const {

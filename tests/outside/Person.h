@@ -61,12 +61,17 @@ class Person {
   void Type(const QString& text);
   /// Brings this person's window to the front of those of other programs.
   [[nodiscard]] bool BringUp(const QString& window);
+  /// The same for the message box that is open.
+  [[nodiscard]] bool BringUpBox();
 
   /// Of a file of the installation.
   [[nodiscard]] QString Path(const QString& tail) const;
   [[nodiscard]] QString Setting(const QString& key) const;
 
  private:
+  [[nodiscard]] QJsonObject BoxWindow() const;
+  void Activate(const QJsonObject& window);
+
   QTemporaryDir place_;
   QString family_;
   QStringList variables_;

@@ -55,6 +55,22 @@ class FakeTask : public TaskInHand {
   DataControl source{QStringLiteral("dtsorce2")};
 };
 
+/// The desktop of a test with other files and another opener, and what a form on it is made from.
+struct OtherDesktop {
+  OtherDesktop(FakePlatform& desk, FileSystem& files, Shell& shell, const Context& like)
+      : platform{desk.messages, files,         shell,          desk.windows, desk.settings,
+                 desk.dialogs,  desk.printing, desk.clipboard, desk.clock,   desk.environment},
+        kit{platform, like.kit.focus, like.kit.forms},
+        context{kit,         like.session, like.installation, like.frame,
+                like.dialog, like.project, like.task} {}
+  OtherDesktop(const OtherDesktop&) = delete;
+  OtherDesktop& operator=(const OtherDesktop&) = delete;
+
+  Platform platform;
+  FormKit kit;
+  Context context;
+};
+
 /// What a test of a form starts from: an installation of its own, a desktop that is all fakes, and
 /// the session that forms share. Its hands work the form in front.
 ///

@@ -4,7 +4,9 @@
 #include <QFile>
 #include <QImage>
 #include <QLabel>
+#include <QStandardPaths>
 #include <QTreeWidget>
+#include <QWindow>
 
 #include "platform/QtShell.h"
 #include "support/FormTest.h"
@@ -15,8 +17,20 @@ namespace {
 const QString kEnd = QStringLiteral("BELTROVAN.");
 constexpr int kStudy = 3;
 
+/// Another form of the program, with nothing on it.
+class OtherForm : public Form {
+ public:
+  explicit OtherForm(Context& context) : Form(context.kit) {
+    setObjectName(QStringLiteral("OtherForm"));
+  }
+};
+
 class tagdwgsfrmTest : public FormTest {
  protected:
+  void TearDown() override {
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "the wait cursor was not put back";
+  }
+
   tagdwgsfrmTest() {
     installation.GivenStudy(kStudy);
     session.ActiveStudyNo = kStudy;
@@ -38,10 +52,11 @@ class tagdwgsfrmTest : public FormTest {
     return path;
   }
   void GivenLink(const QString& path, const QString& number = "P-1") {
+    const auto quoted = [](QString text) { return text.replace("'", "''"); };
     Exec(installation.Study(kStudy),
          QStringLiteral("INSERT INTO fileLink(Project_Number,FilePath,FileShrtDscrptn,FileEmb) "
                         "VALUES('%1','%2','%3','%2')")
-             .arg(number, path, QFileInfo(path).fileName()));
+             .arg(quoted(number), quoted(path), quoted(QFileInfo(path).fileName())));
   }
   QStringList StoredPaths(const QString& number = "P-1") {
     return Column(installation.Study(kStudy),
@@ -54,11 +69,25 @@ class tagdwgsfrmTest : public FormTest {
     return found;
   }
   void ClickLink(int row, bool twice = false) {
-    auto& list = Control<QTreeWidget>("fllst");
-    const QPoint place = list.visualItemRect(list.topLevelItem(row)).center();
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
-    if (twice) QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+    const auto& list = Control<QTreeWidget>("fllst");
+    ClickList(list.visualItemRect(list.topLevelItem(row)).center(), twice);
+  }
+  /// A click or double click as the desktop tells of it, with its second release.
+  void ClickList(const QPoint& place, bool twice = false) {
+    const auto& list = Control<QTreeWidget>("fllst");
+    QWindow* window = list.window()->windowHandle();
+    const QPoint spot = list.viewport()->mapTo(list.window(), place);
+    if (twice) {
+      QTest::mouseDClick(window, Qt::LeftButton, {}, spot);
+    } else {
+      QTest::mouseClick(window, Qt::LeftButton, {}, spot);
+    }
     Settle();
+  }
+  /// Below all rows.
+  void ClickEmptyPlace(bool twice = false) {
+    ClickList(Control<QTreeWidget>("fllst").viewport()->rect().bottomLeft() + QPoint(20, -5),
+              twice);
   }
   void Link(const QString& path) {
     desk.dialogs.ChooseToOpen(path);
@@ -74,6 +103,20 @@ class tagdwgsfrmTest : public FormTest {
     return !image.isNull() && image.pixelColor(image.width() / 2, image.height() / 2) == Qt::blue;
   }
 };
+
+TEST_F(tagdwgsfrmTest, WearsItsCaptions) {
+  const auto& form = Open<tagdwgsfrm>();
+  EXPECT_EQ(form.windowTitle(), "BELTROVAN: Supporting Pictures/Documents ");
+  EXPECT_EQ(TextOf("hzpNolbl"), "Project Number");
+  EXPECT_EQ(TextOf("LnkFls_1"), "&Link Drwings/files");
+  EXPECT_EQ(TextOf("DeltFle"), "Remove file link");
+  EXPECT_EQ(TextOf("cls_1"), "&Exit");
+  EXPECT_EQ(Control<QTreeWidget>("fllst").toolTip(), "Double click to open file");
+  EXPECT_EQ(Control<QTreeWidget>("fllst").columnCount(), 2);
+  EXPECT_FALSE(IsVisible("Pathlenstr"));
+  for (const char* name : {"fllst", "LnkFls_1", "DeltFle", "cls_1"}) EXPECT_TRUE(IsEnabled(name));
+  EXPECT_TRUE(HasFocus("fllst"));
+}
 
 TEST_F(tagdwgsfrmTest, ShowsTheLinksOfItsProjectInTheOrderOfTheTable) {
   GivenLink("/tmp/b.txt");
@@ -95,6 +138,33 @@ TEST_F(tagdwgsfrmTest, TheFirstLinkIsSelectedWhenTheFormComesUp) {
 
 TEST_F(tagdwgsfrmTest, AnEmptyListSaysSo) {
   Open<tagdwgsfrm>();
+  EXPECT_EQ(TextOf("pathdsply"), "No files linked. ");
+}
+
+TEST_F(tagdwgsfrmTest, ComingBackFromAnotherFormTellsTheSelectedPathAnew) {
+  GivenLink("/tmp/a.txt");
+  GivenLink("/tmp/b.txt");
+  auto& form = Open<tagdwgsfrm>();
+  ClickLink(1);
+  EXPECT_EQ(TextOf("pathdsply"), "/tmp/b.txt");
+  auto& other = Open<OtherForm>();
+  other.UnloadForm();
+  Settle();
+  LookAt(form);
+  EXPECT_EQ(TextOf("pathdsply"), " /tmp/b.txt");
+}
+
+TEST_F(tagdwgsfrmTest, AClickBesideTheRowsTellsTheSelectedPathOrThatThereIsNone) {
+  GivenLink("/tmp/a.txt");
+  Open<tagdwgsfrm>();
+  ClickEmptyPlace();
+  EXPECT_EQ(TextOf("pathdsply"), "/tmp/a.txt");
+  EXPECT_EQ(TextOf("Pathlenstr"), "/tmp/a.txt");
+  desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
+                          "Wish to delete linked file. [/tmp/a.txt] from records?", Button::kYes);
+  Click("DeltFle");
+  EXPECT_EQ(TextOf("pathdsply"), "No files linked.");
+  ClickEmptyPlace();
   EXPECT_EQ(TextOf("pathdsply"), "No files linked. ");
 }
 
@@ -129,6 +199,50 @@ TEST_F(tagdwgsfrmTest, LinkingKeepsThePathAndNeitherCopiesNorMoves) {
             "BELTROVAN : Select Pictures/Documents Files");
   EXPECT_EQ(desk.dialogs.Requests().first().request.filter, "Folders|Folders|*..");
   EXPECT_EQ(desk.dialogs.Requests().first().request.filter_index, 2);
+  EXPECT_EQ(desk.dialogs.Requests().first().request.file_name, "");
+}
+
+TEST_F(tagdwgsfrmTest, BehindALinkTheFirstFileIsTheSelectedOne) {
+  GivenLink("/tmp/a.txt");
+  GivenLink("/tmp/b.txt");
+  Open<tagdwgsfrm>();
+  ClickLink(1);
+  Link(GivenFile("x.txt"));
+  EXPECT_EQ(ShownPaths(), (QStringList{"/tmp/a.txt", "/tmp/b.txt", installation.Outside("x.txt")}));
+  EXPECT_EQ(TextOf("pathdsply"), " /tmp/a.txt");
+  EXPECT_EQ(dialog.FileName, installation.Outside("x.txt"));
+  // The name that was chosen last isn't offered again.
+  Link(GivenFile("y.txt"));
+  EXPECT_EQ(desk.dialogs.Requests().last().request.file_name, "");
+}
+
+TEST_F(tagdwgsfrmTest, ALinkThatTheStudyRefusesIsToldAndForgotten) {
+  GivenLink(installation.Outside("X.TXT"), "P-2");
+  Exec(installation.Study(kStudy), "CREATE UNIQUE INDEX one ON fileLink(FilePath COLLATE NOCASE)");
+  Open<tagdwgsfrm>();
+  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to Link file./No file selected.");
+  Link(GivenFile("x.txt"));
+  EXPECT_TRUE(StoredPaths().isEmpty());
+  EXPECT_EQ(ShownPaths(), QStringList{installation.Outside("x.txt")});
+  // What is in the list alone is no link: it can be removed from nowhere.
+  ClickLink(0);
+  desk.messages.ExpectAsk(
+      Icon::kInformation, "BELTROVAN: Delete record",
+      "Wish to delete linked file. [" + installation.Outside("x.txt") + "] from records?",
+      Button::kYes);
+  desk.messages.ExpectTell(Icon::kInformation, kEnd,
+                           "Failed to remove file. /File does not exist.");
+  Click("DeltFle");
+  EXPECT_TRUE(ShownPaths().isEmpty());
+  EXPECT_TRUE(StoredPaths().isEmpty());
+}
+
+TEST_F(tagdwgsfrmTest, CapitalsMakeAnotherFile) {
+  GivenLink(installation.Outside("A.txt"));
+  Open<tagdwgsfrm>();
+  Link(GivenFile("a.txt"));
+  EXPECT_EQ(StoredPaths(),
+            (QStringList{installation.Outside("A.txt"), installation.Outside("a.txt")}));
 }
 
 class tagdwgsfrmNameTest : public tagdwgsfrmTest,
@@ -149,7 +263,8 @@ TEST_P(tagdwgsfrmNameTest, EveryNameIsLinkedPreviewedAndOpened) {
 
 INSTANTIATE_TEST_SUITE_P(Names, tagdwgsfrmNameTest,
                          ::testing::Values("with blanks.png", "it's \"quoted\".png",
-                                           "图纸 Чертёж.png", "255", "-dash.png", "#%20.png"),
+                                           "图纸 Чертёж 🏭.png", "255", "-dash.png", "#%20.png",
+                                           "back\\slash.png"),
                          [](const auto& name) { return "Name" + std::to_string(name.index); });
 
 TEST_F(tagdwgsfrmTest, TheSamePathTwiceIsRefused) {
@@ -192,6 +307,16 @@ TEST_F(tagdwgsfrmTest, APictureIsPreviewedAndItsPathShown) {
   EXPECT_EQ(TextOf("pathdsply"), installation.Outside("a.png"));
 }
 
+TEST_F(tagdwgsfrmTest, AFileThatIsClickedAgainIsReadAgain) {
+  GivenLink(GivenFile("a.png"));
+  Open<tagdwgsfrm>();
+  ClickLink(0);
+  EXPECT_FALSE(IsBlue(Preview()));
+  GivenPicture("a.png");
+  ClickLink(0);
+  EXPECT_TRUE(IsBlue(Preview()));
+}
+
 TEST_F(tagdwgsfrmTest, AnArrowKeySelectsAsAClickDoes) {
   GivenLink("/tmp/b.txt");
   GivenLink("/tmp/a.txt");
@@ -206,12 +331,29 @@ TEST_F(tagdwgsfrmTest, WhatIsNoPictureOrIsGoneShowsTheFallback) {
   GivenLink(GivenFile("a.txt"));
   GivenLink(installation.Outside("gone.png"));
   GivenLink(GivenFile("broken.jpg", "\xff\xd8\xff\xe0 not really"));
+  GivenLink(GivenFile("empty.png", ""));
+  GivenLink(QFileInfo(installation.Outside("a.txt")).path());
+  GivenPicture("torn.png");
+  ASSERT_TRUE(QFile::resize(installation.Outside("torn.png"), 40));
+  GivenLink(installation.Outside("torn.png"));
   Open<tagdwgsfrm>();
-  for (int row = 0; row < 3; ++row) {
+  for (int row = 0; row < 6; ++row) {
     ClickLink(row);
     EXPECT_FALSE(Preview().isNull()) << row;
     EXPECT_FALSE(IsBlue(Preview())) << row;
   }
+}
+
+TEST_F(tagdwgsfrmTest, ADamagedFallbackPictureLeavesThePreviewClear) {
+  GivenLink(GivenPicture("a.png"));
+  GivenLink(GivenFile("a.txt"));
+  QFile fallback(installation.Path("RskAsmtFld/errImgLoad.jpg"));
+  ASSERT_TRUE(fallback.open(QIODevice::WriteOnly));
+  fallback.close();
+  Open<tagdwgsfrm>();
+  ClickLink(0);
+  ClickLink(1);
+  EXPECT_TRUE(Preview().isNull());
 }
 
 TEST_F(tagdwgsfrmTest, WithoutTheFallbackPictureThePreviewStaysClear) {
@@ -238,6 +380,95 @@ TEST_F(tagdwgsfrmTest, ADoubleClickOpensTheDocumentAndLeavesTheFolderOnTheClipbo
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
+/// A desktop on which a test looks at the moment of opening, or at files of its own.
+class tagdwgsfrmDesktopTest : public tagdwgsfrmTest {
+ protected:
+  void OpenOn(Shell& shell, FileSystem& files) {
+    desktop_ = std::make_unique<OtherDesktop>(desk, files, shell, context);
+    form_ = std::make_unique<tagdwgsfrm>(desktop_->context);
+    form_->LoadForm();
+    form_->ShowForm();
+    Settle();
+    LookAt(*form_);
+  }
+  void CloseDesktop() {
+    form_.reset();
+    desktop_.reset();
+  }
+
+ private:
+  std::unique_ptr<OtherDesktop> desktop_;
+  std::unique_ptr<tagdwgsfrm> form_;
+};
+
+class WatchingShell : public FakeShell {
+ public:
+  using FakeShell::FakeShell;
+  void OpenDocument(const QString& path) override {
+    const QCursor* cursor = QApplication::overrideCursor();
+    waits = cursor != nullptr && cursor->shape() == Qt::WaitCursor;
+    FakeShell::OpenDocument(path);
+  }
+  bool waits = false;
+};
+
+TEST_F(tagdwgsfrmDesktopTest, TheCursorWaitsWhileADocumentIsOpened) {
+  GivenLink(GivenFile("report.txt"));
+  WatchingShell shell(desk.files);
+  OpenOn(shell, desk.files);
+  ClickLink(0, true);
+  EXPECT_TRUE(shell.waits);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  shell.waits = false;
+  shell.FailWith(failure::kInvalidCall);
+  desk.messages.Expect(Tell(Icon::kInformation, kEnd, "Unable to open file.")).WhileOpen([] {
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  });
+  ClickLink(0, true);
+  EXPECT_TRUE(shell.waits);
+  CloseDesktop();
+}
+
+/// A disk with a file in its topmost folder.
+class FilesAtTheTop : public FailingFileSystem {
+ public:
+  [[nodiscard]] bool FileExists(const QString& path) const override {
+    return path == "/at the top.txt" || FailingFileSystem::FileExists(path);
+  }
+};
+
+TEST_F(tagdwgsfrmDesktopTest, ADocumentInTheTopmostFolderOpensToo) {
+  GivenLink("/at the top.txt");
+  FilesAtTheTop files;
+  FakeShell shell(files);
+  OpenOn(shell, files);
+  ClickLink(0, true);
+  EXPECT_EQ(shell.Documents(), (QList<FakeShell::Started>{{"/at the top.txt", "/"}}));
+  CloseDesktop();
+}
+
+TEST_F(tagdwgsfrmTest, ATitleThatIsNotTheFilesNameLeavesAWrongFolderAndCannotOpen) {
+  const QString path = GivenFile("report.txt");
+  Exec(installation.Study(kStudy),
+       "INSERT INTO fileLink VALUES('P-1','" + path + "','port.txt','" + path + "')");
+  Open<tagdwgsfrm>();
+  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
+  ClickLink(0, true);
+  EXPECT_TRUE(Opened().isEmpty());
+}
+
+TEST_F(tagdwgsfrmTest, AfterOpeningTheListHasTheFocusAgain) {
+  GivenLink(GivenFile("a.txt"));
+  GivenLink(GivenFile("b.txt"));
+  Open<tagdwgsfrm>();
+  ClickLink(0);
+  PressKey(Qt::Key_Return);
+  EXPECT_TRUE(HasFocus("fllst"));
+  PressKey(Qt::Key_Down);
+  PressKey(Qt::Key_Enter);
+  EXPECT_EQ(Opened(), (QStringList{installation.Outside("a.txt"), installation.Outside("b.txt")}));
+}
+
 TEST_F(tagdwgsfrmTest, EnterOpensTheSelectedDocument) {
   const QString path = GivenFile("report.txt");
   GivenLink(path);
@@ -259,7 +490,7 @@ TEST_F(tagdwgsfrmTest, AProgramThatWasLinkedIsOpenedAsADocumentNeverStarted) {
 
 /// The same form on the desktop's own opener: a program named xdg-open that stands first in the
 /// path and takes down what it is given.
-class tagdwgsfrmOpenerTest : public tagdwgsfrmTest {
+class tagdwgsfrmOpenerTest : public tagdwgsfrmDesktopTest {
  protected:
   tagdwgsfrmOpenerTest() {
     const QString folder = installation.Outside("opener");
@@ -283,41 +514,66 @@ class tagdwgsfrmOpenerTest : public tagdwgsfrmTest {
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
   }
 
+  /// Opens the one link and gives back what the opener was given.
+  QString OpenByDesktop() {
+    OpenOn(opener, desk.files);
+    ClickLink(0, true);
+    EXPECT_TRUE(WaitUntil([&] { return ReadGiven().endsWith('\n'); }));
+    CloseDesktop();
+    return ReadGiven();
+  }
+
   QtShell opener;
-  Platform desktop{.messages = desk.messages,
-                   .files = desk.files,
-                   .shell = opener,
-                   .windows = desk.windows,
-                   .settings = desk.settings,
-                   .dialogs = desk.dialogs,
-                   .printing = desk.printing,
-                   .clipboard = desk.clipboard,
-                   .clock = desk.clock,
-                   .environment = desk.environment};
-  FormKit desktop_kit{desktop, kit.focus, kit.forms};
-  Context desktop_context{desktop_kit, session, paths, frame, dialog, project, task};
 
  private:
   QByteArray path_before_;
 };
 
-TEST_F(tagdwgsfrmOpenerTest, ALinkedProgramIsHandedToTheOpenerAndNeverRun) {
+TEST_F(tagdwgsfrmOpenerTest, ALinkedScriptIsHandedToTheOpenerAndNeverRun) {
   const QString started = installation.Outside("started");
   const QString program = installation.Outside("it's a \"tool\".sh");
   Script(program, "#!/bin/sh\ntouch '" + started + "'\n");
-  Exec(installation.Study(kStudy), "INSERT INTO fileLink VALUES('P-1','" +
-                                       QString(program).replace("'", "''") + "','" +
-                                       QFileInfo(program).fileName().replace("'", "''") + "','')");
-  tagdwgsfrm form(desktop_context);
-  form.LoadForm();
-  form.ShowForm();
-  Settle();
-  LookAt(form);
-  ClickLink(0, true);
-  ASSERT_TRUE(WaitUntil([&] { return ReadGiven().endsWith('\n'); }));
-  EXPECT_EQ(ReadGiven(), "1\n" + program + "\n");
+  GivenLink(program);
+  EXPECT_EQ(OpenByDesktop(), "1\n" + program + "\n");
   EXPECT_FALSE(QFile::exists(started));
 }
+
+TEST_F(tagdwgsfrmOpenerTest, ALinkedProgramIsHandedToTheOpenerAndNeverRun) {
+  const QString program = installation.Outside("touch");
+  ASSERT_TRUE(QFile::copy(QStandardPaths::findExecutable("touch"), program));
+  GivenLink(program);
+  EXPECT_EQ(OpenByDesktop(), "1\n" + program + "\n");
+}
+
+TEST_F(tagdwgsfrmOpenerTest, ALauncherIsNoDocument) {
+  const QString started = installation.Outside("started");
+  const QString launcher = installation.Outside("tool.desktop");
+  Script(launcher, "[Desktop Entry]\nType=Application\nExec=touch " + started + "\n");
+  GivenLink(launcher);
+  OpenOn(opener, desk.files);
+  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
+  ClickLink(0, true);
+  EXPECT_EQ(ReadGiven(), "");
+  EXPECT_FALSE(QFile::exists(started));
+  CloseDesktop();
+}
+
+class tagdwgsfrmOpenerNameTest : public tagdwgsfrmOpenerTest,
+                                 public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(tagdwgsfrmOpenerNameTest, EveryNameReachesTheOpenerWhole) {
+  QString name = QString::fromUtf8(GetParam());
+  if (name == "255") name = QString(251, u'n') + ".txt";
+  const QString path = GivenFile(name);
+  GivenLink(path);
+  EXPECT_EQ(OpenByDesktop(), "1\n" + path + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, tagdwgsfrmOpenerNameTest,
+                         ::testing::Values("with  blanks .txt", "it's \"quoted\".txt",
+                                           "图纸 Чертёж 🏭.txt", "255", "-dash",
+                                           "#%20;$(touch x).txt", "back\\slash.txt"),
+                         [](const auto& name) { return "Name" + std::to_string(name.index); });
 
 TEST_F(tagdwgsfrmTest, AFileThatIsGoneIsTold) {
   GivenLink(installation.Outside("gone.txt"));
@@ -340,9 +596,7 @@ TEST_F(tagdwgsfrmTest, ADocumentThatCannotBeOpenedIsTold) {
 TEST_F(tagdwgsfrmTest, AnEmptyListDoubleClickedCannotOpen) {
   Open<tagdwgsfrm>();
   desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
-  auto& list = Control<QTreeWidget>("fllst");
-  QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, list.viewport()->rect().center());
-  Settle();
+  ClickEmptyPlace(true);
 }
 
 TEST_F(tagdwgsfrmTest, RemovingALinkAsksAndLeavesTheFile) {
