@@ -34,9 +34,7 @@ void RiskEstimtn::Load() {
     }
     ShowStatementLabels();
     RefreshRiskDisplay();
-    LoadStoredPicture(*before_);
-    LoadStoredPicture(*after_);
-    SetToolTips(QStringLiteral("Click to estimation risk after recommendations"));
+    LoadPictures();
   } catch (const Failure&) {
     // Meant for pictures that are gone: a form without its pictures is of use all the same.
     ReplaceMissingPictures();

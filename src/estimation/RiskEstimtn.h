@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
 
 #include "estimation/RiskGraphState.h"
@@ -90,15 +91,18 @@ class RiskEstimtn : public SessionForm {
   void RskBfrAftrChk_Click();
   void RsltDsplRiskLbl_Click();
   void clsfrm_Click();
+  void ShowToolTips();
   void SetToolTips(const QString& tip);
 
   // The pictures.
   struct PictureSlot;
-  void LoadStoredPicture(PictureSlot& slot);
+  void LoadPictures();
+  void LoadStoredPicture(PictureSlot& slot, const std::function<void()>& then);
+  void GoOnLoading(bool failed, const std::function<void()>& then);
   void ReplaceMissingPictures();
   void SelectPicture(PictureSlot& slot);
   void AskForPicture();
-  void PictureFailed(PictureSlot& slot);
+  void PictureFailed(PictureSlot& slot, const QString& title);
   void ClearPicture(PictureSlot& slot);
   void ImgSltdDwgBfr_Click();
   void ImgSltdDwgAfter_Click();

@@ -16,6 +16,7 @@ struct RiskEstimtn::PictureSlot {
   PictureView view;
   QStringView field;
   ChosenBy chosen_by;
+  bool chosen_anew = false;  ///< a person has been at it since the form came up
 };
 
 }  // namespace kestrix

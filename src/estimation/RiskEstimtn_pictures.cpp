@@ -28,17 +28,40 @@ QString RiskEstimtn::PicturePath(const QString& name) const {
   return installation().PictureFolder(session().ActiveStudyNo) + u'/' + name;
 }
 
-void RiskEstimtn::LoadStoredPicture(PictureSlot& slot) {
+/// The last steps of the load, each behind the one before it: a picture that can't be read ends
+/// them, also when that turns out only while the form is in use.
+void RiskEstimtn::LoadPictures() {
+  const auto tips = [this] { ShowToolTips(); };
+  LoadStoredPicture(*before_, [this, tips] {
+    if (after_->chosen_anew) return tips();
+    LoadStoredPicture(*after_, tips);
+  });
+}
+
+void RiskEstimtn::LoadStoredPicture(PictureSlot& slot, const std::function<void()>& then) {
   slot.view.Clear();
   const QString name = Stored(slot.field);
   if (!name.isEmpty() && files().FileExists(PicturePath(name))) {
-    slot.view.Load(PicturePath(name));
+    slot.view.LoadBesideEvents(PicturePath(name), [this, then](PictureView::Outcome outcome) {
+      GoOnLoading(outcome == PictureView::Outcome::kFailed, then);
+    });
     return;
   }
   // A name that stands for nothing any more goes only when the default picture is there to see.
   if (name.isEmpty()) Store(slot.field, kNoPicture);
   slot.view.Load(installation().NoPicture());
   if (!name.isEmpty()) Store(slot.field, kNoPicture);
+  then();
+}
+
+void RiskEstimtn::GoOnLoading(bool failed, const std::function<void()>& then) {
+  if (IsUnloading()) return;
+  if (failed) return ReplaceMissingPictures();
+  try {
+    then();
+  } catch (const Failure&) {
+    ReplaceMissingPictures();
+  }
 }
 
 /// Nothing is told of what fails here as well: the form opens all the same.
@@ -51,6 +74,7 @@ void RiskEstimtn::ReplaceMissingPictures() {
 }
 
 void RiskEstimtn::SelectPicture(PictureSlot& slot) {
+  slot.chosen_anew = true;
   try {
     AskForPicture();
     const QString title = dialog().FileTitle();
@@ -67,10 +91,14 @@ void RiskEstimtn::SelectPicture(PictureSlot& slot) {
                             ? !title.isEmpty()
                             : !dialog().FileName.isEmpty();
     if (chosen) Store(slot.field, title);
-    slot.view.Load(PicturePath(Stored(slot.field)));
+    const auto then = [this, &slot, title](PictureView::Outcome outcome) {
+      if (outcome != PictureView::Outcome::kFailed) return;
+      Guarded([&] { PictureFailed(slot, title); });
+    };
+    slot.view.LoadBesideEvents(PicturePath(Stored(slot.field)), then);
     if (chosen) dialog().FileName.clear();
   } catch (const Failure&) {
-    PictureFailed(slot);
+    PictureFailed(slot, dialog().FileTitle());
   }
 }
 
@@ -86,15 +114,16 @@ void RiskEstimtn::AskForPicture() {
 
 /// Only a task without a picture of its own gets the default picture back; a picture that was
 /// chosen and can't be shown leaves its box clear and its name in the row.
-void RiskEstimtn::PictureFailed(PictureSlot& slot) {
+void RiskEstimtn::PictureFailed(PictureSlot& slot, const QString& title) {
   if (Stored(slot.field) != kNoPicture) return;
   Store(slot.field, kNoPicture);
   slot.view.Load(installation().NoPicture());
-  const QString copy = PicturePath(dialog().FileTitle());
+  const QString copy = PicturePath(title);
   if (files().FileExists(copy)) files().DeleteFile(copy);
 }
 
 void RiskEstimtn::ClearPicture(PictureSlot& slot) {
+  slot.chosen_anew = true;
   Store(slot.field, installation().NoPicture());
   slot.view.Load(installation().NoPicture());
 }

@@ -84,7 +84,7 @@ void RiskEstimtn::RskBfrAftrChk_Click() {
 
 void RiskEstimtn::SwitchStage() {
   const StageLook& look = LookOf(StageInHand());
-  SetToolTips(QString::fromUtf16(look.tip));
+  ShowToolTips();
   ui_->RskBfrAftrChk->setText(QString::fromUtf16(look.toggle));
   ui_->RsltDsplRiskLbl->setText(QString::fromUtf16(look.results));
   SetBackColour(ui_->RskBfrAftrChk, look.back);
@@ -104,6 +104,10 @@ void RiskEstimtn::RsltDsplRiskLbl_Click() {
   SetToolTips(to_after ? QStringLiteral("Click to estimation risk after recommendations")
                        : QStringLiteral("Click to estimation risk before recommendations"));
   SwitchStage();
+}
+
+void RiskEstimtn::ShowToolTips() {
+  SetToolTips(QString::fromUtf16(LookOf(StageInHand()).tip));
 }
 
 void RiskEstimtn::SetToolTips(const QString& tip) {

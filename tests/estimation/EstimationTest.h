@@ -11,6 +11,7 @@
 #include "formkit/ClickLabel.h"
 #include "formkit/Controls.h"
 #include "support/FormTest.h"
+#include "support/ReadersHeld.h"
 
 namespace kestrix {
 
@@ -29,6 +30,7 @@ class EstimationTest : public FormTest {
 
   void TearDown() override {
     // Whatever a test has done, the file it leaves is whole.
+    readers.reset();
     delete form_.data();
     Settle();
     EXPECT_EQ(Column(Study(), "PRAGMA integrity_check"), QStringList{"ok"});
@@ -54,10 +56,12 @@ class EstimationTest : public FormTest {
   }
 
   RiskEstimtn& OpenForm() {
+    readers.reset();
     delete form_.data();
     form_ = new RiskEstimtn(context);
     QObject::connect(form_, &RiskEstimtn::Done, [this] { steps += "done"; });
     QObject::connect(form_, &RiskEstimtn::Unloaded, [this] { steps += "unloaded"; });
+    if (hold_readers) readers = std::make_unique<ReadersHeld>(*form_);
     form_->LoadForm();
     form_->ShowFormModal();
     Settle();
@@ -194,7 +198,18 @@ class EstimationTest : public FormTest {
   static inline const QStringList kScoreLabels{"SerScrStd", "ExScrStd", "OCrScrStd", "AvrScrStd"};
   static inline const QStringList kNoLevels{"Reset", "N.A.", "N.A.", "N.A."};
 
-  QStringList steps;  ///< what was told to other forms, in order
+  /// Waits for all that is read beside the events, and for what follows from it.
+  void WaitForReaders() {
+    // One picture may wait for the other.
+    for (int picture = 0; picture < 2 && form_; ++picture) {
+      ReadersHeld(*form_).LetGoAndWait();
+      Settle();
+    }
+  }
+
+  bool hold_readers = false;             ///< the form opens with its readers held
+  std::unique_ptr<ReadersHeld> readers;  ///< those of the form that was opened last
+  QStringList steps;                     ///< what was told to other forms, in order
   QPointer<RiskEstimtn> form_;
 
  private:

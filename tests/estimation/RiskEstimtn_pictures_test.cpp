@@ -45,6 +45,20 @@ class RiskEstimtnPicturesTest : public EstimationTest {
     EXPECT_TRUE(image.save(path, "bmp"));
     return path;
   }
+  /// A picture that is too large to be read at a glance.
+  static QString GivenLarge(const QString& path, const QColor& colour) {
+    QImage image(3000, 2000, QImage::Format_RGB32);
+    image.fill(colour);
+    EXPECT_TRUE(image.save(path, "png"));
+    return path;
+  }
+  /// One that breaks off in the middle.
+  static QString GivenLargeDamaged(const QString& path) {
+    GivenLarge(path, Qt::red);
+    QFile file(path);
+    EXPECT_TRUE(file.resize(file.size() / 2));
+    return path;
+  }
   static QString GivenText(const QString& path) {
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
@@ -428,6 +442,7 @@ TEST_F(RiskEstimtnPicturesTest, PhotographOfFiftyMegapixelsIsShownScaled) {
   ASSERT_TRUE(large.save(source));
   OpenOn({});
   Choose("ImgSltdDwgBfr", source);
+  ASSERT_TRUE(WaitUntil([this] { return ShowsPicture("ImgBfore"); }));
   const QSize shown = Control<QLabel>("ImgBfore").pixmap(Qt::ReturnByValue).size();
   EXPECT_LE(shown.width(), Control<QLabel>("ImgBfore").width());
   EXPECT_LE(shown.height(), Control<QLabel>("ImgBfore").height());
@@ -460,6 +475,115 @@ TEST_F(RiskEstimtnPicturesTest, FileThatClaimsToBeHugeIsLikeOneThatIsNoPicture) 
   Choose("ImgSltdDwgAfter", path);
   EXPECT_FALSE(ShowsPicture("ImgAfter"));
   EXPECT_EQ(Saved("PicAftrRcmdtn"), "huge.bmp");
+}
+
+// Large pictures, read while the form is in use.
+
+TEST_F(RiskEstimtnPicturesTest, LargePicturesAreReadWhileThePathIsChosen) {
+  GivenLarge(InFolder("before.jpg"), Qt::red);
+  GivenLarge(InFolder("after.jpg"), Qt::blue);
+  hold_readers = true;
+  OpenOn({{"PicBfrRcmdtn", "before.jpg"}, {"PicAftrRcmdtn", "after.jpg"}});
+  EXPECT_FALSE(ShowsPicture("ImgBfore"));
+  PickLevels({"S2, Serious", "F1, Seldom", "O3, High", "A2, Impossible"});
+  EXPECT_EQ(Saved("RiskIndex"), "4");
+  readers->LetGo();
+  ASSERT_TRUE(WaitUntil([this] { return ShowsPicture("ImgAfter"); }));
+  ExpectShows("ImgBfore", Qt::red);
+  ExpectShows("ImgAfter", Qt::blue);
+  EXPECT_EQ(TipOf("RskBfrAftrChk"), "Click to estimation risk after recommendations");
+}
+
+TEST_F(RiskEstimtnPicturesTest, AfterPictureWaitsForTheLargeBeforePicture) {
+  GivenLarge(InFolder("before.jpg"), Qt::red);
+  GivenStoredPicture("after.bmp", Qt::blue);
+  hold_readers = true;
+  OpenOn({{"PicBfrRcmdtn", "before.jpg"}, {"PicAftrRcmdtn", "after.bmp"}});
+  EXPECT_FALSE(ShowsPicture("ImgAfter"));
+  EXPECT_EQ(TipOf("RskBfrAftrChk"), "");
+  readers->LetGo();
+  ASSERT_TRUE(WaitUntil([this] { return ShowsPicture("ImgBfore"); }));
+  ExpectShows("ImgAfter", Qt::blue);
+  EXPECT_NE(TipOf("RskBfrAftrChk"), "");
+}
+
+TEST_F(RiskEstimtnPicturesTest, LargeBeforePictureThatBreaksOffEndsTheLoadAllTheSame) {
+  GivenLargeDamaged(InFolder("cut.jpg"));
+  for (const QString name : {"after.bmp", "gone.jpg"}) {
+    GivenStoredPicture("after.bmp", Qt::blue);
+    OpenOn({{"PicBfrRcmdtn", "cut.jpg"}, {"PicAftrRcmdtn", name}});
+    WaitForReaders();
+    EXPECT_FALSE(ShowsPicture("ImgBfore"));
+    if (name == "gone.jpg") {
+      ExpectShowsDefault("ImgAfter");
+    } else {
+      EXPECT_FALSE(ShowsPicture("ImgAfter")) << "not reached";
+    }
+    EXPECT_EQ(TipOf("RskBfrAftrChk"), "");
+    EXPECT_EQ(SavedFields({"PicBfrRcmdtn", "PicAftrRcmdtn"}), QStringList({"cut.jpg", name}));
+    Close();
+    Exec(Study(), "DELETE FROM Risk_records");
+  }
+  EXPECT_THAT(desk.messages.Shown(), IsEmpty());
+}
+
+TEST_F(RiskEstimtnPicturesTest, TipsFollowAStageThatWasSwitchedWhileAPictureWasRead) {
+  GivenLarge(InFolder("before.jpg"), Qt::red);
+  hold_readers = true;
+  OpenOn({{"PicBfrRcmdtn", "before.jpg"}});
+  ToAfterStage();
+  readers->LetGo();
+  ASSERT_TRUE(WaitUntil([this] { return ShowsPicture("ImgBfore"); }));
+  EXPECT_EQ(TipOf("RskBfrAftrChk"), "Click to estimation risk before recommendations");
+}
+
+TEST_P(EitherPictureTest, PictureThatIsChosenWhileAnotherIsReadStands) {
+  GivenLarge(InFolder("large.jpg"), Qt::red);
+  hold_readers = true;
+  OpenOn({{side().field, "large.jpg"}});
+  Choose(side().button, GivenPicture("new.bmp", Qt::blue));
+  ExpectShows(side().box, Qt::blue);
+  readers->LetGo();
+  WaitForReaders();
+  ExpectShows(side().box, Qt::blue);
+  ExpectShowsDefault(side().other_box);
+  EXPECT_EQ(Saved(side().field), "new.bmp");
+  EXPECT_NE(TipOf("RskBfrAftrChk"), "");
+}
+
+TEST_P(EitherPictureTest, PictureThatIsClearedBeforeItsTurnStaysCleared) {
+  GivenLarge(InFolder("large.jpg"), Qt::red);
+  GivenStoredPicture("press.bmp", Qt::blue);
+  hold_readers = true;
+  OpenOn({{"PicBfrRcmdtn", "large.jpg"}, {"PicAftrRcmdtn", "press.bmp"}});
+  DoubleClick(side().box);
+  readers->LetGo();
+  WaitForReaders();
+  ExpectShowsDefault(side().box);
+  EXPECT_TRUE(ShowsPicture(side().other_box));
+  EXPECT_EQ(Saved(side().field), DefaultPicture());
+  EXPECT_NE(TipOf("RskBfrAftrChk"), "");
+}
+
+TEST_P(EitherPictureTest, LargeFileOfTheDefaultNameThatBreaksOffGivesWayToTheDefaultPicture) {
+  const QString source = GivenLargeDamaged(installation.Outside("NoPicSlted.jpg"));
+  OpenOn({});
+  Choose(side().button, source);
+  WaitForReaders();
+  ExpectShowsDefault(side().box);
+  EXPECT_EQ(Saved(side().field), "NoPicSlted.jpg");
+  EXPECT_THAT(FilesInFolder(), IsEmpty());
+}
+
+TEST_P(EitherPictureTest, FormThatIsClosedWhileAPictureIsReadLeavesTheRowAsItIs) {
+  GivenLarge(InFolder("large.jpg"), Qt::red);
+  hold_readers = true;
+  OpenOn({{side().field, "large.jpg"}, {side().other_field, "gone.jpg"}});
+  const auto row = SavedRow();
+  readers->LetGo();
+  Close();
+  EXPECT_EQ(SavedRow(), row);
+  EXPECT_TRUE(form_.isNull());
 }
 
 TEST_F(RiskEstimtnPicturesTest, PicturesOfBothStagesStayWhenTheStageIsSwitched) {

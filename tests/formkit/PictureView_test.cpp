@@ -8,8 +8,12 @@
 #include <QImageWriter>
 #include <QLabel>
 #include <QTemporaryDir>
+#include <QTest>
+#include <functional>
+#include <memory>
 
 #include "platform/Failure.h"
+#include "support/ReadersHeld.h"
 
 namespace kestrix {
 namespace {
@@ -187,6 +191,124 @@ TEST_F(PictureViewTest, FileThatClaimsToBeHugeIsRefused) {
   Write("huge.jpg", photograph);
   ExpectRefused("huge.bmp", failure::kInvalidPicture);
   ExpectRefused("huge.jpg", failure::kInvalidPicture);
+}
+
+// Pictures that are read beside the events.
+
+class PictureBesideEventsTest : public PictureViewTest {
+ protected:
+  using Outcome = PictureView::Outcome;
+
+  void SetUp() override {
+    PictureViewTest::SetUp();
+    large_ = Path("large.png");
+    ASSERT_TRUE(TwoHalves({3000, 2000}).save(large_));
+  }
+  void Show(const QString& path) {
+    view_.LoadBesideEvents(path, [this](Outcome outcome) { told_.append(outcome); });
+  }
+  [[nodiscard]] bool WaitUntilTold(qsizetype times) {
+    return QTest::qWaitFor([&] { return told_.size() >= times; }, 20'000);
+  }
+  void ExpectShowsLarge() const {
+    EXPECT_TRUE(IsReddish(Shown().pixelColor(20, 100)));
+    EXPECT_TRUE(IsBluish(Shown().pixelColor(280, 100)));
+  }
+
+  QString large_;
+  QList<Outcome> told_;
+};
+
+TEST_F(PictureBesideEventsTest, SmallPictureIsShownAtOnce) {
+  Show(whole_);
+  EXPECT_EQ(told_, QList{Outcome::kShown});
+  EXPECT_EQ(Shown().size(), QSize(300, 200));
+}
+
+TEST_F(PictureBesideEventsTest, LargePictureIsShownWhenItHasBeenRead) {
+  view_.Load(whole_);
+  ReadersHeld readers(view_);
+  Show(large_);
+  QApplication::processEvents();
+  EXPECT_TRUE(told_.isEmpty());
+  EXPECT_TRUE(Shown().isNull()) << "nor is what was there before";
+  readers.LetGo();
+  ASSERT_TRUE(WaitUntilTold(1));
+  EXPECT_EQ(told_, QList{Outcome::kShown});
+  EXPECT_FALSE(view_.IsClear());
+  ExpectShowsLarge();
+}
+
+TEST_F(PictureBesideEventsTest, LargePictureIsShownAsTheCameraWasHeld) {
+  QImageWriter writer(Path("held.jpg"), "jpg");
+  writer.setTransformation(QImageIOHandler::TransformationRotate90);
+  ASSERT_TRUE(writer.write(TwoHalves({3000, 2000})));
+  Show(Path("held.jpg"));
+  ASSERT_TRUE(WaitUntilTold(1));
+  EXPECT_GT(Shown().height(), Shown().width());
+  EXPECT_TRUE(IsReddish(Shown().pixelColor(Shown().width() / 2, 10)));
+}
+
+TEST_F(PictureBesideEventsTest, WhatTheBeginningOfAFileTellsFailsAtOnce) {
+  Write("text.jpg", "This is a letter, not a picture.");
+  for (const QString& path : {Path("nowhere.jpg"), Path("text.jpg")}) {
+    view_.Load(whole_);
+    EXPECT_THROW(Show(path), Failure);
+    EXPECT_TRUE(view_.IsClear());
+    EXPECT_TRUE(Shown().isNull());
+  }
+  EXPECT_TRUE(told_.isEmpty());
+}
+
+TEST_F(PictureBesideEventsTest, PictureThatBreaksOffIsToldAndLeavesTheLabelClear) {
+  const QByteArray sound = Bytes("large.png");
+  Write("cut.png", sound.left(sound.size() / 2));
+  Show(Path("cut.png"));
+  ASSERT_TRUE(WaitUntilTold(1));
+  EXPECT_EQ(told_, QList{Outcome::kFailed});
+  EXPECT_TRUE(view_.IsClear());
+  EXPECT_TRUE(Shown().isNull());
+}
+
+TEST_F(PictureBesideEventsTest, WhateverIsShownNextTakesThePlaceOfWhatIsBeingRead) {
+  const QList<std::function<void()>> next{[this] { view_.Clear(); }, [this] { view_.Load(whole_); },
+                                          [this] { Show(whole_); }};
+  for (const auto& act : next) {
+    told_.clear();
+    ReadersHeld readers(view_);
+    Show(large_);
+    act();
+    ASSERT_FALSE(told_.isEmpty());
+    EXPECT_EQ(told_.first(), Outcome::kGivenUp);
+    const QImage shown = Shown();
+    const auto told = told_;
+    readers.LetGoAndWait();
+    QApplication::processEvents();
+    EXPECT_EQ(told_, told) << "told once";
+    EXPECT_EQ(Shown(), shown);
+  }
+}
+
+TEST_F(PictureBesideEventsTest, LastOfTwoLargePicturesIsShown) {
+  QImage green(3000, 2000, QImage::Format_RGB32);
+  green.fill(Qt::green);
+  ASSERT_TRUE(green.save(Path("green.png")));
+  Show(large_);
+  Show(Path("green.png"));
+  ASSERT_TRUE(WaitUntilTold(2));
+  EXPECT_EQ(told_, QList({Outcome::kGivenUp, Outcome::kShown}));
+  EXPECT_EQ(Shown().pixelColor(20, 100), QColor(Qt::green));
+}
+
+TEST_F(PictureBesideEventsTest, ViewThatEndsMeanwhileTellsNothing) {
+  QLabel label;
+  auto view = std::make_unique<PictureView>(&label);
+  ReadersHeld readers(*view);
+  view->LoadBesideEvents(large_, [this](Outcome outcome) { told_.append(outcome); });
+  readers.LetGo();
+  view.reset();
+  QApplication::processEvents();
+  EXPECT_TRUE(told_.isEmpty());
 }
 
 }  // namespace
