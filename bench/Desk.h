@@ -58,6 +58,7 @@ class Desk : private Frame, private ProjectInHand, private TaskInHand {
   SessionState session;
   NoMessages messages;
   QString project_number;
+  Recordset* tasks = nullptr;  ///< those of the task in hand
 
   [[nodiscard]] Context& context() { return context_; }
   [[nodiscard]] const Installation& installation() const { return installation_; }
@@ -71,6 +72,7 @@ class Desk : private Frame, private ProjectInHand, private TaskInHand {
   QString ESI_No() override { return project_number; }
   QString ProjectDescription() override { return QStringLiteral("Press line 4"); }
   Recordset& Tasks() override {
+    if (tasks != nullptr) return *tasks;
     throw Failure(failure::kObjectNotSet, QStringLiteral("There is no task form."));
   }
 

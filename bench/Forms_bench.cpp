@@ -1,5 +1,6 @@
 // What a person waits for in the forms: opening a project, moving between tasks, finding, adding,
-// filling a list. Each line that it prints is a name and a time in milliseconds: the median.
+// filling a list, seeing large photographs. Each line that it prints is a name and a time in
+// milliseconds: the median.
 //
 // kestrix_bench_forms <folder of an installation> <study> <tasks of the study> [opening|moving|...]
 //
@@ -8,18 +9,26 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QComboBox>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
+#include <QImageWriter>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QTimer>
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstdio>
 #include <functional>
 #include <memory>
 #include <vector>
 
 #include "Desk.h"
+#include "estimation/RiskEstimtn.h"
 #include "evaluation/RiskEvalFrm_1.h"
 #include "formkit/Grid.h"
 #include "projects/mnfrm.h"
@@ -33,6 +42,8 @@ constexpr int kOpenings = 9;
 constexpr int kMoves = 201;
 constexpr int kKeystrokes = 9;
 constexpr int kAdditions = 15;
+constexpr int kPictures = 7;
+constexpr QSize kFiftyMegapixels(8660, 5774);
 
 /// Lets everything run that is queued, the repaint included.
 void Settle() {
@@ -60,6 +71,36 @@ void Press(QWidget* widget, int key, const QString& text = {}) {
   QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier, text);
   QCoreApplication::sendEvent(widget, &release);
 }
+
+/// Slopes of light, edges and the noise of a sensor: what a photograph is to its formats.
+QImage Photograph() {
+  QImage photograph(kFiftyMegapixels, QImage::Format_RGB32);
+  quint32 dice = 1;
+  for (int y = 0; y < photograph.height(); ++y) {
+    auto* line = reinterpret_cast<QRgb*>(photograph.scanLine(y));
+    for (int x = 0; x < photograph.width(); ++x) {
+      dice = dice * 1664525U + 1013904223U;
+      const int noise = static_cast<int>(dice >> 29U);
+      const int light = static_cast<int>(100 + 90 * std::sin(x / 700.0) * std::cos(y / 500.0));
+      const int edge = (x / 577 + y / 577) % 2 == 0 ? 60 : 190;
+      line[x] = qRgb(light + noise, (light + edge) / 2 + noise, edge + noise);
+    }
+  }
+  return photograph;
+}
+
+struct PictureFormat {
+  const char* name;
+  const char* format;
+  QImageIOHandler::Transformation held;
+  bool progressive;
+};
+constexpr std::array kPictureFormats{
+    PictureFormat{"jpeg", "jpg", QImageIOHandler::TransformationNone, false},
+    PictureFormat{"jpeg.turned", "jpg", QImageIOHandler::TransformationRotate90, false},
+    PictureFormat{"jpeg.progressive", "jpg", QImageIOHandler::TransformationNone, true},
+    PictureFormat{"png", "png", QImageIOHandler::TransformationNone, false},
+    PictureFormat{"bmp", "bmp", QImageIOHandler::TransformationNone, false}};
 
 class FormsBench {
  public:
@@ -189,6 +230,24 @@ class FormsBench {
     Close();
   }
 
+  /// Photographs of 50 megapixels: until the form is there, until the photograph is seen, and the
+  /// longest that the form takes no events meanwhile.
+  void Pictures() {
+    const QString folder = desk_.installation().PictureFolder(desk_.session.ActiveStudyNo);
+    Expect(QDir().mkpath(folder));
+    const QImage photograph = Photograph();
+    for (const PictureFormat& format : kPictureFormats) {
+      const QString name = QString::fromLatin1(format.name);
+      QImageWriter writer(folder + u'/' + name, format.format);
+      writer.setQuality(format.format == QByteArray("jpg") ? 90 : -1);
+      if (format.held != QImageIOHandler::TransformationNone) writer.setTransformation(format.held);
+      writer.setProgressiveScanWrite(format.progressive);
+      Expect(writer.write(photograph));
+      ShowPicture(name);
+      Expect(QFile::remove(folder + u'/' + name));
+    }
+  }
+
   /// What the other side reads.
   void Select() { std::printf("%s\n", qPrintable(sources::RiskSql(desk_.project_number))); }
 
@@ -200,6 +259,60 @@ class FormsBench {
     std::fprintf(stderr, "Something else was measured than was meant. %s\n",
                  qPrintable(desk_.messages.shown.join(u'\n')));
     std::exit(1);
+  }
+  /// Runs the events until the picture is seen; the longest that they stood still.
+  static double BeatUntilSeen(const QLabel& box) {
+    double longest = 0;
+    QElapsedTimer since;
+    QTimer beat;
+    const auto take = [&] {
+      longest = std::max(longest, static_cast<double>(since.nsecsElapsed()) / 1e6);
+      since.start();
+    };
+    QObject::connect(&beat, &QTimer::timeout, take);
+    beat.start(1);
+    since.start();
+    while (box.pixmap(Qt::ReturnByValue).isNull()) {
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    Settle();
+    take();
+    return longest;
+  }
+  void ShowPicture(const QString& name) {
+    DataControl source(QStringLiteral("dtsorce2"));
+    source.SetConnectionString(
+        DataControl::ConnectionStringFor(desk_.installation().Study(study_)));
+    source.SetRecordSource(sources::RiskSql(desk_.project_number));
+    source.Refresh();
+    source.Recordset().Set(QStringLiteral("PicBfrRcmdtn"), name);
+    desk_.tasks = &source.Recordset();
+    std::vector<double> opened;
+    std::vector<double> shown;
+    std::vector<double> blocked;
+    for (int i = 0; i < kPictures; ++i) {
+      QPointer<RiskEstimtn> form;
+      opened.push_back(MillisecondsOf([&] {
+        form = new RiskEstimtn(desk_.context());
+        form->LoadForm();
+        form->ShowFormModal();
+        Settle();
+      }));
+      window_ = form;
+      const auto* box = Control<QLabel>("ImgBfore");
+      double longest = opened.back();
+      const double reading =
+          MillisecondsOf([&] { longest = std::max(longest, BeatUntilSeen(*box)); });
+      shown.push_back(opened.back() + reading);
+      blocked.push_back(longest);
+      form->UnloadForm();
+      Settle();
+    }
+    source.Recordset().CancelUpdate();
+    desk_.tasks = nullptr;
+    Print(qPrintable(QStringLiteral("picture.%1.opened").arg(name)), opened);
+    Print(qPrintable(QStringLiteral("picture.%1.shown").arg(name)), shown);
+    Print(qPrintable(QStringLiteral("picture.%1.blocked").arg(name)), blocked);
   }
   void OpenTasks() {
     desk_.session.TaskPosition = 0;
@@ -256,6 +369,7 @@ int main(int argc, char** argv) {
       {QStringLiteral("projects"), &Bench::FindingProjects},
       {QStringLiteral("adding"), &Bench::Adding},
       {QStringLiteral("list"), &Bench::FillingList},
+      {QStringLiteral("pictures"), &Bench::Pictures},
       {QStringLiteral("select"), &Bench::Select}};
   for (int i = 4; i < argc; ++i) {
     const auto work = all.value(QString::fromLatin1(argv[i]));

@@ -6,6 +6,7 @@
 #include <QImageWriter>
 
 #include "estimation/EstimationTest.h"
+#include "support/RunAsNobody.h"
 
 namespace kestrix {
 namespace {
@@ -316,6 +317,64 @@ TEST_P(EitherPictureTest, FolderThatRefusesTheCopyShowsATaskWithoutAPictureTheDe
     EXPECT_EQ(Saved(side().field), "NoPicSlted.jpg");
     EXPECT_THAT(FilesInFolder(), IsEmpty());
   }
+}
+
+// As on a share where the engineer may look and not write.
+TEST_P(EitherPictureTest, WriteProtectedFolderKeepsWhatIsThereAndNamesNothingElse) {
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  const QString source = GivenPicture("new.bmp", Qt::blue);
+  for (const QString& stored : {QStringLiteral("old.bmp"), QStringLiteral("NoPicSlted.jpg")}) {
+    GivenStoredPicture("old.bmp", Qt::red);
+    GivenTask({{side().field, stored}});
+    GiveToNobody(QFileInfo(installation.Folder()).path());
+    const auto seen = RunAsNobody([&] {
+      const QString folder = installation.PictureFolder(kStudy);
+      QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
+      OpenForm();
+      Choose(side().button, source);
+      const bool shows_red = ShowsPicture(side().box) && MiddleOf(side().box) == QColor(Qt::red);
+      const bool shows_default = ShowsPicture(side().box) && !shows_red;
+      Click("clsfrm");
+      QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+      return QStringList{Saved(side().field), FilesInFolder().join(u','),
+                         shows_red       ? "red"
+                         : shows_default ? "default"
+                                         : "clear",
+                         QString::number(desk.messages.Shown().size())}
+          .join(u' ');
+    });
+    const bool has_picture = stored == "old.bmp";
+    EXPECT_EQ(seen.value_or("died"),
+              has_picture ? "old.bmp old.bmp red 0" : "NoPicSlted.jpg old.bmp default 0");
+    EXPECT_EQ(QImage(InFolder("old.bmp")).pixelColor(5, 5), QColor(Qt::red));
+    EXPECT_TRUE(QFile::exists(source));
+    Exec(Study(), "DELETE FROM Risk_records");
+  }
+}
+
+// A picture that may not be replaced is not lost by the attempt.
+TEST_P(EitherPictureTest, PictureOfTheSameNameInAWriteProtectedFolderStays) {
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  const QString source = GivenPicture("press.bmp", Qt::blue);
+  GivenStoredPicture("press.bmp", Qt::red);
+  GivenTask({{side().other_field, "press.bmp"}});
+  GiveToNobody(QFileInfo(installation.Folder()).path());
+  const auto seen = RunAsNobody([&] {
+    const QString folder = installation.PictureFolder(kStudy);
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
+    desk.messages.ExpectTell(
+        Icon::kCritical, "BELTROVAN",
+        QStringLiteral("Failed to delete \"%1\": access is denied.").arg(InFolder("press.bmp")));
+    OpenForm();
+    Choose(side().button, source);
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return QStringLiteral("%1, %2 box, %3 to come")
+        .arg(Saved(side().field))
+        .arg(desk.messages.Shown().size())
+        .arg(desk.messages.Waiting());
+  });
+  EXPECT_EQ(seen.value_or("died"), "NoPicSlted.jpg, 1 box, 0 to come");
+  EXPECT_EQ(QImage(InFolder("press.bmp")).pixelColor(5, 5), QColor(Qt::red));
 }
 
 TEST_P(EitherPictureTest, PictureOfTheFolderItselfIsRefusedAndTakenAwayFromATaskWithoutOne) {

@@ -7,6 +7,7 @@
 #include <QPoint>
 #include <QRect>
 #include <QSet>
+#include <utility>
 
 #include "outside/Person.h"
 #include "support/TestInstallation.h"
@@ -117,6 +118,23 @@ class OutsideTest : public ::testing::TestWithParam<XServer::Manager> {
     for (int i = 0; i < downs; ++i) keys += "Down";
     person.Press(keys + QStringList{"Return"});
     ASSERT_TRUE(person.SeesText(box, wanted));
+  }
+  /// Opens the list of a box and takes an entry by the mouse alone.
+  static void PickByMouse(Person& person, const QString& box, const QString& wanted) {
+    ASSERT_TRUE(person.Click(box));
+    QRect entry;
+    const auto is_there = [&] {
+      // A list that is just coming up moves: twice the same is where it stays.
+      const QRect before = std::exchange(entry, QRect());
+      const QJsonArray list = person.Control(box)["list"].toArray();
+      for (const QJsonValue item : list)
+        if (item["text"].toString() == wanted) entry = Place(item.toObject());
+      return entry.isValid() && entry == before;
+    };
+    ASSERT_TRUE(person.Sees(is_there)) << qPrintable(box);
+    person.ClickAt(entry.center());
+    ASSERT_TRUE(person.SeesText(box, wanted));
+    ASSERT_TRUE(person.SeesFocus(box));
   }
   /// Tab goes once around all that can take the focus, and comes back.
   static void WalkAround(Person& person, const QString& window) {

@@ -90,6 +90,58 @@ TEST_P(OutsideTest, TheMainJobIsDoneWithMouseAndKeysAndIsOnTheDisk) {
                            "F2, Frequent", "O3, High", "A2, Impossible", "6", "5"}}));
 }
 
+TEST_P(OutsideTest, BothStagesAreEstimatedWithTheMouseAlone) {
+  const auto person = Sit();
+  ASSERT_NO_FATAL_FAILURE(GoToEstimation(*person));
+  const auto graph_says = [&](const QString& words) {
+    return person->Sees([&] { return person->Control("RiskGraph")["description"] == words; });
+  };
+  ASSERT_NO_FATAL_FAILURE(PickByMouse(*person, "SevertyCbo", "S2, Serious"));
+  ASSERT_TRUE(person->Click("Chk_4"));
+  ASSERT_TRUE(person->SeesText("SerScrStd", "4"));
+  ASSERT_NO_FATAL_FAILURE(PickByMouse(*person, "ExposureCbo", "F1, Seldom"));
+  ASSERT_TRUE(person->Click("Chk_3"));
+  ASSERT_TRUE(person->SeesText("ExScrStd", "3"));
+  ASSERT_NO_FATAL_FAILURE(PickByMouse(*person, "occurrenceCbo", "O3, High"));
+  ASSERT_TRUE(person->Click("Chk_5"));
+  ASSERT_TRUE(person->SeesText("OCrScrStd", "5"));
+  ASSERT_NO_FATAL_FAILURE(PickByMouse(*person, "avoidanceCbo", "A2, Impossible"));
+  ASSERT_TRUE(person->Click("Chk_5"));
+  ASSERT_TRUE(person->SeesText("AvrScrStd", "5"));
+  EXPECT_TRUE(graph_says("S2, Serious; F1, Seldom; O3, High; A2, Impossible: risk index 4"));
+  EXPECT_EQ(person->Control("RiskMatrix")["description"], "Class 13, severity 4: High Risk");
+  EXPECT_EQ(person->Text("RiskIdxBRsltDsp"), "4");
+  // The caption of the results switches to the other stage, and back.
+  ASSERT_TRUE(person->Click("RsltDsplRiskLbl"));
+  ASSERT_TRUE(person->SeesText("RskBfrAftrChk", "   Risk estimation after recommendations"));
+  EXPECT_TRUE(graph_says("Nothing chosen"));
+  ASSERT_NO_FATAL_FAILURE(PickByMouse(*person, "SevertyCbo", "S1, Slight"));
+  ASSERT_TRUE(person->SeesText("ExposureCbo", "F1, F2"));
+  ASSERT_NO_FATAL_FAILURE(PickByMouse(*person, "occurrenceCbo", "O3, High"));
+  ASSERT_NO_FATAL_FAILURE(PickByMouse(*person, "avoidanceCbo", "A1, Possible"));
+  EXPECT_TRUE(graph_says("S1, Slight; F1, F2; O3, High; A1, Possible: risk index 1"));
+  ASSERT_TRUE(person->Click("RsltDsplRiskLbl"));
+  ASSERT_TRUE(person->SeesText("RskBfrAftrChk", "   Risk estimation before recommendations"));
+  EXPECT_TRUE(graph_says("S2, Serious; F1, Seldom; O3, High; A2, Impossible: risk index 4"));
+  // And so does the button.
+  ASSERT_TRUE(person->Click("RskBfrAftrChk"));
+  EXPECT_TRUE(graph_says("S1, Slight; F1, F2; O3, High; A1, Possible: risk index 1"));
+  EXPECT_EQ(person->Text("HasRiskRdsLbl"), "Yes");
+  ASSERT_TRUE(person->Click("clsfrm"));
+  ASSERT_TRUE(person->SeesActive("RiskEvalFrm_1"));
+  EXPECT_TRUE(person->SeesText("RIBRtxt", "4 (Medium Risk)"));
+  ASSERT_TRUE(person->Click("ClsedDg"));
+  ASSERT_TRUE(person->SeesActive("mnfrm"));
+  EXPECT_EQ(Study("SELECT SevertyCbo, ExposureCbo, occurrenceCbo, avoidanceCbo, RiskIndex, "
+                  "\"1Chk_OptnSltd\", \"2Chk_OptnSltd\", \"3Chk_OptnSltd\", \"4Chk_OptnSltd\" "
+                  "FROM Risk_records"),
+            (QList<QStringList>{{"S2, Serious", "F1, Seldom", "O3, High", "A2, Impossible", "4",
+                                 "4", "3", "5", "5"}}));
+  EXPECT_EQ(Study("SELECT SevertyCboAftr, ExposureCboAftr, occurrenceCboAftr, avoidanceCboAftr, "
+                  "RiskIndexAftr FROM Risk_records"),
+            (QList<QStringList>{{"S1, Slight", "F1, F2", "O3, High", "A1, Possible", "1"}}));
+}
+
 TEST_P(OutsideTest, AProjectNumberIsHeldUntilItCanBeTaken) {
   const auto person = Sit();
   ASSERT_TRUE(person->Start());

@@ -118,6 +118,9 @@ QJsonObject Tell(const QWidget* widget) {
     told["checked"] = button->isChecked();
   const QJsonArray items = ItemsOf(widget);
   if (!items.isEmpty()) told["items"] = items;
+  // The list of a box is a window without a name; its entries are told with their places.
+  if (auto* combo = qobject_cast<const QComboBox*>(widget); combo && combo->view()->isVisible())
+    told["list"] = ItemsOf(combo->view());
   return told;
 }
 
