@@ -6,6 +6,7 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QThreadPool>
 #include <exception>
 
 #include "platform/Descriptor.h"
@@ -57,6 +58,9 @@ std::optional<QString> Run(bool drop_rights, const std::function<QString()>& wor
   if (::pipe(ends) != 0) return std::nullopt;
   const Descriptor reading(ends[0]);
   Descriptor writing(ends[1]);
+  // A child has no threads but its first. It would wait for ever for those of the pool, on which
+  // the toolkit scales pictures.
+  QThreadPool::globalInstance()->waitForDone();
   const pid_t child = ::fork();
   if (child < 0) return std::nullopt;
   if (child == 0) RunChild(writing.get(), drop_rights, work);
