@@ -3,7 +3,6 @@
 #include <QLayout>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QStyle>
 
 #include "formkit/Controls.h"
 #include "platform/Failure.h"
@@ -49,7 +48,7 @@ void frmMain::ShowChild(frmDocument& child) {
   const QSize design = child.size();
   QMdiSubWindow* window = ui_->mdiArea->addSubWindow(&child);
   window->setAttribute(Qt::WA_DeleteOnClose);
-  window->setWindowIcon(style()->standardIcon(QStyle::SP_FileIcon));
+  window->setWindowIcon(ui_->tbNew->icon());
   const QSize extent = design.grownBy(window->layout()->contentsMargins()).boundedTo(room);
   const int further = (document_number_ - 1) * kStep;
   const auto place = [further](int free) { return free > 0 ? further % (free + 1) : 0; };
