@@ -107,6 +107,7 @@ TEST_P(TwoCopiesTest, ShareTheListsWhileOneAddsToThemAndTheOtherFillsItsOwn) {
   const QStringList before = Stages();
   const auto keeper = Sit();
   ASSERT_TRUE(keeper->Start());
+  ASSERT_TRUE(keeper->BringUp("frmMain"));
   ASSERT_TRUE(keeper->Click("mnuFile"));
   ASSERT_TRUE(keeper->Click("custmztnFrm"));
   ASSERT_TRUE(keeper->SeesActive("custizationFrm"));
@@ -195,10 +196,12 @@ TEST_P(TwoCopiesTest, WhoCameInBehindTheQuestionKeepsTheStudy) {
   first->Press({"alt+y"});
   ASSERT_TRUE(first->SeesBox(kStillOpen));
   EXPECT_EQ(Organisations(), QStringList{"Press shop"});  // the files come first
+  ASSERT_TRUE(first->BringUpBox());
   first->Press({"Return"});
   // Letting go of the study has brought up the project form, which takes over with no organisation.
-  ASSERT_TRUE(first->SeesActive("mnfrm"));
-  ASSERT_TRUE(first->Sees([&] { return first->Window("Orgfrm").isEmpty(); }));
+  // Which program is in front then is for the window manager to say.
+  ASSERT_TRUE(first->Sees(
+      [&] { return first->Window("Orgfrm").isEmpty() && !first->Window("mnfrm").isEmpty(); }));
   EXPECT_EQ(first->Text("Orglbltxt"), "");
   EXPECT_FALSE(first->Control("simultn1")["enabled"].toBool());
   EXPECT_TRUE(Organisations().isEmpty());
