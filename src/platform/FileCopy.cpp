@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "platform/Descriptor.h"
+#include "platform/EarlyWriter.h"
 #include "platform/Leftovers.h"
 
 namespace kestrix {
@@ -326,12 +327,13 @@ class CopyGroup::Waiting {
   explicit Waiting(const QString& folder) : disk_(DiskOf(folder)) {}
 
   void Add(Replacement file) {
-    // Each of them is an open file; and the disk is to be busy meanwhile.
-    constexpr size_t kMost = 64;
+    // Each of them is an open file.
+    constexpr size_t kMost = 200;
     files_.push_back(std::move(file));
     if (files_.size() >= kMost) Place();
   }
   void Add(FilledFolder folder) { folders_.push_back(std::move(folder)); }
+  void BeginToWrite(const Replacement& file) { early_.Begin(file.fd()); }
   /// Whether this is the first look at `folder`.
   [[nodiscard]] bool IsNew(const QString& folder) const { return !folders_seen_.contains(folder); }
   /// Whether what is copied into `folder` goes to the group's disk.
@@ -366,6 +368,7 @@ class CopyGroup::Waiting {
 
   std::vector<Replacement> files_;
   std::vector<FilledFolder> folders_;
+  EarlyWriter early_;
   std::optional<dev_t> disk_;
   QHash<QString, bool> folders_seen_;  ///< and whether they lie on the group's disk
 };
@@ -381,7 +384,7 @@ Sync ReadyFor(const QString& folder, Sync when) {
 
 void Finish(Replacement replacement, Sync when) {
   if (when.group())
-    replacement.StartSync();
+    when.group()->waiting().BeginToWrite(replacement);
   else
     replacement.BringToDisk();
   if (when.group() && replacement.ReplacesFile())
