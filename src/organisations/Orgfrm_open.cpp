@@ -63,7 +63,9 @@ void Orgfrm::TakeUpOrganisation() {
 /// The organisation that was added last is opened for the first time: it gets its number and its
 /// study.
 void Orgfrm::NumberNewOrganisation() {
-  PassOver([this] { RefreshNames(); });
+  // Others may have added theirs meanwhile, before this one's row and with the numbers up to here.
+  PassOver([this] { RefreshNames(); },
+           [this] { session().OrgCount = Narrow(Orgndata_.Recordset().RecordCount()); });
   if (session().OrgCount == 1) {
     Orgndata_.Recordset().MoveFirst();
     return StoreNumber(1);
