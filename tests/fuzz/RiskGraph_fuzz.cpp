@@ -91,7 +91,9 @@ QString Shown(const RiskEstimtn& form, const char* name) {
   return form.findChild<QComboBox*>(QString::fromLatin1(name))->currentText();
 }
 
-void CheckGraph(Desk& desk, const RiskEstimtn& form, Stage stage) {
+/// `restarted` tells that the statements were cleared since the form came up, which takes the
+/// stored index of both stages and leaves the path lit.
+void CheckGraph(Desk& desk, const RiskEstimtn& form, Stage stage, bool restarted = false) {
   const auto* graph = form.findChild<QWidget*>(QStringLiteral("RiskGraph"));
   const QStringList lines = graph->property("litLines").toStringList();
   for (const QString& name : lines) {
@@ -109,8 +111,10 @@ void CheckGraph(Desk& desk, const RiskEstimtn& form, Stage stage) {
     Hold(label != nullptr, "a lit label is one of the graph", labels.first());
     Hold(index == label->index, "the lit label is the end of the path that is shown",
          labels.first());
-    Hold(desk.Stored(model::FieldsOf(stage).risk_index) == QString::number(label->index),
-         "the index of the lit label is stored", labels.first());
+    const QString stored = desk.Stored(model::FieldsOf(stage).risk_index);
+    const bool taken = restarted && stored == QStringLiteral("0");
+    Hold(taken || stored == QString::number(label->index), "the index of the lit label is stored",
+         labels.first());
   }
   const QString cell =
       form.findChild<QWidget*>(QStringLiteral("RiskMatrix"))->property("markedCell").toString();
@@ -140,14 +144,20 @@ void Pick(const RiskEstimtn& form, const char* name, int item) {
   Q_EMIT box->activated(box->currentIndex());
 }
 
-/// One thing that a person does on the form.
-void Act(const RiskEstimtn& form, Input& input) {
+/// One thing that a person does on the form. True when the statements were cleared by it.
+bool Act(const RiskEstimtn& form, Input& input) {
   static constexpr std::array kBoxes{"SevertyCbo", "ExposureCbo", "occurrenceCbo", "avoidanceCbo"};
   const int what = input.Upto(7);
-  if (what < 4) return Pick(form, kBoxes[static_cast<std::size_t>(what)], input.Upto(3));
-  if (what == 4) return form.findChild<QPushButton*>(QStringLiteral("RskBfrAftrChk"))->toggle();
-  if (what == 5) return form.findChild<QPushButton*>(QStringLiteral("RestartBtn"))->click();
-  form.findChild<QCheckBox*>(QStringLiteral("Chk_%1").arg(1 + input.Upto(4)))->click();
+  if (what < 4) {
+    Pick(form, kBoxes[static_cast<std::size_t>(what)], input.Upto(3));
+  } else if (what == 4) {
+    form.findChild<QPushButton*>(QStringLiteral("RskBfrAftrChk"))->toggle();
+  } else if (what == 5) {
+    form.findChild<QPushButton*>(QStringLiteral("RestartBtn"))->click();
+  } else {
+    form.findChild<QCheckBox*>(QStringLiteral("Chk_%1").arg(1 + input.Upto(4)))->click();
+  }
+  return what == 5;
 }
 
 void Estimate(Desk& desk, Input& input) {
@@ -167,9 +177,10 @@ void Estimate(Desk& desk, Input& input) {
   Hold(PathOf(desk, Stage::kAfter) == stored, "a path that comes back again is stored the same",
        stored.join(u'|'));
   CheckMessages(desk);
+  bool restarted = false;
   for (int action = 0; action < kMostActions && !input.IsUsedUp(); ++action) {
-    Act(form, input);
-    CheckGraph(desk, form, stage->isChecked() ? Stage::kAfter : Stage::kBefore);
+    restarted = Act(form, input) || restarted;
+    CheckGraph(desk, form, stage->isChecked() ? Stage::kAfter : Stage::kBefore, restarted);
   }
   CheckMessages(desk);
   form.UnloadForm();
