@@ -67,9 +67,14 @@ class OutsideTest : public ::testing::TestWithParam<XServer::Manager> {
   }
 
   // Steps that many tests go; each stands where the next one begins.
-  static void AddOrganisation(Person& person, const QString& name) {
+  static void OpenOrganisations(Person& person) {
+    // A window that shows hasn't the keyboard yet.
+    ASSERT_TRUE(person.SeesActive("frmMain"));
     person.Press({"ctrl+h"});
     ASSERT_TRUE(person.SeesActive("Orgfrm"));
+  }
+  static void AddOrganisation(Person& person, const QString& name) {
+    ASSERT_NO_FATAL_FAILURE(OpenOrganisations(person));
     ASSERT_TRUE(person.Click("addorncmd"));
     ASSERT_TRUE(person.SeesFocus("orgnmecbotxt"));
     person.Type(name);

@@ -251,7 +251,7 @@ TEST_P(OutsideTest, AfterAKillTheNextStartFindsTheWork) {
   person->Kill();
   EXPECT_TRUE(QFile::exists(Path("risk_esmatn1.ldb")));
   ASSERT_TRUE(person->Start());
-  person->Press({"ctrl+h"});
+  ASSERT_NO_FATAL_FAILURE(OpenOrganisations(*person));
   ASSERT_NO_FATAL_FAILURE(PickByKeys(*person, "orgnmecbo", 0, "Press shop"));
   person->Press({"alt+o"});
   ASSERT_TRUE(person->SeesActive("mnfrm"));

@@ -1,5 +1,6 @@
 #include "outside/Person.h"
 
+#include <gtest/gtest.h>
 #include <sys/prctl.h>
 
 #include <QJsonArray>
@@ -91,15 +92,20 @@ QJsonObject Person::Window(const QString& name) const {
 QJsonObject Person::Control(const QString& name) const {
   QJsonObject best;
   int best_rank = -1;
+  // What stands in the front answers the hand at once; a menu is in the front while it is open.
+  const auto is_front = [](const QJsonValue& window) {
+    return window["active"].toBool() || window["class"].toString() == "QMenu";
+  };
   const QJsonArray windows = Look()["windows"].toArray();
   for (const QJsonValue window : windows) {
     const QJsonArray controls = window["controls"].toArray();
     for (const QJsonValue control : controls) {
       if (control["name"].toString() != name) continue;
-      const int rank = (control["visible"].toBool() ? 2 : 0) + (window["active"].toBool() ? 1 : 0);
+      const int rank = (control["visible"].toBool() ? 2 : 0) + (is_front(window) ? 1 : 0);
       if (rank <= best_rank) continue;
       best_rank = rank;
       best = control.toObject();
+      best["front"] = is_front(window);
     }
   }
   return best;
@@ -158,7 +164,7 @@ bool Person::Click(const QString& control) {
   const auto is_there = [&] {
     // A window that is just coming up moves: twice the same is where it stays.
     const QJsonObject before = std::exchange(found, Control(control));
-    return found["visible"].toBool() && found["enabled"].toBool() &&
+    return found["visible"].toBool() && found["enabled"].toBool() && found["front"].toBool() &&
            PlaceOf(before) == PlaceOf(found);
   };
   if (!Sees(is_there)) return false;
@@ -171,10 +177,12 @@ void Person::ClickAt(const QPoint& place) {
 }
 
 void Person::Press(const QStringList& keys) {
+  AwaitKeyboard();
   Tool(QStringList{"key", "--delay", "30"} + keys);
 }
 
 void Person::Type(const QString& text) {
+  AwaitKeyboard();
   Tool({"type", "--delay", "30", text});
 }
 
@@ -186,6 +194,20 @@ bool Person::BringUp(const QString& window) {
 bool Person::BringUpBox() {
   Activate(BoxWindow());
   return Sees([this] { return BoxWindow()["active"].toBool(); });
+}
+
+void Person::AwaitKeyboard() const {
+  const auto has_keyboard = [this] {
+    const QJsonObject look = Look();
+    bool has = false;
+    for (const QJsonValue window : look["windows"].toArray()) {
+      if (window["active"].toBool()) has = true;
+      // An open box takes every key, and it doesn't have them the moment that it shows.
+      if (window["class"].toString() == "QMessageBox") return window["active"].toBool();
+    }
+    return has;
+  };
+  if (!Sees(has_keyboard)) ADD_FAILURE() << "no window of the program has the keyboard";
 }
 
 void Person::Activate(const QJsonObject& window) {

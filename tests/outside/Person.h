@@ -53,10 +53,11 @@ class Person {
   [[nodiscard]] bool SeesText(const QString& control, const QString& text) const;
 
   // Hand.
-  /// False when the control isn't there to be clicked.
+  /// False when the control isn't there to be clicked, in the window that has the front.
   [[nodiscard]] bool Click(const QString& control);
   void ClickAt(const QPoint& place);
-  /// Keys as the display names them, "Tab" or "alt+a", one after the other.
+  /// Keys as the display names them, "Tab" or "alt+a", one after the other, once a window of the
+  /// program has the keyboard: the message box if one is open.
   void Press(const QStringList& keys);
   void Type(const QString& text);
   /// Brings this person's window to the front of those of other programs.
@@ -70,6 +71,7 @@ class Person {
 
  private:
   [[nodiscard]] QJsonObject BoxWindow() const;
+  void AwaitKeyboard() const;
   void Activate(const QJsonObject& window);
 
   QTemporaryDir place_;

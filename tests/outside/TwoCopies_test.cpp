@@ -30,8 +30,7 @@ class TwoCopiesTest : public ManagedTest {
   }
   /// The name stands in the box of the organisations, and nothing is opened.
   static void PickOrganisation(Person& person) {
-    person.Press({"ctrl+h"});
-    ASSERT_TRUE(person.SeesActive("Orgfrm"));
+    ASSERT_NO_FATAL_FAILURE(OpenOrganisations(person));
     ASSERT_NO_FATAL_FAILURE(PickByKeys(person, "orgnmecbo", 0, "Press shop"));
   }
   static void OpenOrganisation(Person& person) {
@@ -74,7 +73,7 @@ TEST_P(TwoCopiesTest, KeepEachOthersWorkAndBarTheDelete) {
   const auto second = Sit();
   ASSERT_TRUE(second->Start());
   ASSERT_TRUE(second->BringUp("frmMain"));
-  second->Press({"ctrl+h"});
+  ASSERT_NO_FATAL_FAILURE(OpenOrganisations(*second));
   ASSERT_NO_FATAL_FAILURE(PickByKeys(*second, "orgnmecbo", 0, "Press shop"));
   second->Press({"alt+o"});
   ASSERT_TRUE(second->SeesActive("mnfrm"));
