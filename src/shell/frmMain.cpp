@@ -185,9 +185,25 @@ void frmMain::changeEvent(QEvent* event) {
   if (event->type() == QEvent::WindowStateChange) MaximiseIfMinimised();
 }
 
+void frmMain::moveEvent(QMoveEvent* event) {
+  SessionForm::moveEvent(event);
+  NotePlace();
+}
+
 void frmMain::resizeEvent(QResizeEvent* event) {
   SessionForm::resizeEvent(event);
+  NotePlace();
   MaximiseIfMinimised();
+}
+
+/// Noted as it comes, since a maximised frame can't be asked any more: a window manager may put a
+/// narrower border around it, and the toolkit forgets the place of one that was minimised first.
+void frmMain::NotePlace() {
+  if (!isMaximized() && !isMinimized()) normal_place_ = Place();
+}
+
+QRect frmMain::Place() const {
+  return {pos(), size()};
 }
 
 void frmMain::Load() {
@@ -227,25 +243,21 @@ void frmMain::RestorePlacement() {
   const int height = PlacePixels(Setting(kHeight, kDefaultSize));
   move(left, top);
   resize(std::max(width, 1), std::max(height, 1));
+  NotePlace();
 }
 
 void frmMain::StorePlacement() {
   if (isMinimized()) return;
-  QPoint place = pos();
-  QSize extent = size();
-  if (isMaximized()) {
-    // Of a maximised frame the place that it goes back to, with the border that goes around it.
-    place = normalGeometry().topLeft() - (geometry().topLeft() - frameGeometry().topLeft());
-    extent = normalGeometry().size();
-  }
+  // Of a maximised frame the place that it goes back to.
+  const QRect place = isMaximized() ? normal_place_ : Place();
   const auto save = [this](const char* key, int pixels) {
     platform().settings.Save(kSection, QString::fromLatin1(key),
                              QString::number(TwipsFromPixels(pixels)));
   };
   save(kLeft, place.x());
   save(kTop, place.y());
-  save(kWidth, extent.width());
-  save(kHeight, extent.height());
+  save(kWidth, place.width());
+  save(kHeight, place.height());
 }
 
 void frmMain::QueryUnload() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointer>
+#include <QRect>
 #include <QString>
 #include <memory>
 
@@ -63,6 +64,7 @@ class frmMain : public SessionForm, public Frame {
   void Unload() override;
   bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
@@ -77,6 +79,9 @@ class frmMain : public SessionForm, public Frame {
   // The life of the frame.
   void RestorePlacement();
   void StorePlacement();
+  void NotePlace();
+  /// With its border, as it is placed, and without, as it is sized.
+  [[nodiscard]] QRect Place() const;
   [[nodiscard]] int Setting(const char* key, int default_value) const;
   void RemoveStaleSign();
 
@@ -120,6 +125,7 @@ class frmMain : public SessionForm, public Frame {
   std::unique_ptr<Ui::frmMain> ui_;
   QLabel* panel_ = nullptr;     ///< the first one of the status bar
   qint32 document_number_ = 0;  ///< the running number of new children
+  QRect normal_place_;          ///< where it goes back to when it is maximised no more
   QPointer<frmDocument> own_;   ///< the child that the frame writes its notices into
 };
 

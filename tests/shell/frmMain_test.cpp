@@ -708,6 +708,25 @@ TEST_F(frmMainTest, MaximisedFrameStoresThePlaceThatItGoesBackTo) {
   EXPECT_EQ(Setting("MainWidth"), "10500");
 }
 
+TEST_F(frmMainTest, MinimisedFrameThatCameBackMaximisedStoresThePlaceThatItGoesBackTo) {
+  OpenFrame();
+  const QPoint place = Main().pos();
+  const QSize size = Main().size();
+  // A window manager takes a moment to put its border around the frame.
+  ASSERT_TRUE(WaitUntil([&] {
+    return Main().pos() == place && Main().frameGeometry().top() < Main().geometry().top();
+  }));
+  Main().showMinimized();
+  ASSERT_TRUE(WaitUntil([&] { return Main().isMaximized() && Main().width() > size.width(); }));
+
+  Close();
+
+  EXPECT_EQ(Setting("MainLeft"), "990");
+  EXPECT_EQ(Setting("MainTop"), "990");
+  EXPECT_EQ(Setting("MainWidth"), "6495");
+  EXPECT_EQ(Setting("MainHeight"), "6495");
+}
+
 TEST_F(frmMainTest, ClosingTheFrameClosesItsDocuments) {
   OpenFrame();
   Trigger("mnuFileNew");
