@@ -126,7 +126,6 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   void DateChanged(QLineEdit* box);
   void DateLeft(QLineEdit* box);
   [[nodiscard]] QString Today() const;
-  void SelectWhole(QLineEdit* box);
   void dateOfRcd_Change();
   void dateOfRcd_GotFocus();
   void dateOfRcd_LostFocus();

@@ -1,11 +1,9 @@
 // The rules of the single fields: dates, reference number, check boxes, task title, find box.
-#include <QGuiApplication>
-#include <QPointer>
-
 #include "evaluation/DateMask.h"
 #include "evaluation/ReferenceNumber.h"
 #include "evaluation/RiskEvalFrm_1.h"
 #include "evaluation/TaskFields.h"
+#include "formkit/Controls.h"
 #include "ui_RiskEvalFrm_1.h"
 
 namespace kestrix {
@@ -18,13 +16,6 @@ const QString kNo = QStringLiteral("No");
 
 QString RiskEvalFrm_1::Today() const {
   return DateMask::Write(platform().clock.Today());
-}
-
-void RiskEvalFrm_1::SelectWhole(QLineEdit* box) {
-  box->selectAll();
-  if (QGuiApplication::mouseButtons() == Qt::NoButton) return;
-  // The press that brought the focus goes on to place the cursor.
-  QMetaObject::invokeMethod(box, &QLineEdit::selectAll, Qt::QueuedConnection);
 }
 
 void RiskEvalFrm_1::DateChanged(QLineEdit* box) {

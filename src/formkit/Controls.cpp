@@ -162,8 +162,10 @@ void ComboListBox::SetText(const QString& text) {
   combo_->setCurrentText(text);
 }
 
-void SelectAll(QComboBox* combo) {
-  if (combo->lineEdit()) combo->lineEdit()->selectAll();
+void SelectWhole(QLineEdit* box) {
+  box->selectAll();
+  if (QGuiApplication::mouseButtons() == Qt::NoButton) return;
+  QMetaObject::invokeMethod(box, &QLineEdit::selectAll, Qt::QueuedConnection);
 }
 
 }  // namespace kestrix

@@ -33,7 +33,7 @@ void mnfrm::NwESINo_Click() {
 }
 
 void mnfrm::ESI_No_temp_GotFocus() {
-  ui_->ESI_No_temp->selectAll();
+  SelectWhole(ui_->ESI_No_temp);
 }
 
 void mnfrm::ESI_No_temp_LostFocus() {

@@ -21,7 +21,7 @@ void mnfrm::PrjStgCbo_GotFocus() {
   FillStages();
   ui_->PrjStgCbo->setCurrentText(LastComboText_);
   EnableStageCommands();
-  SelectAll(ui_->PrjStgCbo);
+  SelectWhole(ui_->PrjStgCbo->lineEdit());
 }
 
 void mnfrm::PrjStgCbo_LostFocus() {

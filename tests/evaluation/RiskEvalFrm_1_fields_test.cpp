@@ -47,6 +47,16 @@ TEST_P(RiskEvalFrm_1DateTest, TheFirstDigitGetsTheMaskBehindItAndTheNextPlaceIsS
   EXPECT_EQ(session.LoopIndex, 1);
 }
 
+TEST_P(RiskEvalFrm_1DateTest, TypingIntoAnEmptiedBoxFillsTheMask) {
+  SetText(Box(), "");
+  Type("1");
+  EXPECT_EQ(TextOf(Box()), "1_/__/____");
+  EXPECT_EQ(Edit().selectionStart(), 1);
+  EXPECT_EQ(SelectedTextOf(Box()), "_");
+  Type("6032014");
+  EXPECT_EQ(TextOf(Box()), "16/03/2014");
+}
+
 TEST_P(RiskEvalFrm_1DateTest, TypingOnFillsThePlacesAndStepsOverTheSlashes) {
   Focus(Box());
   Edit().selectAll();
@@ -318,6 +328,20 @@ TEST_F(RiskEvalFrm_1FieldsTest, ALeftFindBoxThatIsEmptyKeepsTheTask) {
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
   ClickRow("DB1", 0);
   EXPECT_EQ(Position(), " Recorded task 1 of 2 ") << "there was no find";
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, AFindThatIsTakenBackByHandLeavesTheListsBarredAndEnds) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  Click("FndESINo");
+  Type("C");
+  PressKey(Qt::Key_Backspace);
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed");
+  EXPECT_EQ(EnabledOf(kCombos), QStringList());
+  PressTab();
+  EXPECT_EQ(EnabledOf(kCombos), QStringList()) << "only a box with a text in it enables them";
+  ClickRow("DB1", 1);
+  EXPECT_EQ(Position(), " Recorded task 2 of 2 ") << "the find is over";
 }
 
 TEST_F(RiskEvalFrm_1FieldsTest, TheFindBoxForgetsWhatWasTypedOnceItIsLeft) {

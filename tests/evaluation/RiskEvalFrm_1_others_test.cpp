@@ -43,6 +43,48 @@ TEST_F(RiskEvalFrm_1OthersTest, OnTheSameFieldTheFirstOneStandsAndIsShown) {
   EXPECT_EQ(TextOf("HazrdLoctn"), "Theirs");
 }
 
+TEST_F(RiskEvalFrm_1OthersTest, LeavingThePrimaryHazardOverTheSameFieldShowsWhoseTextStands) {
+  SetText("PrimaryHazard", "Mine");
+  ChangeTask(first_, "Primary_Hazard='Theirs'");
+  PressTab();
+  EXPECT_EQ(Stored("Primary_Hazard").first(), "Theirs");
+  EXPECT_EQ(TextOf("PrimaryHazard"), "Theirs");
+  EXPECT_FALSE(form_->Tasks().HasPendingEdit()) << "nothing is left to be tried again";
+  EXPECT_NE(FocusName(), "PrimaryHazard");
+  SetText("PrimaryHazard", "Mine after all");
+  PressTab();
+  EXPECT_EQ(Stored("Primary_Hazard").first(), "Mine after all");
+}
+
+TEST_F(RiskEvalFrm_1OthersTest, LeavingThePrimaryHazardOverAnotherFieldShowsWhoseTextStands) {
+  SetText("HazrdLoctn", "Mine");
+  SetText("PrimaryHazard", "Mine too");
+  ChangeTask(first_, "HazrdLoctn='Theirs'");
+  PressTab();
+  EXPECT_EQ(Stored("HazrdLoctn").first(), "Theirs");
+  EXPECT_EQ(TextOf("HazrdLoctn"), "Theirs");
+  EXPECT_EQ(Stored("Primary_Hazard").first(), TextOf("PrimaryHazard"))
+      << "what is shown is what is stored";
+}
+
+TEST_F(RiskEvalFrm_1OthersTest, LeavingThePrimaryHazardOfATaskThatIsGoneSaysNothing) {
+  SetText("PrimaryHazard", "Mine");
+  Exec(Study(), "DELETE FROM Risk_records WHERE nunberauto=1");
+  PressTab();
+  EXPECT_EQ(Stored("FuntnTaskMachry"), QStringList{"Clean"});
+  EXPECT_EQ(Stored("Primary_Hazard"), QStringList{"None."});
+  ClickRow("DB1", 1);
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
+}
+
+TEST_F(RiskEvalFrm_1OthersTest, LeavingTheHazardTypeOverTheSameFieldReadsNoneAndTheirsStands) {
+  SetText("HazardType", "Mine");
+  ChangeTask(first_, "Hazard_type='Theirs'");
+  PressTab();
+  EXPECT_EQ(Stored("Hazard_type").first(), "Theirs");
+  EXPECT_EQ(TextOf("HazardType"), "None.");
+}
+
 TEST_F(RiskEvalFrm_1OthersTest, AddingOverTheSameFieldSaysWhoseTextStands) {
   SetText("HazrdLoctn", "Mine");
   ChangeTask(first_, "HazrdLoctn='Theirs'");

@@ -217,6 +217,22 @@ TEST_F(RiskEvalFrm_1SummaryTest, ATickByHandIsTakenBackOnTheNextVisit) {
   EXPECT_EQ(Stored("RskRdsdtnY_N").first(), "0");
 }
 
+TEST_F(RiskEvalFrm_1SummaryTest, OnlyTheWholePartOfAnIndexCounts) {
+  ChangeTask(GivenTask({{"FuntnTaskMachry", "Feed"}}), "RiskIndex=4.9, RiskIndexAftr=4.2");
+  OpenForm();
+  EXPECT_EQ(TextOf("RIBRtxt"), "4 (Medium Risk)");
+  EXPECT_EQ(TextOf("RIARtxt"), "4 (Medium Risk)");
+  EXPECT_EQ(TextOf("RskRdsdtnY_N"), "May require further risk reduction.");
+}
+
+TEST_F(RiskEvalFrm_1SummaryTest, AnIndexThatIsNoNumberIsToldWhenTheFormComesUp) {
+  GivenTask({{"FuntnTaskMachry", "Feed"}, {"RiskIndex", "a lot"}});
+  ExpectTell("RiskIndex holds \"a lot\" in place of a number.", Icon::kCritical);
+  OpenForm();
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed");
+  EXPECT_EQ(TextOf("RIBRtxt"), "0");
+}
+
 TEST_F(RiskEvalFrm_1SummaryTest, WithoutTasksActivationShowsNothingNew) {
   session.RiskIndexBefore = 3;
   OpenForm();

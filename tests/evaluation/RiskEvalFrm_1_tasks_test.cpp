@@ -97,6 +97,27 @@ TEST_F(RiskEvalFrm_1TasksTest, APlaceTooFarToRememberIsShownAllTheSame) {
   ClickHidden("nxtfrmbtn");
 }
 
+TEST_F(RiskEvalFrm_1TasksTest, TheThirdOfSevenReadsSoWithABlankAtEachEnd) {
+  GivenTasks({"1", "2", "3", "4", "5", "6", "7"});
+  OpenForm();
+  ClickRow("DB1", 2);
+  EXPECT_EQ(Position(), " Recorded task 3 of 7 ");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, ComingToATaskWhoseIndexIsNoNumberSaysNothing) {
+  GivenTask({{"FuntnTaskMachry", "Feed"}, {"RiskIndex", 5}});
+  const qint64 second = GivenTask({{"FuntnTaskMachry", "Clean"}});
+  ChangeTask(second, "RiskIndex='a lot'");
+  OpenForm();
+  ClickRow("DB1", 1);
+  EXPECT_EQ(session.TaskPosition, 2);
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
+  EXPECT_EQ(TextOf("RIBRtxt"), "5 (High Risk)") << "the summary keeps what it shows";
+  EXPECT_EQ(Position(), " Recorded task 1 of 2 ");
+  ClickRow("DB1", 0);
+  EXPECT_EQ(Position(), " Recorded task 1 of 2 ");
+}
+
 TEST_F(RiskEvalFrm_1TasksTest, TheListIsToPickFromAndNotToTypeInto) {
   GivenTasks({"Feed", "Clean"});
   OpenForm();
@@ -188,6 +209,16 @@ TEST_F(RiskEvalFrm_1TasksTest, ATextTooLongForItsColumnIsLeftOutWithoutAMessage)
   EXPECT_EQ(Stored("ActnByCbo").first(), "None.");
 }
 
+TEST_F(RiskEvalFrm_1TasksTest, TwoSavesInARowChangeNothing) {
+  GivenTask({{"FuntnTaskMachry", "Feed"}, {"HzrdDscptnTXT", "a\nb"}, {"RefNo", "03.50"}});
+  OpenForm();
+  SetText("HazrdLoctn", "Die");
+  ClickHidden("prvsfrmbtn");
+  const auto after_one = AllTasks();
+  ClickHidden("prvsfrmbtn");
+  EXPECT_EQ(AllTasks(), after_one);
+}
+
 // Adding
 
 TEST_F(RiskEvalFrm_1TasksTest, ANewTaskIsLastAndHoldsTheDefaults) {
@@ -253,6 +284,8 @@ TEST_F(RiskEvalFrm_1TasksTest, TheFirstTaskOfAProjectOpensTheListsButNotTheirBut
   EXPECT_EQ(EnabledOf(kListButtons), QStringList());
   EXPECT_EQ(Stored("Project_Number"), QStringList{"P-1"});
   EXPECT_EQ(AllTasks().size(), 1);
+  Click("PhaseMachn");
+  EXPECT_EQ(EnabledOf(kListButtons), (QStringList{"adddt", "dletedt"}));
 }
 
 TEST_F(RiskEvalFrm_1TasksTest, AddingThatTheStudyRefusesIsToldAndLeavesNothingHalfWritten) {

@@ -77,6 +77,84 @@ TEST_F(RiskEvalFrm_1Test, HasAllItsControlsUnderTheirNames) {
   }
 }
 
+TEST_F(RiskEvalFrm_1Test, StartsWithItsTextsAndToolTips) {
+  OpenForm();
+  struct Face {
+    const char* name;
+    const char* text;
+    const char* tip;
+  };
+  constexpr Face kFaces[] = {{"addNewRcd", "&Add New Task", ""},
+                             {"CpyTaskCmd", "&Copy and Add this as new Task", ""},
+                             {"DleteRcd", "&Delete current task", ""},
+                             {"nxtfrmbtn", "&Next Task", ""},
+                             {"prvsfrmbtn", "< &Previous Task", ""},
+                             {"ClsedDg", "&Exit", ""},
+                             {"RskRdsdtnY_N", "No", ""},
+                             {"ActntkenOptnY_N", "No", ""},
+                             {"FndESINo", "", "Find Project Number (case sensitive)"},
+                             {"adddt", "+", "Click to add phase of the machine life cycle"},
+                             {"dletedt", "-", "Click to delete phase of the machine life cycle"},
+                             {"adddt1", "+", "Click to add to Primary Hazard"},
+                             {"dletedt1", "-", "Click to delete from Primary Hazard"},
+                             {"adddt2", "+", "Click to add to Hazard type"},
+                             {"dletedt2", "-", "Click to delete from Hazard type"},
+                             {"adddt_2", "+", "Click to add Recommendation type"},
+                             {"dletedt_2", "-", "Click to delete Recommendation type"},
+                             {"adddt_3", "+", "Click to add Name , Designation, Department"},
+                             {"dletedt_3", "-", "Click to delete Name , Designation, Department"},
+                             {"Label9", "HAZARDS", ""},
+                             {"Label15", "Risk Estimation", ""},
+                             {"Label2", "Hazard type", ""},
+                             {"RiskMrtxLbl", "Class (Cl) : Before", ""},
+                             {"Label16", "Class (Cl) : After", ""},
+                             {"DB1_caption", "Functions and Task of the machinery list", ""}};
+  for (const Face& face : kFaces) {
+    EXPECT_EQ(TextOf(face.name), face.text) << face.name;
+    EXPECT_EQ(Control<QWidget>(face.name).toolTip(), face.tip) << face.name;
+  }
+  const QAbstractItemModel& list = *Control<Grid>("DB1").model();
+  for (int column = 0; column < 3; ++column) {
+    EXPECT_EQ(list.headerData(column, Qt::Horizontal).toString(),
+              (QStringList{"Ref.No.", "Functions and Task ", "nunberauto"})[column]);
+  }
+}
+
+TEST_F(RiskEvalFrm_1Test, EveryFieldHasItsLabel) {
+  OpenForm();
+  const QMap<QString, QString> labels = {
+      {"ESINoLBLCp", "Project number"},
+      {"PrjDesptnArea", "Project Description"},
+      {"dateOfRcd", "Date "},
+      {"RefNo", "Reference number"},
+      {"FuntnTaskMachry", "Functions and Task of the machinery/device "},
+      {"HazrdLoctn", "Hazard location"},
+      {"PhaseMachn", "phase of the machine/device  life cycle"},
+      {"PrimaryHazard", "Primary Hazard"},
+      {"HazardType", "Hazard type"},
+      {"HzrdDscptnTXT", "Hazard Description:"},
+      {"ReccdtnTxt", "Recommendation"},
+      {"ReccdtnTypTxt", "Recommendation type"},
+      {"ActnByCbo", "Action by: Name, Designation, Department"},
+      {"actnDt", "Action Date: (dd/mm/yyyy)"},
+      {"ActntkenOptnY_N", "Action taken"},
+      {"RskRdsdtnY_N", "Has the Risk been adequately reduced?"},
+      {"RIBRtxt", "Risk Index before recommendations"},
+      {"RIARtxt", "Risk Index after recommendations"},
+      {"ClassScorLBL", "Class (Cl) : Before"},
+      {"ClassScorLBLA", "Class (Cl) : After"},
+      {"HzrdTyp", "Hazard type"},
+      {"FndESINo", "Find"},
+      {"RiskEsmtBtn", "Risk estimation form"}};
+  QMap<QString, QString> found;
+  for (const QLabel* label : form_->findChildren<QLabel*>()) {
+    if (label->buddy() && labels.contains(label->buddy()->objectName())) {
+      found.insert(label->buddy()->objectName(), label->text());
+    }
+  }
+  EXPECT_EQ(found, labels);
+}
+
 TEST_F(RiskEvalFrm_1Test, AProjectWithoutTasksOpensEmptyWithItsListsBarred) {
   OpenForm();
   EXPECT_EQ(TextOf("ESINoLBLCp"), "P-1");

@@ -182,11 +182,19 @@ TEST_F(ControlsTest, WheelOverAComboChangesNothing) {
   EXPECT_FALSE(wheel.isAccepted());
 }
 
-TEST_F(ControlsTest, SelectAllTakesTheWholeTextOfACombo) {
+TEST_F(ControlsTest, AWholeTextIsSelectedByKeyAndByMouse) {
   auto& combo = AddCombo();
   combo.setEditText("None.");
+  form->AddButton("elsewhere");
+  form->Watch(combo, {}, [&combo] { SelectWhole(combo.lineEdit()); });
   Show(*form);
-  SelectAll(&combo);
+  Click("elsewhere");
+  combo.setFocus(Qt::OtherFocusReason);
+  Settle();
+  EXPECT_EQ(SelectedTextOf("combo"), "None.");
+  Click("elsewhere");
+  combo.lineEdit()->deselect();
+  Click("combo");
   EXPECT_EQ(SelectedTextOf("combo"), "None.");
 }
 

@@ -304,6 +304,32 @@ TEST_F(MnfrmNumbersTest, WithoutAMatchNoProjectIsCurrentAndTheEntryBoxSaysSo) {
   EXPECT_FALSE(IsVisible("ESI_No_temp"));
 }
 
+TEST_F(MnfrmNumbersTest, WhatAFindLeftInTheEntryBoxIsOverwrittenByTheNextNumber) {
+  GivenProjects({"A-1"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("FndESINo", "Z");
+  Click("NwESINo");
+  EXPECT_EQ(SelectedTextOf("ESI_No_temp"), "No records found!");
+  Type("B-1");
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), (QStringList{"A-1", "B-1"}));
+  ExpectEntryIsDone();
+}
+
+TEST_F(MnfrmNumbersTest, LeavingTheBoxesPastTheLastProjectShowsTheirPlaceholdersAndStoresNothing) {
+  GivenProjects({"A-1"});
+  const auto before = RowsOf(installation.Study(1), "Project_details");
+  OpenOrganisation("ACME", 1);
+  TypeInto("FndESINo", "Z");
+  Click("ProjectDescription");
+  Click("PrjStgCbo");
+  EXPECT_EQ(TextOf("ProjectDescription"), "None.");
+  Click("preparedbyTxt");
+  EXPECT_EQ(TextOf("PrjStgCbo"), "N.A.");
+  CloseBox(*form);
+  EXPECT_EQ(RowsOf(installation.Study(1), "Project_details"), before);
+}
+
 TEST_F(MnfrmNumbersTest, FindInAnEmptyListDoesNothing) {
   OpenOrganisation("ACME", 1);
   TypeInto("FndESINo", "Z");

@@ -50,6 +50,28 @@ TEST_F(MnfrmStagesTest, TheWholeTextIsSelectedWhenTheBoxIsReachedByTab) {
   EXPECT_EQ(SelectedTextOf("PrjStgCbo"), "Design");
 }
 
+TEST_F(MnfrmStagesTest, TheWholeTextIsSelectedByThePressThatBringsTheFocus) {
+  OpenOrganisation("ACME", 1);
+  Click("PrjStgCbo");
+  EXPECT_EQ(SelectedTextOf("PrjStgCbo"), "Design");
+  Type("Pilot run");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_phase"), "Pilot run");
+}
+
+TEST_F(MnfrmStagesTest, OnTheSameStageTheFirstUsersStandsAndNothingIsSaid) {
+  OpenOrganisation("ACME", 1);
+  TypeInto("PrjStgCbo", "mine");
+  Exec(installation.Study(1),
+       "UPDATE Project_details SET Project_phase='theirs' WHERE Project_Number='P1'");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_phase"), "theirs");
+  EXPECT_EQ(TextOf("PrjStgCbo"), "theirs");
+  TypeInto("PrjStgCbo", "mine after all");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_phase"), "mine after all");
+}
+
 TEST_F(MnfrmStagesTest, FillingTheListLeavesTheProjectAsItIs) {
   OpenOrganisation("ACME", 1);
   Exec(installation.Study(1), "UPDATE Project_details SET Project_phase='theirs'");

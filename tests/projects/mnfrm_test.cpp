@@ -456,6 +456,22 @@ TEST_F(MnfrmTest, OnTheSameFieldTheFirstUsersTextStandsAndIsShown) {
   EXPECT_EQ(TextOf("ProjectDescription"), "theirs");
 }
 
+TEST_F(MnfrmTest, APickThatCannotLeaveItsProjectStaysOnItWithoutAWord) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1", "P2"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("preparedbyTxt", "mine");
+  Exec(installation.Study(1),
+       "UPDATE Project_details SET preparedBytxt='theirs' WHERE Project_Number='P1'");
+  ClickRow("DB1", 1);
+  EXPECT_EQ(CurrentRow(), 1);
+  EXPECT_EQ(Control<Grid>("DB1").Row(), 0);
+  EXPECT_EQ(TextOf("preparedbyTxt"), "theirs");
+  EXPECT_EQ(Stored("P1", "preparedBytxt"), "theirs");
+  ClickRow("DB1", 1);
+  EXPECT_EQ(TextOf("ESI_No"), "P2");
+}
+
 // ---------------------------------------------------------------- closing
 
 TEST_F(MnfrmTest, ClosingGivesTheFrameBackAndForgetsTheSession) {
