@@ -4,7 +4,8 @@
 
 namespace kestrix {
 
-/// A check box whose text wraps within the width it has.
+/// A check box whose text wraps within the width it has, and whose empty box stands out in light
+/// and in dark themes. A press anywhere on it counts.
 class WrapCheckBox : public QCheckBox {
   Q_OBJECT
 

@@ -344,6 +344,26 @@ TEST_F(RiskEvalFrm_1Test, TheRowsOfAFormThatCouldNotOpenThemFail) {
   installation.GivenStudy(kStudy);
 }
 
+TEST_F(RiskEvalFrm_1Test, ABoxWithoutATickIsSeenInADarkTheme) {
+  GivenTasks({"Feed"});
+  QPalette dark = OpenForm().palette();
+  const QColor paper(0x23, 0x26, 0x29);
+  dark.setColor(QPalette::Window, QColor(0x31, 0x36, 0x3B));
+  dark.setColor(QPalette::Base, paper);
+  for (const auto role : {QPalette::Text, QPalette::WindowText}) {
+    dark.setColor(role, QColor(0xEF, 0xF0, 0xF1));
+  }
+  form_->setPalette(dark);
+  for (const char* name : {"ActntkenOptnY_N", "RskRdsdtnY_N"}) {
+    const QImage picture = Control<QWidget>(name).grab().toImage();
+    int edge = 0;
+    for (int x = 0; x < 6; ++x) {
+      edge = std::max(edge, qGray(picture.pixel(x, picture.height() / 2)) - qGray(paper.rgb()));
+    }
+    EXPECT_GT(edge, 70) << name << ", of 255 shades";
+  }
+}
+
 TEST_F(RiskEvalFrm_1Test, LabelsNameTheirFieldsForAssistiveTools) {
   OpenForm();
   for (const char* name :
