@@ -3,6 +3,7 @@
 #include <QLayout>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <algorithm>
 
 #include "formkit/Controls.h"
 #include "platform/Failure.h"
@@ -21,6 +22,15 @@ const QString kExtension = QStringLiteral(".kfe");
 const QString kUnnamed = QStringLiteral("Document");
 /// From one new child to the next, in pixels.
 constexpr int kStep = 26;
+constexpr int kLeastSteps = 4;
+
+/// Where a child of that extent begins, `further` from the first one, and from the first one again
+/// once there is no more room. A frame that is too small for it lets it begin further down all the
+/// same, by a few steps, so that those below it are still seen.
+int PlaceWithin(int room, int extent, int further) {
+  const int steps = std::min(kLeastSteps * kStep, room / 2);
+  return further % (std::max({room - extent, steps, 0}) + 1);
+}
 
 QList<QMdiSubWindow*> ChildrenThatAre(const QMdiArea& area, bool minimised) {
   QList<QMdiSubWindow*> children;
@@ -49,12 +59,13 @@ void frmMain::ShowChild(frmDocument& child) {
   QMdiSubWindow* window = ui_->mdiArea->addSubWindow(&child);
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->setWindowIcon(ui_->tbNew->icon());
-  const QSize extent = design.grownBy(window->layout()->contentsMargins()).boundedTo(room);
+  const QSize extent = design.grownBy(window->layout()->contentsMargins());
   const int further = (document_number_ - 1) * kStep;
-  const auto place = [further](int free) { return free > 0 ? further % (free + 1) : 0; };
-  window->resize(extent);
+  const QPoint place(PlaceWithin(room.width(), extent.width(), further),
+                     PlaceWithin(room.height(), extent.height(), further));
+  window->resize(extent.boundedTo(room - QSize(place.x(), place.y())));
   window->show();
-  window->move(place(room.width() - extent.width()), place(room.height() - extent.height()));
+  window->move(place);
 }
 
 frmDocument* frmMain::ActiveChild() const {

@@ -810,6 +810,18 @@ TEST_F(frmMainTest, NewChildrenLieWithinTheFrameAndDoNotCoverEachOther) {
   EXPECT_GT(places.size(), 15);
 }
 
+TEST_F(frmMainTest, NewChildrenOfAFrameThatIsTooSmallForThemDoNotCoverEachOtherEither) {
+  OpenFrame();
+  ASSERT_EQ(Windows()[0]->geometry(), QRect(QPoint(0, 0), Area().maximumViewportSize()));
+  for (int i = 0; i < 2; ++i) PressKey(Qt::Key_N, Qt::ControlModifier);
+  const QRect room(QPoint(0, 0), Area().maximumViewportSize());
+  for (int i = 1; i < 3; ++i) {
+    EXPECT_GT(Windows()[i]->x(), Windows()[i - 1]->x());
+    EXPECT_GT(Windows()[i]->y(), Windows()[i - 1]->y());
+    EXPECT_TRUE(room.contains(Windows()[i]->geometry()));
+  }
+}
+
 TEST_F(frmMainTest, HorizontalTilesLieOneAboveTheOther) {
   OpenFrame();
   Trigger("mnuWindowNewWindow");
