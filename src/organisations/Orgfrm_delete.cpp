@@ -15,8 +15,9 @@ namespace {
 
 /// Numbers of studies that are looked at for a lock sign.
 constexpr int kStudiesScanned = 1000;
-/// The counter of the search for the study to delete runs to this number in steps of two.
+/// The counter of the search for the study to delete runs to this number, from 1, in such steps.
 constexpr int kSearchEnd = 10'000;
+constexpr int kSearchStep = 2;
 
 }  // namespace
 
@@ -60,9 +61,10 @@ void Orgfrm::DeleteWhatIsChosen() {
 /// Whether this run, or anybody else's, has any study of the installation open, as far as it shows.
 bool Orgfrm::AnyStudyIsInUse() {
   session().AnyStudyLocked = 0;
-  for (int number = 1; number <= kStudiesScanned; ++number) {
-    session().LoopIndex = static_cast<qint16>(number);
-    if (!files().FileExists(installation().StudySign(number))) continue;
+  qint16& number = session().LoopIndex;
+  for (number = 1; number <= kStudiesScanned; ++number) {
+    session().FileFoundA = files().FileExists(installation().StudySign(number));
+    if (!session().FileFoundA) continue;
     session().AnyStudyLocked = 1;
     break;
   }
@@ -109,7 +111,8 @@ void Orgfrm::DeleteOrganisation() {
 /// With no row of that name the number stays what it was.
 void Orgfrm::FindStudyToDelete() {
   Recordset& rows = DeltRcd_.Recordset();
-  if (!WalkTo(rows, Name(), kSearchEnd / 2)) return;
+  if (!WalkTo(rows, Name(), kSearchEnd / kSearchStep)) return;
+  session().LoopIndex = static_cast<qint16>(1 + (rows.AbsolutePosition() - 1) * kSearchStep);
   session().DeleteStudyNo = Narrow(rows.Number(kStudyNumber));
 }
 

@@ -14,15 +14,16 @@ using namespace organisations;
 
 void Orgfrm::clsd_Click() {
   WaitCursor waiting;
-  if (!files().FileExists(installation().StudyTemplate())) {
-    waiting.Restore();
-    return LeaveWithoutTemplate();
-  }
-  if (IsNoName(Name())) {
-    waiting.Restore();
-    return AskForName();
-  }
   try {
+    session().FileFoundA = files().FileExists(installation().StudyTemplate());
+    if (!session().FileFoundA) {
+      waiting.Restore();
+      return LeaveWithoutTemplate();
+    }
+    if (IsNoName(Name())) {
+      waiting.Restore();
+      return AskForName();
+    }
     TakeUpOrganisation();
   } catch (const Failure&) {
     return;
@@ -104,9 +105,8 @@ void Orgfrm::TakeStudyNumber() {
   if (!WalkTo(rows, session().ActiveOrgName, session().OrgCount)) return;
   session().ActiveStudyNo = Narrow(rows.Number(kStudyNumber));
   // Somebody else has the study open. It opens all the same; only a delete is barred by it.
-  if (files().FileExists(installation().StudySign(session().ActiveStudyNo))) {
-    session().OtherUserMark = 2;
-  }
+  session().FileFoundA = files().FileExists(installation().StudySign(session().ActiveStudyNo));
+  if (session().FileFoundA) session().OtherUserMark = 2;
 }
 
 void Orgfrm::StoreInHistory() {

@@ -43,22 +43,26 @@ void DeleteStudy(FileSystem& files, const QString& study) {
 void CreateStudyDb(Context& context) {
   FileSystem& files = context.kit.platform.files;
   Messages& messages = context.kit.platform.messages;
+  SessionState& session = context.session;
   const QString source = context.installation.StudyTemplate();
-  const QString study = context.installation.Study(context.session.ActiveStudyNo);
+  const QString study = context.installation.Study(session.ActiveStudyNo);
 
-  if (!files.FileExists(source)) {
+  session.FileFoundA = files.FileExists(source);
+  if (!session.FileFoundA) {
     messages.Show(Tell(Icon::kInformation, QStringLiteral("BELTROVAN: File missing."),
                        QStringLiteral("Installed files missing.")));
     return;
   }
-  if (files.FileExists(study)) return;
+  session.FileFoundB = files.FileExists(study);
+  if (session.FileFoundB) return;
 
   PassOver([&] { DeleteIfThere(files, JournalOf(study)); },
            [&] {
              const WaitCursor waiting;
              files.CopyFile(source, study);
            });
-  if (!files.FileExists(study)) {
+  session.FileFoundC = files.FileExists(study);
+  if (!session.FileFoundC) {
     messages.Show(Tell(Icon::kInformation, title::kProgram,
                        QStringLiteral("Failed to create files. Seek Administrator approval for "
                                       "File installation.")));
@@ -67,14 +71,15 @@ void CreateStudyDb(Context& context) {
 
 void DeleteStudyFiles(Context& context, const std::function<void()>& release_study) {
   FileSystem& files = context.kit.platform.files;
-  const int number = context.session.DeleteStudyNo;
+  SessionState& session = context.session;
+  const int number = session.DeleteStudyNo;
   const QString sign = context.installation.StudySign(number);
   const QString pictures = context.installation.PictureFolder(number);
 
-  if (files.FileExists(sign)) {
-    PassOver(release_study, [&] { context.session.ActiveOrgName.clear(); });
-  }
-  if (files.FileExists(sign)) {
+  session.FileFoundA = files.FileExists(sign);
+  if (session.FileFoundA) PassOver(release_study, [&] { session.ActiveOrgName.clear(); });
+  session.FileFoundA = files.FileExists(sign);
+  if (session.FileFoundA) {
     context.kit.platform.messages.Show(
         Tell(Icon::kCritical, title::kProgram,
              QStringLiteral("Failed to delete records as more than one user has opened this "
@@ -82,7 +87,8 @@ void DeleteStudyFiles(Context& context, const std::function<void()>& release_stu
   }
   PassOver([&] { DeleteStudy(files, context.installation.Study(number)); },
            [&] {
-             if (!files.FolderExists(pictures)) return;
+             session.FileFoundC = files.FolderExists(pictures);
+             if (!session.FileFoundC) return;
              const WaitCursor waiting;
              files.DeleteFolder(pictures);
            });

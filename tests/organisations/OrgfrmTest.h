@@ -45,6 +45,19 @@ class SignHolder {
   QProcess process_;
 };
 
+/// A disk that can't be asked whether a file of that ending is there.
+class DeafFiles : public FailingFileSystem {
+ public:
+  explicit DeafFiles(QString ending) : ending_(std::move(ending)) {}
+  [[nodiscard]] bool FileExists(const QString& path) const override {
+    if (path.endsWith(ending_)) throw Failure(failure::kDeviceError, "the disk failed");
+    return FailingFileSystem::FileExists(path);
+  }
+
+ private:
+  QString ending_;
+};
+
 /// What tests of the organisation form start from. What the form tells others is noted in `told`,
 /// in order.
 class OrgfrmTest : public FormTest {
@@ -65,8 +78,9 @@ class OrgfrmTest : public FormTest {
     form->LoadForm();
   }
   /// The form as the frame shows it.
-  void OpenOrganisations() {
-    LoadOrganisations();
+  void OpenOrganisations() { OpenOrganisations(context); }
+  void OpenOrganisations(Context& in) {
+    LoadOrganisations(in);
     form->ShowForm();
     Settle();
     if (!IsGone()) LookAt(*form);

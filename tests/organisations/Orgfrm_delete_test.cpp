@@ -57,6 +57,7 @@ TEST_F(OrgfrmDeleteTest, OrganisationGoesWithItsStudyAndItsPictures) {
   EXPECT_TRUE(HasFiles(5));
   EXPECT_EQ(session.MsgAnswer, Button::kYes);
   EXPECT_EQ(session.DeleteStudyNo, 3);
+  EXPECT_EQ(session.LoopIndex, 1);
   EXPECT_EQ(session.SelectedOrgName, "Press shop");
   EXPECT_EQ(session.ActiveOrgName, "Press shop");
   EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
@@ -118,13 +119,19 @@ TEST_F(OrgfrmDeleteTest, SeveralAreDeletedOneAfterTheOther) {
   GivenShopAndAssembly();
   installation.GivenOrganisation("Paint shop", 8);
   OpenOrganisations();
+  QList<int> counts;
   for (const char* name : {"Assembly", "Press shop", "Paint shop"}) {
     PickOrganisation(name);
-    desk.messages.Expect(Question(name)).Answer(Button::kYes);
+    desk.messages.Expect(Question(name)).Answer(Button::kYes).WhileOpen([&] {
+      EXPECT_EQ(session.LoopIndex, 1001);
+    });
     Click("delte");
+    counts += session.LoopIndex;
   }
   EXPECT_TRUE(Organisations().isEmpty());
   EXPECT_TRUE(HasNoFiles(3) && HasNoFiles(5) && HasNoFiles(8));
+  // The search goes in steps of two through the register as it was when the form was loaded.
+  EXPECT_EQ(counts, (QList<int>{3, 1, 5}));
 }
 
 TEST_F(OrgfrmDeleteTest, WithoutANameNothingIsSelected) {
@@ -165,6 +172,7 @@ TEST_F(OrgfrmDeleteTest, SignOfAnyStudyBarsEveryDelete) {
   Click("delte");
   EXPECT_EQ(session.AnyStudyLocked, 1);
   EXPECT_EQ(session.LoopIndex, 777);
+  EXPECT_TRUE(session.FileFoundA);
   EXPECT_EQ(session.ActiveOrgName, "before");
   EXPECT_EQ(Organisations().size(), 2);
   EXPECT_TRUE(HasFiles(3));
@@ -412,24 +420,12 @@ class WatchedFiles : public FailingFileSystem {
   }
 };
 
-/// A disk that can't be asked whether a file is there.
-class DeafFiles : public FailingFileSystem {
- public:
-  [[nodiscard]] bool FileExists(const QString& path) const override {
-    if (path.endsWith(".ldb")) throw Failure(failure::kDeviceError, "the disk failed");
-    return FailingFileSystem::FileExists(path);
-  }
-};
-
 /// The form on a desktop with other files.
 class OrgfrmDeleteOnFilesTest : public OrgfrmDeleteTest {
  protected:
   void OpenOn(FileSystem& files) {
     desktop_ = std::make_unique<OtherDesktop>(desk, files, desk.shell, context);
-    LoadOrganisations(desktop_->context);
-    form->ShowForm();
-    Settle();
-    LookAt(*form);
+    OpenOrganisations(desktop_->context);
   }
   void CloseDesktop() {
     delete form.data();
@@ -442,7 +438,7 @@ class OrgfrmDeleteOnFilesTest : public OrgfrmDeleteTest {
 
 TEST_F(OrgfrmDeleteOnFilesTest, ErrorBeforeTheNameIsTakenUpFindsNothingToDelete) {
   GivenShopAndAssembly();
-  DeafFiles deaf;
+  DeafFiles deaf(".ldb");
   OpenOn(deaf);
   PickOrganisation("Press shop");
   desk.messages.Expect(kNoneToDelete);

@@ -130,6 +130,20 @@ TEST_F(OrgfrmOpenTest, MissingTemplateComesBeforeTheMissingName) {
   EXPECT_TRUE(IsGone());
 }
 
+TEST_F(OrgfrmOpenTest, ErrorBeforeTheNameIsTakenUpEndsTheCommandSilently) {
+  installation.GivenOrganisation("Press shop", 7);
+  DeafFiles deaf("risk_esmatn.mdb");
+  OtherDesktop desktop(desk, deaf, desk.shell, context);
+  OpenOrganisations(desktop.context);
+  PickOrganisation("Press shop");
+  Click("clsd");
+  EXPECT_FALSE(IsGone());
+  EXPECT_EQ(session.ActiveStudyNo, 0);
+  EXPECT_EQ(LastOpened(), QStringList({"0"}));
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  delete form.data();
+}
+
 TEST_F(OrgfrmOpenTest, FirstOrganisationGetsNumberOne) {
   AddAnother("Press shop");
   EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}}));

@@ -33,6 +33,9 @@ TEST_F(CreateStudyDbTest, StudyIsACopyOfTheTemplate) {
   EXPECT_EQ(ReadFile(installation.Study(12)), ReadFile(installation.Template()));
   EXPECT_TRUE(RowsOf(installation.Study(12), "Project_details").isEmpty());
   EXPECT_FALSE(QDir(installation.PictureFolder(12)).exists());
+  EXPECT_TRUE(session.FileFoundA);
+  EXPECT_FALSE(session.FileFoundB);
+  EXPECT_TRUE(session.FileFoundC);
 }
 
 TEST_F(CreateStudyDbTest, StudyThatExistsIsNeverReplaced) {
