@@ -93,9 +93,10 @@ bool mnfrm::EnterNumber() {
 
 bool mnfrm::WalkToNumber(const QString& number) {
   Recordset& projects = dtsorce1_.Recordset();
+  const Recordset::Walk walk(projects);
+  projects.Requery();  // others number projects too
   const int count = projects.RecordCount();
   if (count == 0) return false;
-  const Recordset::Walk walk(projects);
   projects.MoveFirst();
   for (int i = 1; i <= count; ++i) {
     session().LoopIndex = Narrow(i);

@@ -40,6 +40,7 @@ void mnfrm::adddt0_Click() {
     session().ListTextKnown = 0;
     LastComboText_ = ui_->PrjStgCbo->currentText();
     Recordset& stages = CboBxLstDB_.Recordset();
+    stages.Requery();  // others add to the same list
     if (lookup::Knows(stages, LastComboText_)) session().ListTextKnown = 1;
     session().LoopIndex = Narrow(stages.RecordCount() + 1);
     EnableStageCommands();

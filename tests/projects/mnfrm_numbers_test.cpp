@@ -260,6 +260,36 @@ TEST_F(MnfrmNumbersTest, AnotherUsersNewProjectsAppearWithTheNextAdd) {
   PressTab();
   EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P1"}, {"P2"}, {"P3"}}));
   EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2", "P3"}));
+  EXPECT_EQ(TextOf("ESI_No"), "P3") << "what is typed next is meant for the new project";
+  TypeInto("PrjStgCbo", "Pilot run");
+  PressTab();
+  EXPECT_EQ(Stored("P3", "Project_phase"), "Pilot run");
+  EXPECT_NE(Stored("P2", "Project_phase"), "Pilot run");
+}
+
+TEST_F(MnfrmNumbersTest, ANumberThatAnotherUserHasGivenMeanwhileIsKnown) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  GivenProjects({"P2"});
+  TypeNewNumber("P2");
+  desk.messages.ExpectAsk(Icon::kCritical, "BELTROVAN: ERROR", AlreadyExists("P2"), Button::kYes);
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2"}));
+  EXPECT_EQ(TextOf("ESI_No"), "P2");
+  EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P1"}, {"P2"}}));
+  ExpectEntryIsDone();
+}
+
+TEST_F(MnfrmNumbersTest, ProjectsThatAnotherUserDeletedDoNotDisturbANewOne) {
+  GivenProjects({"P1", "P2", "P3"});
+  OpenOrganisation("ACME", 1);
+  Exec(installation.Study(1), "DELETE FROM Project_details WHERE Project_Number<>'P2'");
+  TypeNewNumber("P4");
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P2", "P4"}));
+  EXPECT_EQ(TextOf("ESI_No"), "P4");
+  EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P2"}, {"P4"}}));
+  ExpectEntryIsDone();
 }
 
 // ---------------------------------------------------------------- find

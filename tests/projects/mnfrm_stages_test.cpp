@@ -217,6 +217,16 @@ TEST_F(MnfrmStagesTest, AnotherUsersNewStagesDoNotDisturbAnAdd) {
   EXPECT_EQ(ItemsOf("PrjStgCbo"), Stages());
 }
 
+TEST_F(MnfrmStagesTest, AStageThatAnotherUserHasAddedMeanwhileIsKnown) {
+  OpenOrganisation("ACME", 1);
+  TypeInto("PrjStgCbo", "Pilot run");
+  Exec(installation.Lists(), "INSERT INTO Prjstage VALUES('Pilot run')");
+  Click("adddt0");
+  EXPECT_EQ(Stages().count("Pilot run"), 1);
+  EXPECT_EQ(session.ListTextKnown, 1);
+  EXPECT_EQ(TextOf("PrjStgCbo"), "Pilot run");
+}
+
 // ---------------------------------------------------------------- delete
 
 TEST_F(MnfrmStagesTest, ReservedTextsAreNotDeleted) {
