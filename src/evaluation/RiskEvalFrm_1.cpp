@@ -1,10 +1,13 @@
 #include "evaluation/RiskEvalFrm_1.h"
 
+#include <QComboBox>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QScopedValueRollback>
 
 #include "evaluation/MatrixIcon.h"
 #include "evaluation/TaskLists.h"
+#include "formkit/TextLimit.h"
 #include "store/RecordSources.h"
 #include "ui_RiskEvalFrm_1.h"
 
@@ -13,6 +16,8 @@ namespace {
 
 // Of the list of tasks when the form comes up; the splitter changes it.
 constexpr int kListWidth = 300;
+constexpr int kLineLength = 255;
+constexpr int kTextLength = 65535;
 constexpr int kReferenceColumn = 0;
 constexpr int kKeyColumn = 2;
 
@@ -26,6 +31,7 @@ RiskEvalFrm_1::RiskEvalFrm_1(Context& context)
         return made;
       }()),
       controls_(*ui_) {
+  LimitTexts();
   // The bindings come first, so that a change rule that corrects a text has the last word.
   controls_.Bind(dtsorce2_);
   ui_->DB1->SetSource(dtsorce2_,
@@ -39,6 +45,14 @@ RiskEvalFrm_1::RiskEvalFrm_1(Context& context)
 }
 
 RiskEvalFrm_1::~RiskEvalFrm_1() = default;
+
+/// What a column can't hold doesn't go into its box: a save would leave it out without a word.
+void RiskEvalFrm_1::LimitTexts() {
+  for (const TaskList& list : kTaskLists) {
+    (ui_.get()->*list.combo)->lineEdit()->setMaxLength(kLineLength);
+  }
+  for (QPlainTextEdit* box : {ui_->HzrdDscptnTXT, ui_->ReccdtnTxt}) new TextLimit(box, kTextLength);
+}
 
 void RiskEvalFrm_1::SettleLooks() {
   ui_->RiskEsmtBtn->setIcon(MatrixIcon());

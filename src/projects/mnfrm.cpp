@@ -6,9 +6,9 @@
 
 #include "formkit/Controls.h"
 #include "formkit/FieldBinding.h"
+#include "formkit/TextLimit.h"
 #include "platform/FileSystem.h"
 #include "projects/HomeIcon.h"
-#include "projects/TextLimit.h"
 #include "shell/Frame.h"
 #include "store/DataControl.h"
 #include "store/RecordSources.h"

@@ -2,6 +2,7 @@
 #include <QComboBox>
 #include <QFile>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 
 #include "evaluation/EvaluationTest.h"
 #include "store/Recordset.h"
@@ -201,12 +202,39 @@ TEST_F(RiskEvalFrm_1TasksTest, SavingLeavesTheEstimationAndThePicturesAlone) {
 
 TEST_F(RiskEvalFrm_1TasksTest, ATextTooLongForItsColumnIsLeftOutWithoutAMessage) {
   GivenTasks({"Feed", "Clean"});
+  // A study whose column is narrower than the form knows it.
+  Exec(Study(),
+       "PRAGMA writable_schema=ON; UPDATE sqlite_schema SET sql=replace(sql, 'ActnByCbo           "
+       "VARCHAR(255)', 'ActnByCbo VARCHAR(5)') WHERE name='Risk_records'");
   OpenForm();
   SetText("HzrdDscptnTXT", "Hand");
-  Control<QComboBox>("ActnByCbo").setCurrentText(QString(256, u'x'));
+  Control<QComboBox>("ActnByCbo").setCurrentText("Kim and Lee");
   ClickRow("DB1", 1);
   EXPECT_EQ(Stored("HzrdDscptnTXT").first(), "Hand");
   EXPECT_EQ(Stored("ActnByCbo").first(), "None.");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, ABoxTakesNoMoreThanItsColumn) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  const QString line(300, u'x');
+  for (const char* name : {"FuntnTaskMachry", "HazrdLoctn", "PhaseMachn", "PrimaryHazard",
+                           "HazardType", "ReccdtnTypTxt", "ActnByCbo"}) {
+    SetText(name, line);
+  }
+  const QString text = QString(70'000, u'y');
+  for (const char* name : {"HzrdDscptnTXT", "ReccdtnTxt"}) {
+    SetText(name, "");
+    Control<QPlainTextEdit>(name).insertPlainText(text);
+  }
+  ClickRow("DB1", 1);
+  for (const char* field : {"FuntnTaskMachry", "HazrdLoctn", "PhaseMachn", "Primary_Hazard",
+                            "Hazard_type", "ReccdtnTypTxt", "ActnByCbo"}) {
+    EXPECT_EQ(Stored(field).first(), line.first(255)) << field;
+  }
+  for (const char* field : {"HzrdDscptnTXT", "ReccdtnTxt"}) {
+    EXPECT_EQ(Stored(field).first(), text.first(65'535)) << field;
+  }
 }
 
 TEST_F(RiskEvalFrm_1TasksTest, TwoSavesInARowChangeNothing) {

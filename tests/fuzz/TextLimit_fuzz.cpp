@@ -3,7 +3,7 @@
 #include <QTextCursor>
 
 #include "Fuzz.h"
-#include "projects/TextLimit.h"
+#include "formkit/TextLimit.h"
 
 namespace kestrix::fuzz {
 namespace {

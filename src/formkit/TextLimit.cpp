@@ -1,4 +1,4 @@
-#include "projects/TextLimit.h"
+#include "formkit/TextLimit.h"
 
 #include <QPlainTextEdit>
 #include <QSignalBlocker>
