@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <utility>
 
 #include "formkit/FocusEvents.h"
 #include "formkit/Form.h"
@@ -50,7 +51,18 @@ void ActiveForms::Disappear(Form* form) {
   if (active_ != form) return;
   active_ = nullptr;
   // A form that hides itself usually shows another one in the same breath, which needs no help.
-  QMetaObject::invokeMethod(this, &ActiveForms::BringForward, Qt::QueuedConnection);
+  BringForwardLater();
+}
+
+void ActiveForms::GiveAwayFront() {
+  ++given_away_;
+}
+
+void ActiveForms::BringForwardLater() {
+  const auto bring = [this, given_away = given_away_] {
+    if (given_away == given_away_) BringForward();
+  };
+  QMetaObject::invokeMethod(this, bring, Qt::QueuedConnection);
 }
 
 void ActiveForms::BringForward() {
@@ -76,7 +88,7 @@ bool ActiveForms::eventFilter(QObject* watched, QEvent* event) {
     auto* form = qobject_cast<Form*>(watched);
     if (form && form->isWindow() && QApplication::activeWindow() == form) TakeOver(form);
   } else if (event->type() == QEvent::Hide && IsDialog(watched)) {
-    QMetaObject::invokeMethod(this, &ActiveForms::BringForward, Qt::QueuedConnection);
+    BringForwardLater();
   }
   return QObject::eventFilter(watched, event);
 }

@@ -32,12 +32,16 @@ class ActiveForms : public QObject {
   void Enter(Form* form);
   void Appear(Form* form);
   void Disappear(Form* form);
+  /// Another program was given the front: no form takes it for the dialog or the form that went
+  /// right before.
+  void GiveAwayFront();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void TakeOver(Form* form);
+  void BringForwardLater();
   void BringForward();
   [[nodiscard]] Form* Next() const;
 
@@ -47,6 +51,7 @@ class ActiveForms : public QObject {
   QPointer<Form> coming_;        ///< a form that asked for the front and hasn't got it yet
   QPointer<Form> told_;          ///< the form that was told last that it is active
   QList<QPointer<Form>> order_;  ///< the visible forms, the last active one first
+  int given_away_ = 0;           ///< how often the front was given to another program
 };
 
 }  // namespace kestrix

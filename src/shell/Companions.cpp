@@ -1,5 +1,6 @@
 #include "shell/Companions.h"
 
+#include "formkit/ActiveForms.h"
 #include "formkit/Form.h"
 #include "platform/FileSystem.h"
 #include "platform/Messages.h"
@@ -27,7 +28,11 @@ bool IsOpen(Context& context, const QString& title) {
 }
 
 void Activate(Context& context, const QString& title) {
-  PassOver([&] { PlatformOf(context).windows.Activate(title); });
+  PassOver([&] {
+    PlatformOf(context).windows.Activate(title);
+    // The message that told of it has just closed, and the form below it would come back in front.
+    context.kit.forms.GiveAwayFront();
+  });
 }
 
 void Start(Context& context, const QString& program) {

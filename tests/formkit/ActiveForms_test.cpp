@@ -73,6 +73,28 @@ TEST_F(ActiveFormsTest, FormIsUsableAgainBehindAMessageBox) {
   EXPECT_EQ(TextOf("a_box"), "text");
 }
 
+TEST_F(ActiveFormsTest, FrontThatIsGivenAwayBehindAMessageBoxIsNotTakenBack) {
+  QWidget other;
+  other.setGeometry(420, 340, 200, 100);
+  other.show();
+  a->ShowForm();
+  ASSERT_TRUE(ComesForward(*a));
+  QMessageBox box(a);
+  QTimer::singleShot(0, &box, &QDialog::accept);
+  box.exec();
+  other.activateWindow();
+  kit.forms.GiveAwayFront();
+  EXPECT_TRUE(WaitUntil([&] { return other.isActiveWindow(); }));
+  Settle();
+  EXPECT_TRUE(other.isActiveWindow());
+  // Only that one time: behind the next box the form is in front again.
+  a->ShowForm();
+  ASSERT_TRUE(ComesForward(*a));
+  QTimer::singleShot(0, &box, &QDialog::accept);
+  box.exec();
+  EXPECT_TRUE(ComesForward(*a));
+}
+
 TEST_F(ActiveFormsTest, WindowThatIsNoFormTellsNoForm) {
   QWidget window;
   window.show();

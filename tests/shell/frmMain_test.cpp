@@ -1,5 +1,6 @@
 #include "shell/frmMain.h"
 
+#include <QDialog>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QTextDocumentFragment>
@@ -545,6 +546,38 @@ TEST_F(frmMainTest, NoToTheHomePageStartsItAndThisProgramStays) {
   EXPECT_EQ(desk.shell.Companions().size(), 1);
   EXPECT_TRUE(asked_.isEmpty());
   EXPECT_TRUE(Main().isVisible());
+}
+
+/// A box over the frame, as a message opens one and closes it behind its answer.
+void ShowBoxOver(frmMain& main) {
+  QDialog box(&main);
+  box.setModal(true);
+  box.show();
+  FormHands::Settle();
+  EXPECT_FALSE(main.isActiveWindow());
+  box.close();
+}
+
+TEST_F(frmMainTest, FrontStaysWithTheHomePageThatWasBroughtForward) {
+  OpenFrame();
+  desk.windows.Open("kestrixmodule");
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Home page already open.").WhileOpen([&] {
+    ShowBoxOver(Main());
+  });
+  Choose("homepage");
+  EXPECT_EQ(desk.windows.Activated(), QStringList{"kestrixmodule"});
+  EXPECT_FALSE(Main().isActiveWindow());
+}
+
+TEST_F(frmMainTest, FrameIsInFrontAgainWhenThereIsNoPreviewToBringForward) {
+  OpenFrame();
+  desk.windows.Open("CaseBookRpts");
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Close Report preview.").WhileOpen([&] {
+    ShowBoxOver(Main());
+  });
+  Choose("mnuDatamnfrm");
+  EXPECT_TRUE(desk.windows.Activated().isEmpty());
+  EXPECT_TRUE(WaitUntil([this] { return Main().isActiveWindow(); }));
 }
 
 TEST_F(frmMainTest, HelpEntriesReachTheManualAndTheSearch) {
