@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QMenu>
 #include <QSignalSpy>
 
 #include "support/FakePlatform.h"
@@ -84,6 +85,32 @@ TEST_F(WorkbenchTest, TheFrameIsTheFirstUsableScreen) {
   EXPECT_TRUE(hands->Control<QAction>("mnuDatamnfrm").isEnabled());
 }
 
+TEST_F(WorkbenchTest, AFrameThatCannotBeLoadedEndsTheRun) {
+  desk.settings.Save("Settings", "MainWidth", "wide");
+  desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN", "5. Installed files missing.");
+  Start();
+  EXPECT_EQ(ended->count(), 1);
+  EXPECT_EQ(Shown("frmMain"), nullptr);
+  EXPECT_EQ(Shown("mnfrm"), nullptr);
+}
+
+TEST_F(WorkbenchTest, YesToTheHomePageEndsTheRunAndNoDoesnt) {
+  QFile program(Folder() + "/../kestrixmodule.exe");
+  ASSERT_TRUE(program.open(QIODevice::WriteOnly));
+  program.close();
+  const Message question =
+      Ask(Icon::kInformation, "BELTROVAN", "Wish to close Risk Assessment Module?", Button::kYes);
+  Start();
+  desk.messages.Expect(question).Answer(Button::kNo);
+  hands->Choose("homepage");
+  EXPECT_EQ(Front(), "frmMain");
+  EXPECT_EQ(ended->count(), 0);
+  desk.messages.Expect(question).Answer(Button::kYes);
+  hands->Choose("homepage");
+  EXPECT_EQ(ended->count(), 1);
+  EXPECT_EQ(desk.shell.Companions().size(), 2);
+}
+
 TEST_F(WorkbenchTest, ANewOrganisationIsStoredAndOpenedWithItsStudy) {
   Start();
   hands->Choose("mnuDatamnfrm");
@@ -144,6 +171,26 @@ TEST_F(WorkbenchTest, LeavingTheOrganisationsBringsUpTheProjectFormWithoutAProje
   EXPECT_EQ(Front(), "mnfrm");
   EXPECT_FALSE(hands->IsEnabled("simultn1"));
   EXPECT_FALSE(hands->IsEnabled("LnkDwgs"));
+}
+
+TEST_F(WorkbenchTest, TheHistoryOpensTheOrganisationOpenedLast) {
+  GivenPressShop();
+  GivenOrganisation("Paint shop", 2);
+  GivenProject(2, "Q-9", "Paint shop");
+  Start();
+  OpenOrganisation("Paint shop");
+  hands->Click("clsdfrm");
+  hands->Choose("mnuDatamnfrm");
+  auto& menu = hands->Control<QMenu>("fle");
+  menu.popup(QPoint());
+  FormHands::Settle();
+  EXPECT_EQ(hands->TextOf("hstry"), "Paint shop");
+  menu.hide();
+  hands->Choose("hstry");
+  EXPECT_EQ(Front(), "mnfrm");
+  EXPECT_EQ(hands->TextOf("Orglbltxt"), " Paint shop");
+  EXPECT_EQ(hands->TextOf("ESI_No"), "Q-9");
+  EXPECT_EQ(Column(Register(), "SELECT OrgNameTMP FROM Orgtmp"), QStringList{"2"});
 }
 
 TEST_F(WorkbenchTest, TheOrganisationFormKeepsTheFrontUntilItGoes) {
@@ -307,6 +354,22 @@ TEST_F(WorkbenchTest, ADamagedRegisterEndsInTheNotice) {
   hands->Click("runsetp");
   FormHands::Settle();
   EXPECT_EQ(ended->count(), 1);
+}
+
+TEST_F(WorkbenchTest, ANoticeThatIsClosedByItsTitleBarLeavesTheFrame) {
+  Start();
+  QFile damaged(Register());
+  ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+  damaged.write("no database");
+  damaged.close();
+  desk.messages.ExpectTell(Icon::kCritical, kFilesMissing,
+                           "More files required run setup/Installed Files missing");
+  hands->Choose("mnuDatamnfrm");
+  ASSERT_EQ(Front(), "reqfrm");
+  EXPECT_EQ(Shown("reqfrm")->windowModality(), Qt::ApplicationModal);
+  hands->CloseBox(*Shown("reqfrm"));
+  EXPECT_EQ(Front(), "frmMain");
+  EXPECT_EQ(ended->count(), 0);
 }
 
 TEST_F(WorkbenchTest, DamagedListsEndInTheNoticeWithoutTheFrame) {
