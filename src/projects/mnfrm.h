@@ -115,6 +115,8 @@ class mnfrm : public SessionForm, public ProjectInHand {
   [[nodiscard]] bool RefuseDuplicate(const QString& number);
   void AddProject(const QString& number);
   void FillNewProject(const QString& number);
+  /// The number of the project in hand in place of the entry box.
+  void ShowNumber();
   void ProjectDescription_LostFocus();
   void FndESINo_Change();
   void delteZapNo_Click();

@@ -119,6 +119,8 @@ bool mnfrm::RefuseDuplicate(const QString& number) {
 }
 
 void mnfrm::AddProject(const QString& number) {
+  // With no organisation in work the rows are the template's, and every new study is a copy of it.
+  if (session().ActiveOrgName.isEmpty()) return ShowNumber();
   Recordset& projects = dtsorce1_.Recordset();
   const int old_count = projects.RecordCount();
   ui_->DB1->SetAllowUpdate(true);
@@ -128,6 +130,10 @@ void mnfrm::AddProject(const QString& number) {
   projects.Update();
   projects.Requery();
   projects.SetAbsolutePosition(old_count + 1);
+  ShowNumber();
+}
+
+void mnfrm::ShowNumber() {
   ui_->ESI_No_temp->setVisible(false);
   ui_->ESI_No->setVisible(true);
 }

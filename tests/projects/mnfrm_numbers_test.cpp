@@ -231,6 +231,20 @@ TEST_F(MnfrmNumbersTest, WithoutAStudyANewNumberGoesNowhere) {
   EXPECT_FALSE(QFile::exists(installation.Study(9)));
 }
 
+TEST_F(MnfrmNumbersTest, WithoutAnOrganisationANewNumberLeavesTheTemplateEmpty) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  form->LetGoOfStudy();
+  const QByteArray untouched = ReadFile(installation.Template());
+  TypeNewNumber("P9");
+  PressTab();
+  ExpectEntryIsDone();
+  EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
+  EXPECT_TRUE(RowsOf(installation.Template(), "Project_details").isEmpty());
+  CloseBox(*form);
+  EXPECT_EQ(ReadFile(installation.Template()), untouched) << "every new study is a copy of it";
+}
+
 TEST_F(MnfrmNumbersTest, AnOpenReportPreviewBarsANewNumber) {
   OpenOrganisation("ACME", 1);
   desk.windows.Open("RiskBookRpts");
