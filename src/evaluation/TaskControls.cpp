@@ -7,6 +7,7 @@
 #include <QPlainTextEdit>
 
 #include "evaluation/TaskFields.h"
+#include "formkit/Controls.h"
 #include "formkit/FieldBinding.h"
 #include "store/DataControl.h"
 #include "store/LookupList.h"
@@ -109,7 +110,7 @@ void TaskControls::ShowBeginnings() const {
     if (field == task_field::kDate || field == task_field::kActionDate) continue;
     auto* box = qobject_cast<QLineEdit*>(control);
     if (const auto* combo = qobject_cast<const QComboBox*>(control)) box = combo->lineEdit();
-    if (box != nullptr && !box->hasFocus()) box->home(false);
+    if (box != nullptr) ShowBeginning(box);
   }
 }
 

@@ -162,6 +162,10 @@ void ComboListBox::SetText(const QString& text) {
   combo_->setCurrentText(text);
 }
 
+void ShowBeginning(QLineEdit* box) {
+  if (!box->hasFocus()) box->home(false);
+}
+
 void SelectWhole(QLineEdit* box) {
   box->selectAll();
   if (QGuiApplication::mouseButtons() == Qt::NoButton) return;

@@ -58,6 +58,8 @@ class ComboListBox : public ListBox {
   QComboBox* combo_;
 };
 
+/// Shows a long text from its beginning, except where somebody is typing.
+void ShowBeginning(QLineEdit* box);
 /// Selects the whole text of a box that gets the focus. The press that brought it goes on to place
 /// the cursor, so what a handler of the focus selects is selected once more behind the press.
 void SelectWhole(QLineEdit* box);

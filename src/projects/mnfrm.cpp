@@ -1,5 +1,6 @@
 #include "projects/mnfrm.h"
 
+#include <QLineEdit>
 #include <QTimer>
 #include <algorithm>
 #include <limits>
@@ -73,6 +74,11 @@ void mnfrm::BindFields() {
 }
 
 void mnfrm::Connect() {
+  connect(&dtsorce1_, &DataControl::Shown, this, [this] {
+    for (QLineEdit* box : {ui_->ESI_No, ui_->PrjStgCbo->lineEdit(), ui_->preparedbyTxt}) {
+      ShowBeginning(box);
+    }
+  });
   OnGotFocus(ui_->DB1, &mnfrm::DB1_GotFocus);
   OnLostFocus(ui_->DB1, &mnfrm::DB1_LostFocus);
   On(ui_->DB1, &Grid::Click, &mnfrm::DB1_Click);

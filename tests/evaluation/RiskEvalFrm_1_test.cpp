@@ -344,6 +344,18 @@ TEST_F(RiskEvalFrm_1Test, TheRowsOfAFormThatCouldNotOpenThemFail) {
   installation.GivenStudy(kStudy);
 }
 
+TEST_F(RiskEvalFrm_1Test, ALongProjectNumberLeavesTheFieldsTheirPlace) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  const QRect short_number = Control<QWidget>("FuntnTaskMachry").geometry();
+  CloseForm();
+  project.number = QString(255, u'W');
+  GivenTask({{"Project_Number", project.number}});
+  OpenForm();
+  EXPECT_EQ(TextOf("ESINoLBLCp"), project.number);
+  EXPECT_EQ(Control<QWidget>("FuntnTaskMachry").geometry(), short_number);
+}
+
 TEST_F(RiskEvalFrm_1Test, ABoxWithoutATickIsSeenInADarkTheme) {
   GivenTasks({"Feed"});
   QPalette dark = OpenForm().palette();

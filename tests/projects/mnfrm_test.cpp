@@ -2,6 +2,7 @@
 
 #include "projects/mnfrm.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
@@ -136,6 +137,22 @@ TEST_F(MnfrmTest, AnOpenedOrganisationShowsItsProjectsFromTheFirstOn) {
   EXPECT_EQ(Control<DataControl>("dtsorce1").ConnectionString(),
             DataControl::ConnectionStringFor(installation.Study(1)));
   EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(MnfrmTest, LongTextsAreShownFromTheirBeginning) {
+  installation.GivenStudy(1);
+  const QString text = QString("Press line ").repeated(20);
+  for (const char* number : {"1 ", "2 "}) {
+    installation.GivenProject(1, number + text, "ACME",
+                              {{"Project_phase", text}, {"preparedBytxt", text}});
+  }
+  OpenOrganisation("ACME", 1);
+  for (const int row : {0, 1, 0}) {
+    ClickRow("DB1", row);
+    EXPECT_EQ(Control<QLineEdit>("ESI_No").cursorPosition(), 0);
+    EXPECT_EQ(Control<QComboBox>("PrjStgCbo").lineEdit()->cursorPosition(), 0);
+    EXPECT_EQ(Control<QLineEdit>("preparedbyTxt").cursorPosition(), 0);
+  }
 }
 
 TEST_F(MnfrmTest, AnOrganisationWithoutProjectsKeepsItsCommands) {
