@@ -29,7 +29,11 @@ TEST_F(OrgfrmTest, ShowsItsCaptionsTipsAndStartTexts) {
   EXPECT_EQ(Control<QWidget>("clsd").toolTip(), "Selected Organization");
   EXPECT_EQ(Control<QWidget>("addorncmd").toolTip(), "Add new Organization");
   EXPECT_EQ(Control<QWidget>("delte").toolTip(), "Delete Organization");
-  EXPECT_TRUE(TextOf("Label1").startsWith("IMP: To add new organization Textbox should display "));
+  EXPECT_EQ(TextOf("Label1"),
+            "IMP: To add new organization Textbox should display \"Select Organization\" (Do not "
+            "select any organization from the list box) then click [New Orgn]. after entering new "
+            "organization in the textbox press Tab key on the keyboard to change curser position "
+            "and then select Organization from list box and click [Open Orgn].");
   EXPECT_EQ(TagOf("addorncmd"), "0");
   EXPECT_TRUE(IsLocked());
 }

@@ -14,16 +14,30 @@ TEST(RecordSourcesTest, TheProjectsOfAnOrganisation) {
 }
 
 TEST(RecordSourcesTest, TheTasksOfAProjectAreFortyEightFieldsInTheirOrder) {
-  const QString sql = sources::RiskSql(QStringLiteral("P-1"));
-  EXPECT_TRUE(
-      sql.startsWith(QStringLiteral("SELECT Risk_records.Project_Number, Risk_records.dateOfRcd, "
-                                    "Risk_records.FuntnTaskMachry,")));
-  EXPECT_TRUE(sql.contains(QStringLiteral("Risk_records.RiskIndex, Risk_records.Chk_OptnSe,")));
-  EXPECT_TRUE(sql.contains(QStringLiteral(
-      "Risk_records.[5Chk_OptnSltdAftr], Risk_records.nunberauto, "
-      "Risk_records.PicBfrRcmdtn, Risk_records.PicAftrRcmdtn FROM Risk_records Where "
-      "(((Risk_records.Project_Number)='P-1')) ORDER BY Risk_records.nunberauto")));
-  EXPECT_EQ(sql.left(sql.indexOf(QStringLiteral(" FROM "))).count(u','), 47);
+  const QStringList before = {
+      "Project_Number", "dateOfRcd",      "FuntnTaskMachry", "HazrdLoctn",    "PhaseMachn",
+      "Primary_Hazard", "Hazard_type",    "RefNo",           "HzrdDscptnTXT", "ReccdtnTxt",
+      "ReccdtnTypTxt",  "preparedBytxt",  "RIARtxt",         "RskRdsdtnY_N",  "ActnByCbo",
+      "actnDt",         "ActntkenOptnY_N"};
+  const QStringList stage = {"SevertyCbo",   "ExposureCbo", "occurrenceCbo",
+                             "avoidanceCbo", "RiskIndex",   "Chk_OptnSe",
+                             "Chk_OptnEx",   "Chk_OptnOc",  "Chk_OptnAv"};
+  const QStringList scores = {"1Chk_OptnSltd", "2Chk_OptnSltd", "3Chk_OptnSltd", "4Chk_OptnSltd",
+                              "5Chk_OptnSltd"};
+  QStringList fields = before;
+  for (const QStringList& group : {stage, scores}) {
+    for (const char* of_stage : {"", "Aftr"}) {
+      for (const QString& name : group) {
+        fields += group == scores ? u'[' + name + of_stage + u']' : name + of_stage;
+      }
+    }
+  }
+  fields += QStringList{"nunberauto", "PicBfrRcmdtn", "PicAftrRcmdtn"};
+  ASSERT_EQ(fields.size(), 48);
+  EXPECT_EQ(sources::RiskSql(QStringLiteral("P-1")),
+            QStringLiteral("SELECT Risk_records.") + fields.join(", Risk_records.") +
+                " FROM Risk_records Where (((Risk_records.Project_Number)='P-1')) ORDER BY "
+                "Risk_records.nunberauto");
 }
 
 TEST(RecordSourcesTest, TheLinkedFilesOfAProject) {
