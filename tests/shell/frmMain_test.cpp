@@ -743,8 +743,8 @@ TEST_F(frmMainTest, MaximisedFrameStoresThePlaceThatItGoesBackTo) {
 
 TEST_F(frmMainTest, MinimisedFrameThatCameBackMaximisedStoresThePlaceThatItGoesBackTo) {
   OpenFrame();
-  const QPoint place = Main().pos();
-  const QSize size = Main().size();
+  const QPoint place(1000 / 15, 1000 / 15);
+  const QSize size(6500 / 15, 6500 / 15);
   // A window manager takes a moment to put its border around the frame.
   ASSERT_TRUE(WaitUntil([&] {
     return Main().pos() == place && Main().frameGeometry().top() < Main().geometry().top();
