@@ -78,11 +78,12 @@ void RiskEvalFrm_1::NewTaskDefaults() {
 void RiskEvalFrm_1::SettleNewTask() {
   EnableCombos(true);
   {
-    // Told once, where the cursor ends: on the new task, which has the highest number.
+    // Told once, where the cursor ends: on the new task, which has the highest number but for those
+    // that others have added since. Standing on theirs, a person would write into it.
     const Recordset::Walk walk(Tasks());
     Tasks().Update();
     Tasks().Requery();
-    Tasks().SetAbsolutePosition(Tasks().RecordCount());
+    Tasks().SetAbsolutePosition(Tasks().AddedPosition());
   }
   ShowPosition();
   FocusLater(ui_->FuntnTaskMachry, [this] { ui_->FuntnTaskMachry->selectAll(); });

@@ -122,14 +122,13 @@ void mnfrm::AddProject(const QString& number) {
   // With no organisation in work the rows are the template's, and every new study is a copy of it.
   if (session().ActiveOrgName.isEmpty()) return ShowNumber();
   Recordset& projects = dtsorce1_.Recordset();
-  const int old_count = projects.RecordCount();
   ui_->DB1->SetAllowUpdate(true);
   projects.AddNew();
   const Recordset::Attempt attempt(projects);
   FillNewProject(number);
   projects.Update();
   projects.Requery();
-  projects.SetAbsolutePosition(old_count + 1);
+  projects.SetAbsolutePosition(projects.AddedPosition());
   ShowNumber();
 }
 

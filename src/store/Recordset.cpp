@@ -172,6 +172,12 @@ int Recordset::AbsolutePosition() const {
   return index_ + 1;
 }
 
+int Recordset::AddedPosition() const {
+  if (!added_key_) return RecordCount();
+  const auto found = std::find(keys_.rbegin(), keys_.rend(), *added_key_);
+  return found == keys_.rend() ? RecordCount() : static_cast<int>(keys_.rend() - found);
+}
+
 void Recordset::SetAbsolutePosition(int position) {
   CommitPending();
   if (keys_.empty()) throw NoCurrentRow();
@@ -352,6 +358,7 @@ void Recordset::Insert() {
   const qint64 key = insert.Integer(0);
   insert.Step();
   keys_.push_back(key);
+  added_key_ = key;
   ForgetRows();
   pending_.clear();
   adding_ = false;

@@ -54,6 +54,9 @@ class Recordset : public QObject {
   [[nodiscard]] int RecordCount() const;
   /// From 1; kPositionUnknown on an empty set, on a deleted row and while a row is being added.
   [[nodiscard]] int AbsolutePosition() const;
+  /// From 1, of the row that was added last through these rows: the last one, unless somebody else
+  /// has added another behind it since. RecordCount when there is none.
+  [[nodiscard]] int AddedPosition() const;
   /// Goes to the row at `position`, 1 to RecordCount, or to kPositionBeforeFirst or
   /// kPositionPastLast. Fails with kInvalidPosition, and with kNoCurrentRow on an empty set.
   void SetAbsolutePosition(int position);
@@ -195,6 +198,7 @@ class Recordset : public QObject {
   int index_ = -1;  ///< of the current row in keys_; -1 before the first, size past the last
   bool on_deleted_row_ = false;
   bool adding_ = false;
+  std::optional<qint64> added_key_;
   QHash<int, QVariant> pending_;
   Row before_edit_;  ///< the current row as it was read when its pending edit began
 

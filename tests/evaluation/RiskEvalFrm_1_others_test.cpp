@@ -139,6 +139,36 @@ TEST_F(RiskEvalFrm_1OthersTest, TasksOfOthersAreSeenAfterTheNextAddition) {
   EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean", "Theirs", "None."}));
 }
 
+/// Right behind each new task of ours stands one of somebody else's.
+class RiskEvalFrm_1RaceTest : public EvaluationTest {
+ protected:
+  void SetUp() override {
+    EvaluationTest::SetUp();
+    GivenTasks({"Feed"});
+    OpenForm();
+    QObject::connect(&Control<DataControl>("dtsorce2"), &DataControl::RowInserted, form_, [this] {
+      GivenTask({{"ActnByCbo", "Them"}});
+    });
+  }
+};
+
+TEST_F(RiskEvalFrm_1RaceTest, ANewTaskIsInHandThoughSomebodyElseAddedOneInTheSameMoment) {
+  Click("addNewRcd");
+  EXPECT_EQ(Position(), " Recorded task 2 of 3 ");
+  Type("Mine");
+  CloseForm();
+  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Mine", "None."}));
+  EXPECT_EQ(Stored("ActnByCbo"), (QStringList{"None.", "None.", "Them"}));
+}
+
+TEST_F(RiskEvalFrm_1RaceTest, ACopyIsInHandThoughSomebodyElseAddedATaskInTheSameMoment) {
+  Click("CpyTaskCmd");
+  EXPECT_EQ(Position(), " Recorded task 2 of 3 ");
+  Type("Mine");
+  CloseForm();
+  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Mine", "None."}));
+}
+
 TEST_F(RiskEvalFrm_1OthersTest, TwoFormsOnOneStudyAddWithoutLosingATask) {
   OtherProcess other(Study());
   for (int i = 0; i < 5; ++i) {

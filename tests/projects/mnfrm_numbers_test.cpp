@@ -294,6 +294,18 @@ TEST_F(MnfrmNumbersTest, ANumberThatAnotherUserHasGivenMeanwhileIsKnown) {
   ExpectEntryIsDone();
 }
 
+TEST_F(MnfrmNumbersTest, ANewProjectIsInHandThoughSomebodyElseAddedOneInTheSameMoment) {
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  QObject::connect(&Control<DataControl>("dtsorce1"), &DataControl::RowInserted, form,
+                   [this] { GivenProjects({"Theirs"}); });
+  TypeNewNumber("Mine");
+  PressTab();
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "Mine", "Theirs"}));
+  EXPECT_EQ(TextOf("ESI_No"), "Mine");
+  ExpectEntryIsDone();
+}
+
 TEST_F(MnfrmNumbersTest, ProjectsThatAnotherUserDeletedDoNotDisturbANewOne) {
   GivenProjects({"P1", "P2", "P3"});
   OpenOrganisation("ACME", 1);

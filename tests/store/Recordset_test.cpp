@@ -239,6 +239,27 @@ TEST_F(RecordsetTest, ANewRowTakesDefaultsForWhatWasNotSetAndIsCurrentAndLast) {
   EXPECT_EQ(Titles(), (QStringList{"T1", "T2", "untitled"}));
 }
 
+TEST_F(RecordsetTest, TheAddedRowIsFoundAgainBehindWhatOthersAddedAndDeleted) {
+  GivenTasks(2);
+  const auto rows = Tasks();
+  EXPECT_EQ(rows->AddedPosition(), 2) << "the last one, as long as none was added";
+  rows->AddNew();
+  rows->Set(0, QStringLiteral("P"));
+  rows->Set(kTitle, QStringLiteral("mine"));
+  rows->Update();
+  EXPECT_EQ(rows->AddedPosition(), 3);
+  Exec(Path("study.mdb"),
+       "INSERT INTO Risk_records(Project_Number,Title) VALUES('P','theirs');"
+       "DELETE FROM Risk_records WHERE Title='T1'");
+  rows->Requery();
+  rows->SetAbsolutePosition(rows->AddedPosition());
+  EXPECT_EQ(rows->Text(kTitle), "mine");
+  EXPECT_EQ(rows->AbsolutePosition(), 2);
+  Exec(Path("study.mdb"), "DELETE FROM Risk_records WHERE Title='mine'");
+  rows->Requery();
+  EXPECT_EQ(rows->AddedPosition(), rows->RecordCount()) << "somebody else has deleted it";
+}
+
 TEST_F(RecordsetTest, AnEmptyNewRowIsARowOfDefaults) {
   const auto rows = Tasks();
   rows->AddNew();
