@@ -10,6 +10,8 @@ set(CMAKE_AUTOUIC ON)
 
 option(KESTRIX_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 
+option(KESTRIX_PRECOMPILE "Compile the toolkit's headers once for many files" OFF)
+
 find_program(KESTRIX_CCACHE ccache)
 if(KESTRIX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${KESTRIX_CCACHE}")
@@ -32,22 +34,53 @@ if(KESTRIX_SANITIZE)
   endif()
 endif()
 
-# kestrix_library(<folder> SOURCES <files> LINK <what it may include>)
+# kestrix_headers(<name> HEADERS <headers> LINK <libraries>): headers that are compiled once, for all
+# that takes them by kestrix_take_headers. A taker links the same libraries, and may link more. Each
+# file still includes what it uses: the release preset builds without this, and finds what is missing.
+function(kestrix_headers name)
+  cmake_parse_arguments(ARG "" "" "HEADERS;LINK" ${ARGN})
+  if(NOT KESTRIX_PRECOMPILE)
+    return()
+  endif()
+  set(source "${PROJECT_BINARY_DIR}/${name}.cpp")
+  file(GENERATE OUTPUT "${source}" CONTENT "int main() { return 0; }\n")
+  add_executable(${name} EXCLUDE_FROM_ALL "${source}")
+  set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTOUIC OFF)
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} kestrix_options)
+  target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
+endfunction()
+
+function(kestrix_take_headers target name)
+  if(TARGET ${name})
+    target_precompile_headers(${target} REUSE_FROM ${name})
+  endif()
+endfunction()
+
+kestrix_headers(kestrix_toolkit_headers
+  HEADERS <QtWidgets>
+  LINK Qt6::Widgets)
+
+# kestrix_library(<folder> [FORMS] SOURCES <files> LINK <what it may include>); FORMS: it has widgets.
 function(kestrix_library name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "FORMS" "" "SOURCES;LINK" ${ARGN})
   add_library(kestrix_${name} STATIC ${ARG_SOURCES})
   target_include_directories(kestrix_${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
   target_link_libraries(kestrix_${name} PUBLIC ${ARG_LINK} PRIVATE kestrix_options)
+  if(ARG_FORMS)
+    kestrix_take_headers(kestrix_${name} kestrix_toolkit_headers)
+  endif()
 endfunction()
 
-# kestrix_tests(<folder> SOURCES <files> LINK <libraries>): one test program a folder. Each test is
-# one CTest entry and runs offscreen unless it opens a display of its own.
+# kestrix_tests(<folder> [BARE] SOURCES <files> LINK <libraries>): one test program a folder. Each test
+# is one CTest entry and runs offscreen unless it opens a display of its own. BARE: without the toolkit.
 function(kestrix_tests name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "BARE" "" "SOURCES;LINK" ${ARGN})
   add_executable(kestrix_tests_${name} ${ARG_SOURCES})
   target_include_directories(kestrix_tests_${name} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   target_link_libraries(kestrix_tests_${name} PRIVATE ${ARG_LINK} kestrix_options GTest::gmock)
-  target_precompile_headers(kestrix_tests_${name} PRIVATE <gtest/gtest.h> <gmock/gmock.h> <QtCore>)
+  if(NOT ARG_BARE)
+    kestrix_take_headers(kestrix_tests_${name} kestrix_test_headers)
+  endif()
   gtest_discover_tests(kestrix_tests_${name}
     DISCOVERY_MODE PRE_TEST
     PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <QString>
+#include <QStringList>
 #include <map>
 #include <tuple>
 
