@@ -65,7 +65,8 @@ void frmMain::ShowChild(frmDocument& child) {
                      PlaceWithin(room.height(), extent.height(), further));
   window->resize(extent.boundedTo(room - QSize(place.x(), place.y())));
   window->show();
-  window->move(place);
+  // Behind a maximised child it comes up maximised too, and fills the frame.
+  if (!window->isMaximized()) window->move(place);
 }
 
 frmDocument* frmMain::ActiveChild() const {

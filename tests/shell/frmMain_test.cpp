@@ -855,6 +855,17 @@ TEST_F(frmMainTest, NewChildrenOfAFrameThatIsTooSmallForThemDoNotCoverEachOtherE
   }
 }
 
+TEST_F(frmMainTest, NewChildrenBehindAMaximisedOneFillTheFrameToo) {
+  OpenFrame();
+  Windows()[0]->showMaximized();
+  Settle();
+  for (int i = 0; i < 2; ++i) PressKey(Qt::Key_N, Qt::ControlModifier);
+  ASSERT_EQ(Windows().size(), 3);
+  EXPECT_TRUE(Windows()[2]->isMaximized());
+  EXPECT_TRUE(Windows()[2]->geometry().contains(Area().viewport()->rect()));
+  EXPECT_EQ(Area().viewport()->size(), Area().maximumViewportSize()) << "there are scroll bars";
+}
+
 TEST_F(frmMainTest, HorizontalTilesLieOneAboveTheOther) {
   OpenFrame();
   Trigger("mnuWindowNewWindow");
