@@ -97,6 +97,37 @@ TEST_P(RiskEvalFrm_1DateTest, ADayFirstDateIsWrittenInFull) {
   EXPECT_EQ(Held(), "01/02/2014");
 }
 
+TEST_P(RiskEvalFrm_1DateTest, ADateWithTheNameOfItsMonthStaysWholeUntilItsBoxIsLeft) {
+  const QString date = "15 September 2014";
+  CloseForm();
+  GivenTask({{"FuntnTaskMachry", "Clean"}, {GetParam().field, date}});
+  OpenForm();
+  for (const int row : {1, 0, 1}) ClickRow("DB1", row);
+  EXPECT_EQ(TextOf(Box()), date);
+  CloseForm();
+  EXPECT_EQ(Stored(GetParam().field).last(), date) << "looking at a task changes nothing";
+  OpenForm();
+  Focus(Box());
+  PressTab();
+  EXPECT_EQ(TextOf(Box()), "15/09/2014");
+  CloseForm();
+  EXPECT_EQ(Stored(GetParam().field).last(), "15/09/2014");
+}
+
+TEST_P(RiskEvalFrm_1DateTest, AFigureTooManyMakesItNoDate) {
+  Focus(Box());
+  Edit().setText("15/02/2013");
+  PressKey(Qt::Key_End);
+  Type("4");
+  EXPECT_EQ(TextOf(Box()), "15/02/20134");
+  EXPECT_EQ(Edit().cursorPosition(), 10) << "behind the tenth place";
+  ExpectTell("Enter data. (dd/mm/yyyy)");
+  PressTab();
+  EXPECT_EQ(FocusName(), Box());
+  EXPECT_EQ(TextOf(Box()), "15/02/20134");
+  SetText(Box(), "15022013");
+}
+
 TEST_P(RiskEvalFrm_1DateTest, ADayThatTheCalendarLacksHoldsTheFocus) {
   Focus(Box());
   Edit().setText("31/02/2013");
