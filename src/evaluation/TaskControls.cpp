@@ -25,6 +25,12 @@ QString TextOf(const QWidget* control) {
   return static_cast<const QPlainTextEdit*>(control)->toPlainText();
 }
 
+/// Whether `control` shows `text` as well as it can.
+bool Shows(const QWidget* control, const QString& text) {
+  const bool has_lines = qobject_cast<const QPlainTextEdit*>(control) != nullptr;
+  return TextOf(control) == (has_lines ? PlainTextOf(text) : text);
+}
+
 void SetText(QWidget* control, const QString& text) {
   if (auto* label = qobject_cast<QLabel*>(control)) return label->setText(text);
   if (auto* box = qobject_cast<QLineEdit*>(control)) return box->setText(text);
@@ -83,7 +89,7 @@ void TaskControls::Save(Recordset& rows) const {
   for (const auto& [field, name, control] : controls_) {
     if (const auto* box = qobject_cast<const QCheckBox*>(control)) {
       rows.Set(field, box->isChecked());
-    } else {
+    } else if (!Shows(control, rows.Text(field))) {
       rows.Set(field, TextOf(control));
     }
   }

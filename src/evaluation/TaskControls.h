@@ -24,7 +24,8 @@ class TaskControls {
   void Bind(DataControl& source) const;
   /// The fields of the current row into the controls. Fails as Recordset::Text does.
   void Show(Recordset& rows) const;
-  /// The controls into the fields of the current row, as they stand. Ends at the first field that
+  /// The controls into the fields of the current row, as they stand; a field that is shown already
+  /// keeps the line ends that another program gave it. Ends at the first field that
   /// the row refuses, with its failure; those before it stay written.
   void Save(Recordset& rows) const;
   /// What a task holds before anything was entered: `today` in both dates, "0" as the reference

@@ -162,6 +162,15 @@ void ComboListBox::SetText(const QString& text) {
   combo_->setCurrentText(text);
 }
 
+QString PlainTextOf(QString text) {
+  text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+  for (QChar& at : text) {
+    if (at == u'\r' || at == QChar::ParagraphSeparator || at == QChar::LineSeparator) at = u'\n';
+    if (at == QChar::Nbsp) at = u' ';
+  }
+  return text;
+}
+
 void ShowBeginning(QLineEdit* box) {
   if (!box->hasFocus()) box->home(false);
 }

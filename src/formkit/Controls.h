@@ -58,6 +58,8 @@ class ComboListBox : public ListBox {
   QComboBox* combo_;
 };
 
+/// What a box of several lines gives back of `text`: it knows one kind of line end.
+[[nodiscard]] QString PlainTextOf(QString text);
 /// Shows a long text from its beginning, except where somebody is typing.
 void ShowBeginning(QLineEdit* box);
 /// Selects the whole text of a box that gets the focus. The press that brought it goes on to place

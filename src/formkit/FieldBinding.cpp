@@ -7,6 +7,7 @@
 #include <QPlainTextEdit>
 #include <QSignalBlocker>
 
+#include "formkit/Controls.h"
 #include "platform/Failure.h"
 #include "store/DataControl.h"
 
@@ -15,16 +16,6 @@ namespace {
 
 QString Cut(const QString& text, const QLineEdit* box) {
   return box ? text.left(box->maxLength()) : text;
-}
-
-/// What a box of several lines gives back of `text`, which knows one kind of line end.
-QString PlainText(QString text) {
-  text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-  for (QChar& at : text) {
-    if (at == u'\r' || at == QChar::ParagraphSeparator || at == QChar::LineSeparator) at = u'\n';
-    if (at == QChar::Nbsp) at = u' ';
-  }
-  return text;
 }
 
 }  // namespace
@@ -41,7 +32,7 @@ FieldBinding::FieldBinding(DataControl& source, const QString& field, QPlainText
     : FieldBinding(source, field, control,
                    {[control](const QVariant& value) { control->setPlainText(value.toString()); },
                     [control] { return control->toPlainText(); },
-                    [](const QVariant& value) { return PlainText(value.toString()); }}) {
+                    [](const QVariant& value) { return PlainTextOf(value.toString()); }}) {
   connect(control, &QPlainTextEdit::textChanged, this, &FieldBinding::Take);
 }
 

@@ -178,6 +178,23 @@ TEST_F(RiskEvalFrm_1TasksTest, BrowsingChangesNoTask) {
   EXPECT_EQ(AllTasks(), before);
 }
 
+TEST_F(RiskEvalFrm_1TasksTest, BrowsingKeepsTheLineEndsOfAnotherProgram) {
+  const QString text = QString("one\r\ntwo") + QChar(QChar::Nbsp) + "three";
+  GivenTask({{"FuntnTaskMachry", "Feed"}, {"HzrdDscptnTXT", text}, {"ReccdtnTxt", text}});
+  GivenTasks({"Clean"});
+  const auto before = AllTasks();
+  OpenForm();
+  EXPECT_EQ(TextOf("HzrdDscptnTXT"), "one\ntwo three");
+  for (const int row : {1, 0, 1, 0}) ClickRow("DB1", row);
+  CloseForm();
+  EXPECT_EQ(AllTasks(), before);
+  OpenForm();
+  AppendTo("HzrdDscptnTXT", "!");
+  CloseForm();
+  EXPECT_EQ(Stored("HzrdDscptnTXT").first(), "one\ntwo three!");
+  EXPECT_EQ(Stored("ReccdtnTxt").first(), text);
+}
+
 TEST_F(RiskEvalFrm_1TasksTest, SavingLeavesTheEstimationAndThePicturesAlone) {
   GivenTask({{"FuntnTaskMachry", "Feed"},
              {"RiskIndex", 4},
