@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/PasteGuard.h"
 #include "platform/QtClipboard.h"
 #include "platform/QtClock.h"
 #include "platform/QtEnvironment.h"
@@ -35,6 +36,7 @@ class QtPlatform {
   QtClipboard clipboard_;
   QtClock clock_;
   QtEnvironment environment_;
+  PasteGuard paste_guard_;
   Platform platform_;
 };
 
