@@ -15,6 +15,10 @@ bool IsDialog(QObject* object) {
   return widget && widget->isWindow() && widget->isModal() && !qobject_cast<const Form*>(widget);
 }
 
+bool CanTakeFront(const Form& form) {
+  return form.isVisible() && !form.isMinimized() && !form.IsUnloading();
+}
+
 }  // namespace
 
 ActiveForms::ActiveForms(FocusEvents& focus, QObject* parent) : QObject(parent), focus_(focus) {
@@ -34,8 +38,14 @@ void ActiveForms::Enter(Form* form) {
   if (!order_.contains(form)) order_.append(form);
 }
 
+void ActiveForms::PutFirst(Form* form) {
+  order_.removeAll(form);
+  order_.prepend(form);
+}
+
 void ActiveForms::Appear(Form* form) {
   if (form != active_) coming_ = form;
+  PutFirst(form);
   form->raise();
   form->activateWindow();
   // A window that was hidden for a moment only never lost the keys, for the desktop.
@@ -50,6 +60,7 @@ void ActiveForms::Disappear(Form* form) {
   if (coming_ == form) coming_ = nullptr;
   if (active_ != form) return;
   active_ = nullptr;
+  heir_ = Next();
   // A form that hides itself usually shows another one in the same breath, which needs no help.
   BringForwardLater();
 }
@@ -66,11 +77,14 @@ void ActiveForms::BringForwardLater() {
 }
 
 void ActiveForms::BringForward() {
+  const QPointer<Form> heir = std::exchange(heir_, nullptr);
   if (coming_ && coming_->isVisible()) return;
   if (!active_) {
     if (Form* next = Next()) Appear(next);
     return;
   }
+  // A window manager has its own idea of who is next, and may have been faster.
+  if (heir && heir != active_ && CanTakeFront(*heir)) return Appear(heir);
   // A dialog that closes leaves no window active where there is no window manager.
   const QWidget* now = QApplication::activeWindow();
   if ((!now || !now->isVisible()) && active_->isVisible()) Appear(active_);
@@ -79,7 +93,7 @@ void ActiveForms::BringForward() {
 Form* ActiveForms::Next() const {
   if (QWidget* modal = QApplication::activeModalWidget()) return qobject_cast<Form*>(modal);
   for (const QPointer<Form>& form : order_)
-    if (form && form->isVisible() && !form->isMinimized() && !form->IsUnloading()) return form;
+    if (form && CanTakeFront(*form)) return form;
   return nullptr;
 }
 
@@ -97,9 +111,9 @@ void ActiveForms::TakeOver(Form* form) {
   if (form == active_ || form->IsUnloading()) return;
   const QPointer<Form> taking = form;
   active_ = form;
+  if (coming_ == form) heir_ = nullptr;
   coming_ = nullptr;
-  order_.removeAll(form);
-  order_.prepend(form);
+  PutFirst(form);
   // Each step runs handlers, and they may bring yet another form to the front: then that one took
   // over, and here is nothing left to tell.
   const auto superseded = [&] { return !taking || active_ != taking; };

@@ -14,10 +14,10 @@ class Form;
 /// The control that has the focus is told that it loses it, then its form that it lost, then the
 /// other form that it is active.
 ///
-/// When the active form is hidden or unloaded, the visible form that was active last before it, and
-/// that no modal form bars, is brought to the front, behind the event in hand and unless another
-/// form took the front by then. A form that is hidden or unloaded isn't told that it lost: it
-/// knows.
+/// When the active form is hidden or unloaded, the visible form that was in front last before it,
+/// or asked to be, and that no modal form bars, is brought to the front, behind the event in hand
+/// and unless another form asked for the front and got it by then. A form that is hidden or
+/// unloaded isn't told that it lost: it knows.
 class ActiveForms : public QObject {
   Q_OBJECT
 
@@ -40,6 +40,7 @@ class ActiveForms : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  void PutFirst(Form* form);
   void TakeOver(Form* form);
   void BringForwardLater();
   void BringForward();
@@ -48,9 +49,10 @@ class ActiveForms : public QObject {
   FocusEvents& focus_;
   QPointer<Form> frame_;
   QPointer<Form> active_;
-  QPointer<Form> coming_;        ///< a form that asked for the front and hasn't got it yet
-  QPointer<Form> told_;          ///< the form that was told last that it is active
-  QList<QPointer<Form>> order_;  ///< the visible forms, the last active one first
+  QPointer<Form> coming_;  ///< a form that asked for the front and hasn't got it yet
+  QPointer<Form> heir_;    ///< who gets the front of the form that went, unless one asks for it
+  QPointer<Form> told_;    ///< the form that was told last that it is active
+  QList<QPointer<Form>> order_;  ///< the visible forms, first who was or asked to be in front last
   int given_away_ = 0;           ///< how often the front was given to another program
 };
 

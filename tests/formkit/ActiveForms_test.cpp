@@ -123,6 +123,23 @@ TEST_F(ActiveFormsTest, HidingBringsBackTheFormThatWasActiveLast) {
   EXPECT_EQ(log, Log({"b_box lost", "a active", "a_box got"}));
 }
 
+TEST_F(ActiveFormsTest, FormThatWasActiveLastComesThoughTheWindowManagerGaveTheFrontToAnother) {
+  Show(*b);
+  b->HideForm();
+  QApplication::setActiveWindow(frame);
+  ASSERT_EQ(active(), frame);
+  EXPECT_TRUE(ComesForward(*a));
+}
+
+TEST_F(ActiveFormsTest, FormThatAsksForTheFrontOfOneThatWentKeepsIt) {
+  Show(*b);
+  b->HideForm();
+  frame->ShowForm();
+  ASSERT_TRUE(ComesForward(*frame));
+  Settle();
+  EXPECT_EQ(active(), frame);
+}
+
 TEST_F(ActiveFormsTest, UnloadingBringsBackTheFormThatWasActiveLast) {
   Show(*b);
   log.clear();

@@ -319,6 +319,20 @@ TEST_P(ManagedTest, AMinimisedFrameComesBackMaximised) {
   }));
 }
 
+TEST_P(ManagedTest, TheBackupFormComesUpOverTheOrganisationFormAndGivesTheFrontBack) {
+  const auto person = Sit();
+  ASSERT_TRUE(person->Start());
+  ASSERT_NO_FATAL_FAILURE(OpenOrganisations(*person));
+  // The organisation form holds the front, and the frame's menu is still at hand.
+  person->ClickAt(Place(person->Control("mnuFile")).center());
+  ASSERT_TRUE(person->Click("BkupRstorHzp"));
+  ASSERT_TRUE(person->Click("Bkup"));
+  ASSERT_TRUE(person->SeesActive("BkUpfrm"));
+  EXPECT_FALSE(person->Window("Orgfrm").isEmpty());
+  ASSERT_TRUE(person->Click("clsed"));
+  ASSERT_TRUE(person->SeesActive("Orgfrm"));
+}
+
 INSTANTIATE_TEST_SUITE_P(Displays, OutsideTest,
                          ::testing::Values(XServer::Manager::kNone, XServer::Manager::kOpenbox),
                          OutsideTest::NameOf);
