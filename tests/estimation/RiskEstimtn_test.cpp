@@ -105,9 +105,9 @@ TEST_F(RiskEstimtnTest, TabLeadsThroughTheWholeFormAndBack) {
 
 TEST_F(RiskEstimtnTest, EverythingFitsASmallScreenWithoutScrolling) {
   OpenWithLongestStatements();
-  form_->resize(1024, 700);
+  form_->resize(1012, 700);
   Settle();
-  EXPECT_EQ(form_->size(), QSize(1024, 700));
+  EXPECT_EQ(form_->size(), QSize(1012, 700));
   for (const QString& box : kBoxes) {
     Focus(box);
     const auto areas = form_->findChildren<QScrollArea*>();

@@ -344,6 +344,21 @@ TEST_F(RiskEvalFrm_1Test, TheRowsOfAFormThatCouldNotOpenThemFail) {
   installation.GivenStudy(kStudy);
 }
 
+TEST_F(RiskEvalFrm_1Test, FitsASmallScreenWithAFrameAroundItWhateverItsSummarySays) {
+  GivenTask({{"FuntnTaskMachry", "Feed"},
+             {"RiskIndex", 3},
+             {"RiskIndexAftr", 3},
+             {"1Chk_OptnSltd", 1},
+             {"2Chk_OptnSltd", 13},
+             {"1Chk_OptnSltdAftr", 1},
+             {"2Chk_OptnSltdAftr", 13}});
+  OpenForm();
+  ASSERT_EQ(TextOf("ClassScorLBL"), "13 (Medium Risk)");
+  EXPECT_LE(form_->width(), 1024 - 8);
+  EXPECT_LE(form_->height(), 768 - 40);
+  EXPECT_LE(Control<QWidget>("Page").minimumSizeHint().width(), form_->width());
+}
+
 TEST_F(RiskEvalFrm_1Test, ALongProjectNumberLeavesTheFieldsTheirPlace) {
   GivenTasks({"Feed"});
   OpenForm();
