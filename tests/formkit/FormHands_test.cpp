@@ -1,5 +1,7 @@
 #include "support/FormHands.h"
 
+#include <gmock/gmock.h>
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
