@@ -56,7 +56,7 @@ class OnXTest : public ::testing::Test {
       ASSERT_TRUE(tests.waitForFinished(kLongest));
       printed = tests.readAll().toStdString();
       ASSERT_EQ(tests.exitStatus(), QProcess::NormalExit) << printed;
-      const bool ran = printed.find("[  PASSED  ]") != std::string::npos;
+      const bool ran = printed.find("[       OK ]") != std::string::npos;
       if (tests.exitCode() == 0 && ran) return;
     }
     ADD_FAILURE() << printed;

@@ -4,6 +4,7 @@
 #include <QSize>
 #include <QString>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace kestrix {
@@ -49,6 +50,10 @@ class XServer {
   std::unique_ptr<QProcess> manager_;
   std::vector<std::unique_ptr<QProcess>> programs_;
 };
+
+/// Runs these tests of this very program once more, in a child that shows its windows on the
+/// display that DISPLAY names. Empty when at least one ran and none failed, else what was printed.
+[[nodiscard]] std::string RunOnDisplay(const QString& filter);
 
 /// Looks at the display that DISPLAY names as a test needs it, apart from what is tested.
 namespace xlook {
