@@ -6,10 +6,10 @@
 #include <limits>
 
 #include "formkit/Controls.h"
+#include "formkit/DrawnIcon.h"
 #include "formkit/FieldBinding.h"
 #include "formkit/TextLimit.h"
 #include "platform/FileSystem.h"
-#include "projects/HomeIcon.h"
 #include "shell/Frame.h"
 #include "store/DataControl.h"
 #include "store/RecordSources.h"
@@ -37,7 +37,7 @@ mnfrm::mnfrm(Context& context)
   ui_->setupUi(this);
   Timer2_.setObjectName(QStringLiteral("Timer2"));
   Timer2_.setInterval(kTimerInterval);
-  if (ui_->homepage->icon().isNull()) ui_->homepage->setIcon(HomeIcon());
+  ui_->homepage->setIcon(DrawnIcon(Drawing::kHouse));
   SetBackColour(ui_->Orglbltxt, colour::kPaleYellow);
   ui_->HlpHzp->setForegroundRole(LinkRole(ui_->HlpHzp));
   Dress();

@@ -7,7 +7,6 @@
 #include <QLocale>
 #include <QMdiArea>
 #include <QShortcut>
-#include <QStyle>
 #include <QToolButton>
 #include <algorithm>
 #include <array>
@@ -15,6 +14,7 @@
 #include <limits>
 
 #include "formkit/Controls.h"
+#include "formkit/DrawnIcon.h"
 #include "platform/FileSystem.h"
 #include "platform/Measures.h"
 #include "shell/Companions.h"
@@ -46,13 +46,13 @@ constexpr std::array kPlaceholders = {
 struct ToolButton {
   Entry action;
   const char* key;
-  QStyle::StandardPixmap icon;
+  Drawing picture;
 };
 constexpr std::array<ToolButton, 4> kToolButtons{{
-    {&Ui_frmMain::tbOpen, "Open", QStyle::SP_DialogOpenButton},
-    {&Ui_frmMain::tbSave, "Save", QStyle::SP_DialogSaveButton},
-    {&Ui_frmMain::tbNew, "New", QStyle::SP_FileIcon},
-    {&Ui_frmMain::tbFreeform, "Freeform", QStyle::SP_FileDialogContentsView},
+    {&Ui_frmMain::tbOpen, "Open", Drawing::kFolder},
+    {&Ui_frmMain::tbSave, "Save", Drawing::kDisk},
+    {&Ui_frmMain::tbNew, "New", Drawing::kPage},
+    {&Ui_frmMain::tbFreeform, "Freeform", Drawing::kPencil},
 }};
 
 /// No desktop places or sizes a window beyond 16 bits.
@@ -88,7 +88,7 @@ void frmMain::SettleMenu() {
 void frmMain::SettleToolBar() {
   for (const ToolButton& button : kToolButtons) {
     QAction* action = ui_.get()->*button.action;
-    action->setIcon(style()->standardIcon(button.icon));
+    action->setIcon(DrawnIcon(button.picture));
     ui_->tbToolBar->widgetForAction(action)->setObjectName(QString::fromLatin1(button.key));
   }
 }

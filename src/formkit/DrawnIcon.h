@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QIcon>
+
+namespace kestrix {
+
+/// What a command's picture shows.
+enum class Drawing { kFolder, kDisk, kPage, kPencil, kHouse };
+
+/// A picture of lines in the colour of the buttons' texts, so that it is seen on light and on dark
+/// desktops, and sharp at any scale. It never looks for a file nor for the desktop's icon theme,
+/// which takes longer than all else at the start, and looks the same on all desktops.
+[[nodiscard]] QIcon DrawnIcon(Drawing drawing);
+
+}  // namespace kestrix
