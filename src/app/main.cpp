@@ -2,6 +2,7 @@
 #include <QIcon>
 
 #include "app/Workbench.h"
+#include "platform/FontsAhead.h"
 #include "platform/QtPlatform.h"
 
 namespace {
@@ -29,6 +30,7 @@ class Application : public QApplication {
 }  // namespace
 
 int main(int argc, char** argv) {
+  kestrix::FontsAhead fonts;
   QApplication::setQuitOnLastWindowClosed(false);
   Application application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("KestrixStudy"));
@@ -38,6 +40,7 @@ int main(int argc, char** argv) {
   QApplication::setWindowIcon(
       QIcon(QApplication::applicationDirPath() + QStringLiteral("/kestrix.png")));
 
+  fonts.Wait();
   kestrix::QtPlatform desktop;
   application.messages = &desktop.platform().messages;
   kestrix::Workbench workbench(desktop.platform());
