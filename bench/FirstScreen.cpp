@@ -1,7 +1,7 @@
 // Loaded before a program of Qt, it lets the program come to its first event loop, waits until its
 // window is on the display and everything that is queued there is done (the window is laid out and
-// painted), tells the moment and the peak of the memory, and ends the program. So the shipped program
-// file itself is measured.
+// painted), tells the moment and the peak of the memory, and ends the program. So the shipped
+// program file itself is measured.
 #include <unistd.h>
 #include <QAbstractEventDispatcher>
 #include <QApplication>
