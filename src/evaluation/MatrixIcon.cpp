@@ -1,17 +1,16 @@
 #include "evaluation/MatrixIcon.h"
 
-#include <QIconEngine>
 #include <QPainter>
-#include <QPixmap>
 
 #include "estimation/model/RiskMatrix.h"
+#include "formkit/PaintedIcon.h"
 
 namespace kestrix {
 namespace {
 
 constexpr qreal kGap = 1;
 
-class MatrixPicture : public QIconEngine {
+class MatrixPicture : public PaintedIcon {
  public:
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
     painter->save();
@@ -29,14 +28,6 @@ class MatrixPicture : public QIconEngine {
                                rect.top() + row * (height + kGap), width, height));
     }
     painter->restore();
-  }
-
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap picture(size);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    paint(&painter, QRect(QPoint(), size), mode, state);
-    return picture;
   }
 
   [[nodiscard]] QIconEngine* clone() const override { return new MatrixPicture(*this); }

@@ -1,12 +1,12 @@
 #include "formkit/DrawnIcon.h"
 
 #include <QGuiApplication>
-#include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
-#include <QPixmap>
 #include <array>
 #include <span>
+
+#include "formkit/PaintedIcon.h"
 
 namespace kestrix {
 namespace {
@@ -46,19 +46,11 @@ constexpr std::array kHouse{Line{kHouseWalls, true}, Line{kHouseRoof, false}};
 /// In the order of `Drawing`.
 constexpr std::array<std::span<const Line>, 5> kDrawings{{kFolder, kDisk, kPage, kPencil, kHouse}};
 
-class LinesEngine : public QIconEngine {
+class LinesEngine : public PaintedIcon {
  public:
   explicit LinesEngine(Drawing drawing) : drawing_(drawing) {}
 
   [[nodiscard]] QIconEngine* clone() const override { return new LinesEngine(drawing_); }
-
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap picture(size);
-    picture.fill(Qt::transparent);
-    QPainter painter(&picture);
-    paint(&painter, QRect(QPoint(), size), mode, state);
-    return picture;
-  }
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
              QIcon::State /*state*/) override {
