@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QKeyEvent>
-#include <QStyle>
 #include <QStyledItemDelegate>
 
 #include "platform/FileSystem.h"
@@ -80,8 +79,7 @@ void FolderList::Fill(const QString& path, const QStringList& folders) {
 }
 
 void FolderList::AddFolder(const QString& name, const QString& path, int depth, bool open) {
-  const QIcon icon = style()->standardIcon(open ? QStyle::SP_DirOpenIcon : QStyle::SP_DirIcon);
-  auto* item = new QListWidgetItem(icon, name, this);
+  auto* item = new QListWidgetItem(open ? open_folder_ : folder_, name, this);
   item->setData(kPathRole, path);
   item->setData(kDepthRole, depth);
   item->setToolTip(path);

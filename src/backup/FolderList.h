@@ -3,6 +3,8 @@
 #include <QListWidget>
 #include <QString>
 
+#include "formkit/DrawnIcon.h"
+
 namespace kestrix {
 
 class FileSystem;
@@ -41,6 +43,8 @@ class FolderList : public QListWidget {
   void Fill(const QString& path, const QStringList& folders);
   void AddFolder(const QString& name, const QString& path, int depth, bool open);
 
+  const QIcon folder_ = DrawnIcon(Drawing::kFolder);
+  const QIcon open_folder_ = DrawnIcon(Drawing::kOpenFolder);
   const FileSystem* files_ = nullptr;
   QString path_;
 };

@@ -2,10 +2,10 @@
 
 #include <QLineEdit>
 #include <QSignalBlocker>
-#include <QStyle>
 #include <algorithm>
 
 #include "backup/BackupSet.h"
+#include "formkit/DrawnIcon.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
 #include "ui_opnflddlg.h"
@@ -34,7 +34,7 @@ opnflddlg::opnflddlg(Context& context)
   ui_->setupUi(this);
   HoldFront();
   ui_->ktxDir->SetFiles(files());
-  ui_->crtfldbtn->setIcon(style()->standardIcon(QStyle::SP_FileDialogNewFolder));
+  ui_->crtfldbtn->setIcon(DrawnIcon(Drawing::kNewFolder));
 
   On(ui_->ktxdrv, &QComboBox::currentIndexChanged, &opnflddlg::ktxdrv_Change);
   On(ui_->ktxDir, &FolderList::Change, &opnflddlg::ktxDir_Change);

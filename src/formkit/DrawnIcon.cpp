@@ -22,7 +22,14 @@ struct Line {
 
 constexpr std::array<QPointF, 6> kFolderBack{{{3, 19}, {3, 5}, {9, 5}, {11, 7}, {19, 7}, {19, 10}}};
 constexpr std::array<QPointF, 4> kFolderFront{{{3, 19}, {7, 10}, {21, 10}, {17.5, 19}}};
-constexpr std::array kFolder{Line{kFolderBack, false}, Line{kFolderFront, true}};
+constexpr std::array kOpenFolder{Line{kFolderBack, false}, Line{kFolderFront, true}};
+
+constexpr std::array<QPointF, 6> kFolderEdge{{{3, 19}, {3, 5}, {9, 5}, {11, 7}, {21, 7}, {21, 19}}};
+constexpr std::array<QPointF, 2> kPlusAcross{{{9, 13}, {15, 13}}};
+constexpr std::array<QPointF, 2> kPlusDown{{{12, 10}, {12, 16}}};
+constexpr std::array kFolder{Line{kFolderEdge, true}};
+constexpr std::array kNewFolder{Line{kFolderEdge, true}, Line{kPlusAcross, false},
+                                Line{kPlusDown, false}};
 
 constexpr std::array<QPointF, 5> kDiskEdge{{{4, 4}, {17, 4}, {20, 7}, {20, 20}, {4, 20}}};
 constexpr std::array<QPointF, 4> kDiskShutter{{{8, 4}, {8, 9}, {15, 9}, {15, 4}}};
@@ -44,7 +51,8 @@ constexpr std::array<QPointF, 9> kHouseWalls{
 constexpr std::array kHouse{Line{kHouseWalls, true}, Line{kHouseRoof, false}};
 
 /// In the order of `Drawing`.
-constexpr std::array<std::span<const Line>, 5> kDrawings{{kFolder, kDisk, kPage, kPencil, kHouse}};
+constexpr std::array<std::span<const Line>, 7> kDrawings{
+    {kFolder, kOpenFolder, kNewFolder, kDisk, kPage, kPencil, kHouse}};
 
 class LinesEngine : public PaintedIcon {
  public:
@@ -56,7 +64,8 @@ class LinesEngine : public PaintedIcon {
              QIcon::State /*state*/) override {
     // Asked for each time, since a desktop may turn dark while the program runs.
     const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
-    const QColor colour = QGuiApplication::palette().color(group, QPalette::ButtonText);
+    const auto role = mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::ButtonText;
+    const QColor colour = QGuiApplication::palette().color(group, role);
     QColor filling = colour;
     filling.setAlphaF(kFilling);
     painter->save();

@@ -49,7 +49,7 @@ struct ToolButton {
   Drawing picture;
 };
 constexpr std::array<ToolButton, 4> kToolButtons{{
-    {&Ui_frmMain::tbOpen, "Open", Drawing::kFolder},
+    {&Ui_frmMain::tbOpen, "Open", Drawing::kOpenFolder},
     {&Ui_frmMain::tbSave, "Save", Drawing::kDisk},
     {&Ui_frmMain::tbNew, "New", Drawing::kPage},
     {&Ui_frmMain::tbFreeform, "Freeform", Drawing::kPencil},

@@ -11,7 +11,8 @@ namespace kestrix {
 namespace {
 
 constexpr int kSide = 24;
-constexpr std::array kAll = {Drawing::kFolder, Drawing::kDisk, Drawing::kPage, Drawing::kPencil,
+constexpr std::array kAll = {Drawing::kFolder, Drawing::kOpenFolder, Drawing::kNewFolder,
+                             Drawing::kDisk,   Drawing::kPage,       Drawing::kPencil,
                              Drawing::kHouse};
 
 QImage Picture(Drawing drawing, int side = kSide, QIcon::Mode mode = QIcon::Normal) {
@@ -63,6 +64,13 @@ TEST_P(DrawnIconTest, DisabledOneHasTheColourOfDisabledTexts) {
   GivenColours(Qt::black, Qt::gray);
   const QImage picture = Picture(GetParam(), 4 * kSide, QIcon::Disabled);
   EXPECT_GT(PointsIn(picture, Qt::gray), 100);
+  EXPECT_EQ(PointsIn(picture, Qt::black), 0);
+}
+
+TEST_P(DrawnIconTest, OneOnAHighlightedRowHasTheColourOfItsText) {
+  GivenColours(Qt::black, Qt::gray);
+  const QImage picture = Picture(GetParam(), 4 * kSide, QIcon::Selected);
+  EXPECT_GT(PointsIn(picture, QApplication::palette().color(QPalette::HighlightedText)), 100);
   EXPECT_EQ(PointsIn(picture, Qt::black), 0);
 }
 
