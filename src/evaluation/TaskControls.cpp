@@ -27,8 +27,12 @@ QString TextOf(const QWidget* control) {
 
 /// Whether `control` shows `text` as well as it can.
 bool Shows(const QWidget* control, const QString& text) {
-  const bool has_lines = qobject_cast<const QPlainTextEdit*>(control) != nullptr;
-  return TextOf(control) == (has_lines ? PlainTextOf(text) : text);
+  QString shown = text;
+  if (const auto* box = qobject_cast<const QLineEdit*>(control)) shown = ShownIn(box, text);
+  if (const auto* box = qobject_cast<const QPlainTextEdit*>(control)) shown = ShownIn(box, text);
+  if (const auto* combo = qobject_cast<const QComboBox*>(control))
+    shown = ShownIn(combo->lineEdit(), text);
+  return TextOf(control) == shown;
 }
 
 void SetText(QWidget* control, const QString& text) {

@@ -12,6 +12,8 @@
 #include <cmath>
 #include <utility>
 
+#include "formkit/TextLimit.h"
+
 namespace kestrix {
 namespace {
 
@@ -24,6 +26,16 @@ struct Roles {
 constexpr Roles kField{QPalette::Base, QPalette::Text};
 constexpr Roles kButton{QPalette::Button, QPalette::ButtonText};
 constexpr Roles kPanel{QPalette::Window, QPalette::WindowText};
+
+/// A box of several lines knows one kind of line end.
+QString PlainTextOf(QString text) {
+  text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+  for (QChar& at : text) {
+    if (at == u'\r' || at == QChar::ParagraphSeparator || at == QChar::LineSeparator) at = u'\n';
+    if (at == QChar::Nbsp) at = u' ';
+  }
+  return text;
+}
 
 Roles RolesOf(const QWidget* control) {
   if (qobject_cast<const QLineEdit*>(control) || qobject_cast<const QComboBox*>(control) ||
@@ -162,13 +174,12 @@ void ComboListBox::SetText(const QString& text) {
   combo_->setCurrentText(text);
 }
 
-QString PlainTextOf(QString text) {
-  text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-  for (QChar& at : text) {
-    if (at == u'\r' || at == QChar::ParagraphSeparator || at == QChar::LineSeparator) at = u'\n';
-    if (at == QChar::Nbsp) at = u' ';
-  }
-  return text;
+QString ShownIn(const QLineEdit* box, const QString& text) {
+  return text.left(box->maxLength());
+}
+
+QString ShownIn(const QPlainTextEdit* box, const QString& text) {
+  return TextLimit::Taken(box, PlainTextOf(text));
 }
 
 void ShowBeginning(QLineEdit* box) {

@@ -8,6 +8,7 @@
 
 class QComboBox;
 class QLineEdit;
+class QPlainTextEdit;
 class QWidget;
 
 namespace kestrix {
@@ -58,8 +59,10 @@ class ComboListBox : public ListBox {
   QComboBox* combo_;
 };
 
-/// What a box of several lines gives back of `text`: it knows one kind of line end.
-[[nodiscard]] QString PlainTextOf(QString text);
+/// What `box` shows of a stored text, and gives back as long as nobody changes it: no more than it
+/// takes, and in several lines with one kind of line end.
+[[nodiscard]] QString ShownIn(const QLineEdit* box, const QString& text);
+[[nodiscard]] QString ShownIn(const QPlainTextEdit* box, const QString& text);
 /// Shows a long text from its beginning, except where somebody is typing.
 void ShowBeginning(QLineEdit* box);
 /// Selects the whole text of a box that gets the focus. The press that brought it goes on to place

@@ -14,35 +14,36 @@
 namespace kestrix {
 namespace {
 
-QString Cut(const QString& text, const QLineEdit* box) {
-  return box ? text.left(box->maxLength()) : text;
+QString ShownInCombo(const QComboBox* box, const QString& text) {
+  return box->lineEdit() ? ShownIn(box->lineEdit(), text) : text;
 }
 
 }  // namespace
 
 FieldBinding::FieldBinding(DataControl& source, const QString& field, QLineEdit* control)
-    : FieldBinding(source, field, control,
-                   {[control](const QVariant& value) { control->setText(value.toString()); },
-                    [control] { return control->text(); },
-                    [control](const QVariant& value) { return Cut(value.toString(), control); }}) {
+    : FieldBinding(
+          source, field, control,
+          {[control](const QVariant& value) { control->setText(value.toString()); },
+           [control] { return control->text(); },
+           [control](const QVariant& value) { return ShownIn(control, value.toString()); }}) {
   connect(control, &QLineEdit::textChanged, this, &FieldBinding::Take);
 }
 
 FieldBinding::FieldBinding(DataControl& source, const QString& field, QPlainTextEdit* control)
-    : FieldBinding(source, field, control,
-                   {[control](const QVariant& value) { control->setPlainText(value.toString()); },
-                    [control] { return control->toPlainText(); },
-                    [](const QVariant& value) { return PlainTextOf(value.toString()); }}) {
+    : FieldBinding(
+          source, field, control,
+          {[control](const QVariant& value) { control->setPlainText(value.toString()); },
+           [control] { return control->toPlainText(); },
+           [control](const QVariant& value) { return ShownIn(control, value.toString()); }}) {
   connect(control, &QPlainTextEdit::textChanged, this, &FieldBinding::Take);
 }
 
 FieldBinding::FieldBinding(DataControl& source, const QString& field, QComboBox* control)
-    : FieldBinding(source, field, control,
-                   {[control](const QVariant& value) { control->setCurrentText(value.toString()); },
-                    [control] { return control->currentText(); },
-                    [control](const QVariant& value) {
-                      return Cut(value.toString(), control->lineEdit());
-                    }}) {
+    : FieldBinding(
+          source, field, control,
+          {[control](const QVariant& value) { control->setCurrentText(value.toString()); },
+           [control] { return control->currentText(); },
+           [control](const QVariant& value) { return ShownInCombo(control, value.toString()); }}) {
   connect(control, &QComboBox::currentTextChanged, this, &FieldBinding::Take);
   connect(control, &QComboBox::editTextChanged, this, &FieldBinding::Take);
 }

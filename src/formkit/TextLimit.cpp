@@ -14,6 +14,13 @@ TextLimit::TextLimit(QPlainTextEdit* box, int limit) : QObject(box), box_(box), 
   connect(box, &QPlainTextEdit::textChanged, this, &TextLimit::Cut);
 }
 
+QString TextLimit::Taken(const QPlainTextEdit* box, const QString& text) {
+  const auto* limit = box->findChild<const TextLimit*>(QString(), Qt::FindDirectChildrenOnly);
+  if (limit == nullptr || text.size() <= limit->limit_) return text;
+  const bool splits = limit->limit_ > 0 && text[limit->limit_].isLowSurrogate();
+  return text.left(splits ? limit->limit_ - 1 : limit->limit_);
+}
+
 void TextLimit::Note(int position, int /*removed*/, int added) {
   end_of_added_ = position + added;
 }

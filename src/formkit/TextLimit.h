@@ -16,6 +16,9 @@ class TextLimit : public QObject {
   /// Lives as long as `box`. `limit` counts characters.
   TextLimit(QPlainTextEdit* box, int limit);
 
+  /// What `box` holds behind `text` was set: its beginning, where the box has a limit.
+  [[nodiscard]] static QString Taken(const QPlainTextEdit* box, const QString& text);
+
  private:
   void Note(int position, int removed, int added);
   void Cut();

@@ -161,6 +161,10 @@ class Replacement {
     target_exists_ = ::stat(Encoded(target_).constData(), &old_) == 0;
     if (!target_exists_) return;
     if (S_ISDIR(old_.st_mode)) throw FailureFromErrno(EISDIR, target_, action_);
+    // A link may lead to a device, which is nobody's to replace.
+    if (!S_ISREG(old_.st_mode))
+      throw MakeFailure(failure::kPermissionDenied, action_, target_,
+                        QStringLiteral("it is no file"));
     // Renaming asks for the rights of the folder only, but a write-protected file says no for
     // itself.
     if (::access(Encoded(target_).constData(), W_OK) != 0)

@@ -15,6 +15,7 @@
 
 #include "platform/Failure.h"
 #include "platform/FileCopy.h"
+#include "store/EngineFiles.h"
 #include "store/Statement.h"
 
 namespace kestrix {
@@ -57,9 +58,18 @@ const std::array<QSet<QString>, 3>& KindsOfFile() {
 }
 
 bool BeginsLikeADatabase(const QString& path) {
+  if (!QFileInfo(path).isFile()) return false;
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) return false;
   return file.read(kMagic.size()) == kMagic;
+}
+
+/// What a file holds on its disk: a giant one may be nothing but a gap. Some network disks don't
+/// tell.
+qint64 BytesOf(const struct stat& file) {
+  constexpr qint64 kBlock = 512;
+  const qint64 size = file.st_size;
+  return file.st_blocks == 0 ? size : std::min<qint64>(size, file.st_blocks * kBlock);
 }
 
 bool CanWrite(const QString& path) {
@@ -112,8 +122,7 @@ Connection OpenForLock(const QString& path) {
   const bool can_write = CanWrite(path);
   sqlite3* handle = nullptr;
   const int code =
-      sqlite3_open_v2(path.toUtf8().constData(), &handle,
-                      can_write ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY, nullptr);
+      OpenByEngine(path, can_write ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY, &handle);
   Connection connection(handle);
   if (code != SQLITE_OK) {
     throw Failure(failure::kCannotOpen, QStringLiteral("%1 can't be opened.").arg(path));
@@ -169,7 +178,7 @@ void Database::OpenHandle() {
   const int flags = (read_only_ ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) |
                     SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_PRIVATECACHE;
   sqlite3* opened = nullptr;
-  const int code = sqlite3_open_v2(path_.toUtf8().constData(), &opened, flags, nullptr);
+  const int code = OpenByEngine(path_, flags, &opened);
   handle_.reset(opened);
   if (code != SQLITE_OK) throw LastFailure();
   sqlite3_busy_handler(opened, WaitForOthers, nullptr);
@@ -178,7 +187,7 @@ void Database::OpenHandle() {
   if (stat(QFile::encodeName(path_).constData(), &named) == 0) {
     device_ = static_cast<quint64>(named.st_dev);
     inode_ = static_cast<quint64>(named.st_ino);
-    size_ = static_cast<qint64>(named.st_size);
+    size_ = BytesOf(named);
   }
 }
 
@@ -191,7 +200,9 @@ int Database::StopEndlessWork(void* database) {
   self.work_ += kStepsAtOnce;
   if (self.work_ <= kMostStepsOfAnyFile) return 0;
   // It may have grown since, or be there no more.
-  const qint64 bytes = std::max(self.size_, QFileInfo(self.path_).size());
+  struct stat named {};
+  const bool there = stat(QFile::encodeName(self.path_).constData(), &named) == 0;
+  const qint64 bytes = std::max(self.size_, there ? BytesOf(named) : 0);
   return self.work_ > kMostStepsOfAnyFile + bytes * kMostStepsOfAByte ? 1 : 0;
 }
 

@@ -23,11 +23,13 @@ bool LiesAt(const QByteArray& path, int descriptor) {
          opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
-/// A sign that another user made may be read only; that is enough to hold it.
+/// A sign that another user made may be read only; that is enough to hold it. A pipe in its place
+/// isn't waited for.
 int OpenSign(const char* path) {
-  const int descriptor = open(path, O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0666);
+  constexpr int kFlags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+  const int descriptor = open(path, O_RDWR | O_CREAT | kFlags, 0666);
   if (descriptor >= 0 || errno != EACCES) return descriptor;
-  return open(path, O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+  return open(path, O_RDONLY | kFlags);
 }
 
 }  // namespace

@@ -195,6 +195,21 @@ TEST_F(RiskEvalFrm_1TasksTest, BrowsingKeepsTheLineEndsOfAnotherProgram) {
   EXPECT_EQ(Stored("ReccdtnTxt").first(), text);
 }
 
+TEST_F(RiskEvalFrm_1TasksTest, BrowsingKeepsTextsThatAreLongerThanTheirBoxes) {
+  GivenTasks({"Feed", "Clean"});
+  // Another program may look past what the columns hold.
+  Exec(Study(),
+       "PRAGMA ignore_check_constraints=ON; UPDATE Risk_records SET HazrdLoctn=printf('%.300c', "
+       "'x'), PhaseMachn=printf('%.300c', 'y'), HzrdDscptnTXT=printf('%.70000c', 'z')");
+  const auto before = AllTasks();
+  OpenForm();
+  EXPECT_EQ(TextOf("HazrdLoctn"), QString(255, u'x'));
+  EXPECT_EQ(TextOf("HzrdDscptnTXT"), QString(65'535, u'z'));
+  for (const int row : {1, 0, 1, 0}) ClickRow("DB1", row);
+  CloseForm();
+  EXPECT_EQ(AllTasks(), before);
+}
+
 TEST_F(RiskEvalFrm_1TasksTest, SavingLeavesTheEstimationAndThePicturesAlone) {
   GivenTask({{"FuntnTaskMachry", "Feed"},
              {"RiskIndex", 4},

@@ -1,10 +1,13 @@
 #include "store/Database.h"
 
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <QDataStream>
 #include <csignal>
+#include <numeric>
 
 #include "store/StoreTest.h"
 #include "support/EndlessRows.h"
@@ -26,6 +29,23 @@ class DatabaseTest : public StoreTest {
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     ASSERT_EQ(file.write(bytes), bytes.size());
+  }
+
+  /// The journal of a change to many files, of which none was written: it names the file that tells
+  /// about all of them.
+  static QByteArray JournalThatNames(const QByteArray& file) {
+    constexpr quint32 kMarkPage = 0x40000000 / 4096 + 1;
+    constexpr int kSector = 512;
+    const QByteArray magic = QByteArray::fromHex("d9d505f920a163d7");
+    QByteArray journal = magic;
+    QDataStream(&journal, QIODevice::Append)
+        << quint32{0} << quint32{1} << quint32{1} << quint32{kSector} << quint32{4096};
+    journal = journal.leftJustified(kSector, '\0');
+    const auto sum = std::accumulate(file.begin(), file.end(), quint32{0});
+    QDataStream(&journal, QIODevice::Append) << kMarkPage;
+    journal += file;
+    QDataStream(&journal, QIODevice::Append) << static_cast<quint32>(file.size()) << sum;
+    return journal + magic;
   }
 
   /// A refused file fails with `number`, stays as it was and leaves no sign.
@@ -123,6 +143,39 @@ TEST_F(DatabaseTest, ASignThatAnotherUserMadeIsHeldTooAndOutlivesTheirs) {
   EXPECT_FALSE(SignLies());
 }
 
+TEST_F(DatabaseTest, APipeInPlaceOfTheSignOfAnotherUserIsNotWaitedFor) {
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  GiveToNobody(folder_.path());
+  ASSERT_EQ(mkfifo(Path("study.ldb").toUtf8().constData(), 0444), 0);
+  const auto told = RunAsNobody([this] {
+    const Database database(Path("study.mdb"));
+    return QString::number(Tasks()->RecordCount());
+  });
+  EXPECT_EQ(told, QStringLiteral("0"));
+}
+
+TEST_F(DatabaseTest, APipeInPlaceOfAJournalIsRefusedAndNotWaitedFor) {
+  ASSERT_EQ(mkfifo(Path("study.mdb-journal").toUtf8().constData(), 0666), 0);
+  const auto told = RunInChild([this] {
+    const Database database(Path("study.mdb"));
+    return QString::number(Tasks()->RecordCount());
+  });
+  ASSERT_TRUE(told);
+  EXPECT_TRUE(told->startsWith(QStringLiteral("Failure %1:").arg(failure::kCannotOpen)))
+      << told->toStdString();
+}
+
+TEST_F(DatabaseTest, APipeThatAJournalNamesIsNotWaitedFor) {
+  const QByteArray pipe = Path("pipe").toUtf8();
+  ASSERT_EQ(mkfifo(pipe.constData(), 0666), 0);
+  SetBytes(Path("study.mdb-journal"), JournalThatNames(pipe));
+  const auto told = RunInChild([this] {
+    const Database database(Path("study.mdb"));
+    return QString::number(Tasks()->RecordCount());
+  });
+  EXPECT_TRUE(told);
+}
+
 TEST_F(DatabaseTest, AMissingFileIsNamed) {
   EXPECT_EQ(FailureOf([&] { const Database database(Path("none.mdb")); }), failure::kFileNotFound);
   EXPECT_FALSE(QFile::exists(Path("none.mdb")));
@@ -176,6 +229,19 @@ TEST_F(DatabaseTest, ATableWhoseRowsNeverEndIsRefusedWhateverIsAskedOfIt) {
   }
   Recordset others(database, "Orgtmp");
   EXPECT_EQ(others.RecordCount(), 0);
+}
+
+TEST_F(DatabaseTest, AGapThatMakesAFileLargeBuysItNoWork) {
+  const QString path = Path("endless.mdb");
+  Exec(path,
+       "PRAGMA page_size=512; CREATE TABLE orgtn(OrgName TEXT, sclenotxt INTEGER);"
+       "CREATE TABLE Orgtmp(OrgNameTMP INTEGER);");
+  const int root = Read(path, "SELECT rootpage FROM sqlite_schema WHERE name='orgtn'")[0].toInt();
+  SetBytes(path, WithEndlessRows(Bytes(path), root));
+  constexpr qint64 kGiant = qint64{64} << 30;
+  ASSERT_TRUE(QFile::resize(path, kGiant));
+  const auto database = std::make_shared<Database>(path);
+  EXPECT_EQ(FailureOf([&] { const Recordset rows(database, "orgtn"); }), failure::kNotADatabase);
 }
 
 TEST_F(DatabaseTest, AColumnThatComputesAGiantTextFails) {
@@ -258,6 +324,23 @@ TEST_F(DatabaseTest, WhatIsNoDatabaseIsCopiedAsTheFileThatItIs) {
   SetBytes(Path("plain.kbp"), "plain");
   CopyDatabase(Path("plain.kbp"), Path("copy.mdb"));
   EXPECT_EQ(Bytes(Path("copy.mdb")), "plain");
+}
+
+TEST_F(DatabaseTest, APipeIsNeitherCopiedNorReplacedNorWaitedFor) {
+  SetBytes(Path("plain.kbp"), "plain");
+  ASSERT_EQ(mkfifo(Path("pipe.mdb").toUtf8().constData(), 0666), 0);
+  ASSERT_TRUE(QFile::link(Path("pipe.mdb"), Path("link.mdb")));
+  const auto told = RunInChild([this] {
+    const auto number = [](const auto& act) { return QString::number(FailureOf(act)); };
+    return number([&] { CopyDatabase(Path("pipe.mdb"), Path("copy.mdb")); }) + u' ' +
+           number([&] { ReplaceDatabase(Path("plain.kbp"), Path("pipe.mdb")); }) + u' ' +
+           number([&] { ReplaceDatabase(Path("plain.kbp"), Path("link.mdb")); });
+  });
+  EXPECT_EQ(told, QStringLiteral("%1 %1 %1").arg(failure::kPermissionDenied));
+  EXPECT_FALSE(QFile::exists(Path("copy.mdb")));
+  struct stat status = {};
+  ASSERT_EQ(stat(Path("pipe.mdb").toUtf8().constData(), &status), 0);
+  EXPECT_TRUE(S_ISFIFO(status.st_mode));
 }
 
 }  // namespace
