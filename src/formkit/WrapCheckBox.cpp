@@ -32,15 +32,13 @@ QString ShownText(const QCheckBox& box) {
   return box.text().trimmed();
 }
 
-int TextHeight(const QCheckBox& box, int width) {
-  return box.fontMetrics()
-      .boundingRect(0, 0, std::max(width, 1), 0, kTextFlags, ShownText(box))
-      .height();
-}
+/// A window that is drawn larger asks for one width after the other.
+constexpr qsizetype kMostWidths = 32;
 
 }  // namespace
 
-WrapCheckBox::WrapCheckBox(QWidget* parent) : QCheckBox(parent) {
+WrapCheckBox::WrapCheckBox(QWidget* parent)
+    : QCheckBox(parent), measured_{QString(), fontMetrics(), {}} {
   QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum, QSizePolicy::CheckBox);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
@@ -51,9 +49,21 @@ int WrapCheckBox::TextLeft() const {
          style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing, nullptr, this);
 }
 
+int WrapCheckBox::TextHeight(int width) const {
+  const int room = std::max(width, 1);
+  const bool same = measured_.metrics == fontMetrics() && measured_.text == text();
+  if (!same || measured_.heights.size() >= kMostWidths) measured_ = {text(), fontMetrics(), {}};
+  const auto known = measured_.heights.constFind(room);
+  if (known != measured_.heights.cend()) return *known;
+  const int height =
+      fontMetrics().boundingRect(0, 0, room, 0, kTextFlags, ShownText(*this)).height();
+  measured_.heights.insert(room, height);
+  return height;
+}
+
 int WrapCheckBox::heightForWidth(int width) const {
   const int indicator = style()->pixelMetric(QStyle::PM_IndicatorHeight, nullptr, this);
-  return std::max(indicator, TextHeight(*this, width - TextLeft() - 2 * kRoom)) + 2 * kRoom;
+  return std::max(indicator, TextHeight(width - TextLeft() - 2 * kRoom)) + 2 * kRoom;
 }
 
 QSize WrapCheckBox::sizeHint() const {

@@ -317,6 +317,30 @@ TEST_F(WrapCheckBoxTest, GrowsInHeightAsItNarrows) {
   EXPECT_LT(box->minimumSizeHint().width(), 150);
 }
 
+TEST_F(WrapCheckBoxTest, KnowsItsHeightForEachTextAndFontThatItGets) {
+  const int before = box->heightForWidth(200);
+  EXPECT_EQ(box->heightForWidth(200), before);
+
+  const QString text = box->text();
+  box->setText(QStringLiteral("Short"));
+  EXPECT_LT(box->heightForWidth(200), before);
+  box->setText(text);
+  EXPECT_EQ(box->heightForWidth(200), before);
+
+  QFont font = box->font();
+  font.setPointSize(2 * font.pointSize());
+  box->setFont(font);
+  EXPECT_GT(box->heightForWidth(200), before);
+
+  // More widths than it keeps, and each comes out as in a box that was never asked before.
+  WrapCheckBox fresh;
+  fresh.setText(text);
+  fresh.setFont(font);
+  for (int width = 100; width < 400; ++width) (void)box->heightForWidth(width);
+  for (int width = 100; width < 400; width += 30)
+    EXPECT_EQ(box->heightForWidth(width), fresh.heightForWidth(width)) << width;
+}
+
 TEST_F(WrapCheckBoxTest, LastLineOfTheTextIsDrawn) {
   Show(*form);
   box->setFixedWidth(200);
