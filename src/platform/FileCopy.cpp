@@ -13,7 +13,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <algorithm>
 #include <cerrno>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <system_error>
@@ -241,11 +243,14 @@ void WriteAll(int fd, const char* bytes, size_t size, const QString& path, const
   }
 }
 
-void CopyByBlocks(int from, loff_t offset, int to, const QString& path) {
-  constexpr size_t kBlock = size_t{256} * 1024;
+constexpr off_t kEndOfFile = std::numeric_limits<off_t>::max();
+
+void CopyByBlocks(int from, off_t offset, off_t end, int to, const QString& path) {
+  constexpr off_t kBlock = off_t{256} * 1024;
   const auto block = std::make_unique<char[]>(kBlock);
-  for (;;) {
-    const ssize_t got = ::pread(from, block.get(), kBlock, offset);
+  while (offset < end) {
+    const auto most = static_cast<size_t>(std::min(kBlock, end - offset));
+    const ssize_t got = ::pread(from, block.get(), most, offset);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) throw FailureFromErrno(errno, path, Copying());
     if (got == 0) return;
@@ -259,20 +264,47 @@ bool KernelCannotCopy(int error) {
          error == EBADF || error == EPERM;
 }
 
-/// The bytes of `from` into the empty file `to`: shared blocks where the file system can, else
-/// inside the kernel, else through a buffer of ours.
-void CopyBytes(int from, int to, const QString& path) {
-  if (::ioctl(to, FICLONE, from) == 0) return;
-  constexpr size_t kMost = size_t{1} << 30;
-  loff_t offset = 0;
-  for (;;) {
-    const ssize_t copied = ::copy_file_range(from, &offset, to, nullptr, kMost, 0);
+/// The bytes of `from` between `offset` and `end` to where `to` stands: inside the kernel, else
+/// through a buffer of ours.
+void CopyStretch(int from, loff_t offset, off_t end, int to, const QString& path) {
+  constexpr off_t kMost = off_t{1} << 30;
+  while (offset < end) {
+    const auto most = static_cast<size_t>(std::min(kMost, end - offset));
+    const ssize_t copied = ::copy_file_range(from, &offset, to, nullptr, most, 0);
     if (copied > 0) continue;
     if (copied < 0 && errno == EINTR) continue;
     if (copied < 0 && !KernelCannotCopy(errno)) throw FailureFromErrno(errno, path, Copying());
     // At the end of the file the blocks find nothing left; some file systems claim an early end.
-    return CopyByBlocks(from, offset, to, path);
+    return CopyByBlocks(from, offset, end, to, path);
   }
+}
+
+bool HasGaps(const struct stat& file) {
+  constexpr off_t kBlock = 512;
+  return file.st_blocks * kBlock < file.st_size;
+}
+
+/// A gap of a file is one in its copy too: a giant file may be nothing else.
+void CopyBetweenGaps(int from, off_t size, int to, const QString& path) {
+  off_t at = 0;
+  while (at < kEndOfFile) {
+    off_t begin = ::lseek(from, at, SEEK_DATA);
+    if (begin < 0 && errno == ENXIO) break;
+    // Not every file system knows where its gaps are.
+    if (begin < 0) begin = at;
+    const off_t end = ::lseek(from, begin, SEEK_HOLE);
+    at = end > begin ? end : kEndOfFile;
+    if (::lseek(to, begin, SEEK_SET) < 0) throw FailureFromErrno(errno, path, Copying());
+    CopyStretch(from, begin, at, to, path);
+  }
+  if (at < size && ::ftruncate(to, size) != 0) throw FailureFromErrno(errno, path, Copying());
+}
+
+/// The bytes of `from` into the empty file `to`: shared blocks where the file system can.
+void CopyBytes(int from, const struct stat& source, int to, const QString& path) {
+  if (::ioctl(to, FICLONE, from) == 0) return;
+  if (HasGaps(source)) return CopyBetweenGaps(from, source.st_size, to, path);
+  CopyStretch(from, 0, kEndOfFile, to, path);
 }
 
 void KeepTimes(int fd, const struct stat& source) {
@@ -297,7 +329,7 @@ Replacement FilledReplacement(int source_fd, const QString& source, const QStrin
   if (replacement.Replaces(status))
     throw MakeFailure(failure::kPermissionDenied, Copying(), source,
                       QStringLiteral("it can't be copied onto itself"));
-  CopyBytes(source_fd, replacement.fd(), replacement.target());
+  CopyBytes(source_fd, status, replacement.fd(), replacement.target());
   KeepTimes(replacement.fd(), status);
   return replacement;
 }

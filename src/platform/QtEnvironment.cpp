@@ -44,6 +44,13 @@ bool IsOfTheSystem(const QString& root) {
   });
 }
 
+/// A temporary folder of this user's own: what another user has left in a shared one can be neither
+/// replaced nor removed.
+QString OwnTemporaryFolder() {
+  const QString own = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+  return own.isEmpty() ? QDir::tempPath() : own;
+}
+
 }  // namespace
 
 QString QtEnvironment::ApplicationFolder() const {
@@ -57,7 +64,7 @@ QString QtEnvironment::ApplicationTitle() const {
 QString QtEnvironment::Variable(const QString& name) const {
   QString value = qEnvironmentVariable(name.toLocal8Bit().constData());
   if (!value.isEmpty()) return value;
-  if (name == QStringLiteral("TEMP")) return QDir::tempPath();
+  if (name == QStringLiteral("TEMP")) return OwnTemporaryFolder();
   for (const char* root : {"SYSTEMROOT", "SYSTEMDRIVE", "PROGRAMFILES"})
     if (name == QString::fromLatin1(root)) return QStringLiteral("/");
   return {};

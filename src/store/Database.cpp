@@ -258,6 +258,11 @@ bool Database::IsTheFileAtItsPath() const {
 Failure Database::LastFailure() const {
   const int code = handle_ ? sqlite3_extended_errcode(handle()) : SQLITE_NOMEM;
   const int number = NumberFor(code);
+  if (code == SQLITE_READONLY_DBMOVED) {
+    return {number, QStringLiteral("%1 has been replaced or deleted since it was opened, as a "
+                                   "restore does. Leave the form and open it again.")
+                        .arg(path_)};
+  }
   QString why = QString::fromUtf8(sqlite3_errmsg(handle()));
   if (number == failure::kNotADatabase) {
     why = QStringLiteral("it is damaged or not a database of this program");

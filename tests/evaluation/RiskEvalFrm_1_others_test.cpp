@@ -1,5 +1,6 @@
 // Other users who work on the same study and lists at the same time.
 #include <QFileInfo>
+#include <cstdio>
 
 #include "evaluation/EvaluationTest.h"
 #include "support/Files.h"
@@ -129,6 +130,24 @@ TEST_F(RiskEvalFrm_1OthersTest, WhatIsTypedIntoATaskThatIsGoneIsNotWrittenElsewh
   EXPECT_EQ(Stored("FuntnTaskMachry"), QStringList{"Clean"});
   EXPECT_EQ(Stored("HazrdLoctn"), QStringList{"None."});
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
+}
+
+TEST_F(RiskEvalFrm_1OthersTest, AddingToAStudyThatARestoreReplacedSaysSoAndLeavesTheNewOneAlone) {
+  const QString restored = Study() + ".restored";
+  ASSERT_TRUE(QFile::copy(Study(), restored));
+  ASSERT_EQ(std::rename(QFile::encodeName(restored), QFile::encodeName(Study())), 0);
+  const auto before = AllTasks();
+  const QString told = Study() +
+                       " has been replaced or deleted since it was opened, as a restore does. "
+                       "Leave the form and open it again.";
+  ExpectTell(told, Icon::kCritical);
+  Click("addNewRcd");
+  ExpectTell(told, Icon::kCritical);  // the new task is still waiting to be stored
+  CloseForm();
+  EXPECT_EQ(AllTasks(), before);
+  OpenForm();
+  Click("addNewRcd");
+  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean", "None."}));
 }
 
 TEST_F(RiskEvalFrm_1OthersTest, TasksOfOthersAreSeenAfterTheNextAddition) {

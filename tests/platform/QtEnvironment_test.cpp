@@ -37,8 +37,24 @@ TEST(QtEnvironmentTest, DrivesAndProgramFoldersAreTheRootUnlessSet) {
   EXPECT_EQ(VariableWhere("KESTRIX_NO_SUCH_VARIABLE", {}), "");
 }
 
-TEST(QtEnvironmentTest, TempIsTheTemporaryFolderUnlessSet) {
-  EXPECT_EQ(VariableWhere("TEMP", {}), QDir::tempPath());
+TEST(QtEnvironmentTest, TempIsAFolderOfTheUsersOwnUnlessSet) {
+  const QTemporaryDir session;  // nobody else may look into it
+  const QTemporaryDir shared;
+  const auto temp_where = [&](const QString& session_folder) {
+    return RunInChild([&] {
+             qputenv("TMPDIR", shared.path().toUtf8());
+             qputenv("XDG_RUNTIME_DIR", session_folder.toUtf8());
+             qunsetenv("TEMP");
+             return QtEnvironment().Variable("TEMP");
+           })
+        .value_or("<the child died>");
+  };
+  EXPECT_EQ(temp_where(session.path()), session.path());
+  // A session of somebody else's: a shared folder is no place for a name that everybody uses.
+  const QFileInfo own(temp_where("/proc"));
+  EXPECT_EQ(own.path(), shared.path());
+  EXPECT_EQ(own.ownerId(), ::geteuid());
+  EXPECT_EQ(own.permissions() & (QFile::WriteGroup | QFile::WriteOther), QFile::Permissions());
   EXPECT_EQ(VariableWhere("TEMP", "/mnt/scratch"), "/mnt/scratch");
 }
 
