@@ -171,13 +171,14 @@ void BackupWorker::RestoreOrganisation(const BackupSet& set, int number) {
 }
 
 /// A study makes way for the one of the set even when the set lacks it, or when it is
-/// write-protected. Else it stays until its successor is whole.
+/// write-protected. Else it stays until its successor is whole, also when that can't be read.
 void BackupWorker::RestoreStudy(const QString& source, const QString& target) {
   if (!files().FileExists(source) && files().FileExists(target)) files().DeleteFile(target);
   try {
     ReplaceDatabase(source, target, Sync::kBytesNow);
   } catch (const Failure& failure) {
-    if (failure.number() != failure::kPermissionDenied || !files().FileExists(target)) throw;
+    const bool is_protected = files().FileExists(target) && !CanWrite(target);
+    if (failure.number() != failure::kPermissionDenied || !is_protected) throw;
     files().DeleteFile(target);
     ReplaceDatabase(source, target, Sync::kBytesNow);
   }

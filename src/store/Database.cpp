@@ -72,10 +72,6 @@ qint64 BytesOf(const struct stat& file) {
   return file.st_blocks == 0 ? size : std::min<qint64>(size, file.st_blocks * kBlock);
 }
 
-bool CanWrite(const QString& path) {
-  return access(QFile::encodeName(path).constData(), W_OK) == 0;
-}
-
 int NumberFor(int code) {
   if (code == SQLITE_CONSTRAINT_UNIQUE || code == SQLITE_CONSTRAINT_PRIMARYKEY) {
     return failure::kDuplicate;
@@ -137,6 +133,10 @@ Failure BeingWritten(const QString& path) {
 }
 
 }  // namespace
+
+bool CanWrite(const QString& path) {
+  return access(QFile::encodeName(path).constData(), W_OK) == 0;
+}
 
 void EngineCloser::operator()(sqlite3* handle) const {
   sqlite3_close(handle);

@@ -85,6 +85,9 @@ class Database {
   qint64 size_ = 0;  ///< in bytes, when it was opened
 };
 
+/// Whether this user has the right to write the file or into the folder at `path`.
+[[nodiscard]] bool CanWrite(const QString& path);
+
 /// Copies the database at `source` over `target` while nobody can change the source, so that the
 /// copy is never torn; readers go on. The copy is written beside the target and renamed over it,
 /// and is on the disk as `when` says. Fails as FileSystem::CopyFile does, and with kLocked when a

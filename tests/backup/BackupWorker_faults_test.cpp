@@ -294,6 +294,17 @@ TEST_F(BackupWorkerFaultsTest, WriteProtectedStudyIsReplacedAllTheSame) {
   EXPECT_EQ(ReadFile(installation.Study(1)), ReadFile(InSet("ktx_RskSmt1.kbp")));
 }
 
+TEST_F(BackupWorkerFaultsTest, StudyThatCannotBeReadInTheSetLeavesTheOldOneWhole) {
+  KESTRIX_SKIP_WITHOUT_NOBODY();
+  GivenSet();
+  installation.GivenTasks(1, "P-2", 5);
+  GiveToNobody(installation.Outside(".."));
+  ASSERT_EQ(::chmod(InSet("ktx_RskSmt1.kbp").toUtf8().constData(), 0), 0);
+  const QByteArray study = ReadFile(installation.Study(1));
+  EXPECT_EQ(RunAsNobody([this] { return Report(); }).value_or("no report"), "failure 70");
+  EXPECT_EQ(ReadFile(installation.Study(1)), study);
+}
+
 TEST_F(BackupWorkerFaultsTest, FullDiskInARestoreLeavesTheOldStudyWhole) {
   installation.GivenTasks(2, "P-2", 3000);
   GivenSet();
