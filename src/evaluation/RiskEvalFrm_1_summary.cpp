@@ -66,26 +66,29 @@ void RiskEvalFrm_1::ShowRiskSummary() {
 void RiskEvalFrm_1::ShowIndexes() {
   const int before = session().RiskIndexBefore;
   const int after = session().RiskIndexAfter;
-  ui_->RIBRtxt->setText(QString::number(before));
-  ui_->RIARtxt->setText(QString::number(after));
+  // Each label gets its text once, behind all rules: one that stays costs no repaint.
+  QString before_text = QString::number(before);
+  QString after_text = QString::number(after);
   if (before == 0) {
     Paint(ui_->RIBRtxt, model::kGreen);
     // Stays only beside an index after that has no band.
-    ui_->RIARtxt->setText(NoRisk(before));
+    after_text = NoRisk(before);
   }
   if (after == 0) {
     Paint(ui_->RIARtxt, model::kGreen);
-    ui_->RIARtxt->setText(NoRisk(after));
+    after_text = NoRisk(after);
   }
   ui_->RskRdsdtnY_N->setText(model::Verdict(before, after).toString());
   if (const auto band = model::IndexLabelOf(before)) {
-    ui_->RIBRtxt->setText(model::CaptionOf(before, *band));
+    before_text = model::CaptionOf(before, *band);
     Paint(ui_->RIBRtxt, band->colour);
   }
   if (const auto band = model::IndexLabelOf(after)) {
-    ui_->RIARtxt->setText(model::CaptionOf(after, *band));
+    after_text = model::CaptionOf(after, *band);
     Paint(ui_->RIARtxt, band->colour);
   }
+  ui_->RIBRtxt->setText(before_text);
+  ui_->RIARtxt->setText(after_text);
 }
 
 void RiskEvalFrm_1::ShowClass(QLabel* label, int severity, int class_score) {

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QScopedValueRollback>
 
+#include "formkit/ListScrollBar.h"
 #include "platform/Failure.h"
 #include "store/DataControl.h"
 
@@ -107,6 +108,10 @@ Grid::Grid(QWidget* parent) : QTableView(parent) {
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowRoom);
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setSectionsClickable(false);
+  auto* bar = new ListScrollBar(Qt::Vertical, this);
+  setVerticalScrollBar(bar);
+  connect(bar, &QScrollBar::actionTriggered, this, &Grid::verticalScrollbarAction);
+  connect(bar, &QScrollBar::valueChanged, this, &Grid::verticalScrollbarValueChanged);
   connect(this, &QTableView::clicked, this, &Grid::Click);
   connect(this, &QTableView::doubleClicked, this, &Grid::DblClick);
 }
@@ -115,6 +120,9 @@ void Grid::SetSource(DataControl& source, QList<GridColumn> columns) {
   source_ = &source;
   model_ = new GridModel(source, std::move(columns), this);
   setModel(model_);
+  // The titles don't show which row is chosen; by a selection of their own they aren't painted
+  // anew whenever it is another one.
+  horizontalHeader()->setSelectionModel(new QItemSelectionModel(model_, horizontalHeader()));
   SettleColumns();
   // Connected behind the model, which has the rows by then.
   connect(&source, &DataControl::RowsReset, this, &Grid::FollowCursor);

@@ -1,6 +1,8 @@
 #include "formkit/Grid.h"
 
 #include <QHeaderView>
+#include <QPaintEvent>
+#include <QScrollBar>
 #include <QSignalSpy>
 
 #include "FormKitTest.h"
@@ -11,6 +13,23 @@
 
 namespace kestrix {
 namespace {
+
+/// How high the parts are that were painted of some widgets.
+class PaintedHeights : public QObject {
+ public:
+  int Of(const QWidget* widget) const { return heights_.value(widget); }
+  void Clear() { heights_.clear(); }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Paint)
+      heights_[watched] += static_cast<QPaintEvent*>(event)->region().boundingRect().height();
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  QHash<const QObject*, int> heights_;
+};
 
 /// Five tasks of a project in a grid, with a box bound to their title.
 class GridTest : public FormKitTest {
@@ -255,6 +274,49 @@ TEST_F(GridTest, HundredThousandRowsAreThereAtOnce) {
   EXPECT_EQ(grid->Row(), 1);
   // Rows of one height need no look at each of them.
   EXPECT_EQ(grid->verticalHeader()->sectionResizeMode(0), QHeaderView::Fixed);
+}
+
+/// The same grid with 300 tasks, on one in the middle of them.
+class LongGridTest : public GridTest {
+ protected:
+  void SetUp() override {
+    GridTest::SetUp();
+    place.GivenTasks(1, "P3", 300);
+    source->SetRecordSource(sources::RiskSql("P3"));
+    source->Refresh();
+    Settle();
+    Rows().SetAbsolutePosition(150);
+    Settle();
+  }
+};
+
+TEST_F(LongGridTest, StepDownPaintsNoTitlesAndNoMoreOfTheBarThanItsSliderPasses) {
+  PaintedHeights painted;
+  for (QWidget* widget : {grid->horizontalHeader()->viewport(), grid->viewport(),
+                          static_cast<QWidget*>(grid->verticalScrollBar())})
+    widget->installEventFilter(&painted);
+  grid->setFocus();
+  Settle();
+  painted.Clear();
+  int scrolled = -grid->verticalScrollBar()->value();
+  PressKey(Qt::Key_Down);
+  scrolled += grid->verticalScrollBar()->value();
+  EXPECT_EQ(Rows().AbsolutePosition(), 151);
+  EXPECT_EQ(scrolled, 1);
+  EXPECT_EQ(painted.Of(grid->horizontalHeader()->viewport()), 0);
+  EXPECT_GT(painted.Of(grid->viewport()), 0);
+  EXPECT_LT(painted.Of(grid->viewport()), grid->viewport()->height() / 2);
+  EXPECT_LT(painted.Of(grid->verticalScrollBar()), grid->verticalScrollBar()->height() / 2);
+}
+
+TEST_F(LongGridTest, ScrollBarMovesTheRowsAndNotTheCursor) {
+  grid->verticalScrollBar()->setValue(200);
+  Settle();
+  EXPECT_EQ(grid->rowAt(0), 200);
+  EXPECT_EQ(Rows().AbsolutePosition(), 150);
+  grid->verticalScrollBar()->triggerAction(QAbstractSlider::SliderToMaximum);
+  Settle();
+  EXPECT_EQ(grid->rowAt(grid->viewport()->height() - 1), 299);
 }
 
 }  // namespace
