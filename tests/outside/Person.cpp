@@ -187,12 +187,12 @@ void Person::Type(const QString& text) {
 }
 
 bool Person::BringUp(const QString& window) {
-  Activate(Window(window));
+  Do("windowactivate", Window(window));
   return SeesActive(window);
 }
 
 bool Person::BringUpBox() {
-  Activate(BoxWindow());
+  Do("windowactivate", BoxWindow());
   return Sees([this] { return BoxWindow()["active"].toBool(); });
 }
 
@@ -210,12 +210,17 @@ void Person::AwaitKeyboard() const {
   if (!Sees(has_keyboard)) ADD_FAILURE() << "no window of the program has the keyboard";
 }
 
-void Person::Activate(const QJsonObject& window) {
+bool Person::Minimise(const QString& window) {
+  return Sees([&] { return Do("windowminimize", Window(window)); });
+}
+
+bool Person::Do(const QString& command, const QJsonObject& window) {
   QProcess tool;
   tool.start("xdotool",
              {"search", "--all", "--onlyvisible", "--pid", QString::number(program_->processId()),
-              "--name", window["title"].toString().trimmed(), "windowactivate"});
-  tool.waitForFinished(kTimeLimit);
+              "--name", window["title"].toString().trimmed(), command});
+  return tool.waitForFinished(kTimeLimit) && tool.exitStatus() == QProcess::NormalExit &&
+         tool.exitCode() == 0;
 }
 
 QString Person::Path(const QString& tail) const {

@@ -64,6 +64,8 @@ class Person {
   [[nodiscard]] bool BringUp(const QString& window);
   /// The same for the message box that is open.
   [[nodiscard]] bool BringUpBox();
+  /// Asks the window manager to minimise a window; whether it could be asked.
+  [[nodiscard]] bool Minimise(const QString& window);
 
   /// Of a file of the installation.
   [[nodiscard]] QString Path(const QString& tail) const;
@@ -72,7 +74,8 @@ class Person {
  private:
   [[nodiscard]] QJsonObject BoxWindow() const;
   void AwaitKeyboard() const;
-  void Activate(const QJsonObject& window);
+  /// What the tool does with a window of this program; false when it finds none of that title.
+  bool Do(const QString& command, const QJsonObject& window);
 
   QTemporaryDir place_;
   QString family_;
