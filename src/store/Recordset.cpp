@@ -421,6 +421,7 @@ void Recordset::TellWhoWasQuicker(qint64 key, const QList<int>& held) {
 void Recordset::Delete() {
   if (adding_) return CancelUpdate();
   if (!HasCurrentRow()) throw NoCurrentRow();
+  CheckWritable();
   const qint64 key = keys_[static_cast<std::size_t>(index_)];
   const Row* row = CachedRow(key);
   const bool done = row != nullptr && DeleteStored(key, *row);

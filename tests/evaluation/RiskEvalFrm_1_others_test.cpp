@@ -222,6 +222,9 @@ TEST_F(RiskEvalFrm_1ProtectedTest, AWriteProtectedStudyIsShownAndTakesNothing) {
     QStringList shown = {TextOf("HazrdLoctn"), TextOf("ActntkenOptnY_N")};
     ExpectTell(Study() + " can't be written to.", Icon::kCritical);
     Click("addNewRcd");
+    ExpectAsk("BELTROVAN", "Wish to delete task Feed Dated : 01/02/2013", Button::kYes);
+    ExpectTell(Study() + " can't be written to.", Icon::kCritical);
+    Click("DleteRcd");
     ClickRow("DB1", 1);
     shown += {TextOf("FuntnTaskMachry"), Position()};
     CloseForm();
