@@ -27,10 +27,6 @@ class ActiveFormsTest : public FormKitTest {
     log.clear();
   }
 
-  [[nodiscard]] bool ComesForward(const Form& form) const {
-    return WaitUntil([&] { return active() == &form && form.isActiveWindow(); });
-  }
-
   PlainForm* frame = nullptr;
   PlainForm* a = nullptr;
   PlainForm* b = nullptr;

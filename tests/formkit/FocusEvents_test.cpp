@@ -264,8 +264,7 @@ TEST_F(FocusEventsTest, UnloadingFormIsToldNothing) {
   Show(*form);
   log.clear();
   form->UnloadForm();
-  ASSERT_TRUE(WaitUntil([&] { return active() == &other; }));
-  Settle();
+  ASSERT_TRUE(ComesForward(other));
   EXPECT_EQ(log, Log({"form query", "form unload", "other active", "theirs got"}));
 }
 
