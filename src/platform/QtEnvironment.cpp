@@ -44,9 +44,10 @@ bool IsOfTheSystem(const QString& root) {
   });
 }
 
-/// A temporary folder of this user's own: what another user has left in a shared one can be neither
-/// replaced nor removed.
-QString OwnTemporaryFolder() {
+/// The temporary folder that somebody chose, or else one of this user's own: what another user has
+/// left in the shared one can be neither replaced nor removed.
+QString TemporaryFolder() {
+  if (!qEnvironmentVariableIsEmpty("TMPDIR")) return QDir::tempPath();
   const QString own = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
   return own.isEmpty() ? QDir::tempPath() : own;
 }
@@ -64,7 +65,7 @@ QString QtEnvironment::ApplicationTitle() const {
 QString QtEnvironment::Variable(const QString& name) const {
   QString value = qEnvironmentVariable(name.toLocal8Bit().constData());
   if (!value.isEmpty()) return value;
-  if (name == QStringLiteral("TEMP")) return OwnTemporaryFolder();
+  if (name == QStringLiteral("TEMP")) return TemporaryFolder();
   for (const char* root : {"SYSTEMROOT", "SYSTEMDRIVE", "PROGRAMFILES"})
     if (name == QString::fromLatin1(root)) return QStringLiteral("/");
   return {};

@@ -37,22 +37,23 @@ TEST(QtEnvironmentTest, DrivesAndProgramFoldersAreTheRootUnlessSet) {
   EXPECT_EQ(VariableWhere("KESTRIX_NO_SUCH_VARIABLE", {}), "");
 }
 
-TEST(QtEnvironmentTest, TempIsAFolderOfTheUsersOwnUnlessSet) {
+TEST(QtEnvironmentTest, TempIsTheChosenTemporaryFolderOrOneOfTheUsersOwnUnlessSet) {
   const QTemporaryDir session;  // nobody else may look into it
-  const QTemporaryDir shared;
-  const auto temp_where = [&](const QString& session_folder) {
+  const QTemporaryDir chosen;
+  const auto temp_where = [](const QString& session_folder, const QString& temporary_folder) {
     return RunInChild([&] {
-             qputenv("TMPDIR", shared.path().toUtf8());
+             qputenv("TMPDIR", temporary_folder.toUtf8());
              qputenv("XDG_RUNTIME_DIR", session_folder.toUtf8());
              qunsetenv("TEMP");
              return QtEnvironment().Variable("TEMP");
            })
         .value_or("<the child died>");
   };
-  EXPECT_EQ(temp_where(session.path()), session.path());
+  EXPECT_EQ(temp_where(session.path(), {}), session.path());
+  EXPECT_EQ(temp_where(session.path(), chosen.path()), chosen.path());
   // A session of somebody else's: a shared folder is no place for a name that everybody uses.
-  const QFileInfo own(temp_where("/proc"));
-  EXPECT_EQ(own.path(), shared.path());
+  const QFileInfo own(temp_where("/proc", {}));
+  EXPECT_EQ(own.path(), QStringLiteral("/tmp"));
   EXPECT_EQ(own.ownerId(), ::geteuid());
   EXPECT_EQ(own.permissions() & (QFile::WriteGroup | QFile::WriteOther), QFile::Permissions());
   EXPECT_EQ(VariableWhere("TEMP", "/mnt/scratch"), "/mnt/scratch");
