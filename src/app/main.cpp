@@ -1,5 +1,8 @@
 #include <QApplication>
 #include <QIcon>
+#include <QImage>
+#include <QPixmap>
+#include <future>
 
 #include "app/Workbench.h"
 #include "platform/FontsAhead.h"
@@ -36,9 +39,10 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("KestrixStudy"));
   QApplication::setApplicationVersion(QStringLiteral(KESTRIX_VERSION));
 
-  // Lies beside the program; without it the windows have the desktop's own picture.
-  QApplication::setWindowIcon(
-      QIcon(QApplication::applicationDirPath() + QStringLiteral("/kestrix.png")));
+  // The windows' picture lies beside the program; without it they have the desktop's own. It is
+  // unpacked beside the making of the frame.
+  const QString path = QApplication::applicationDirPath() + QStringLiteral("/kestrix.png");
+  std::future<QImage> picture = std::async([path] { return QImage(path); });
 
   fonts.Wait();
   kestrix::QtPlatform desktop;
@@ -46,5 +50,6 @@ int main(int argc, char** argv) {
   kestrix::Workbench workbench(desktop.platform());
   QObject::connect(&workbench, &kestrix::Workbench::Ended, &application, &QApplication::quit);
   workbench.Start();
+  QApplication::setWindowIcon(QIcon(QPixmap::fromImage(picture.get())));
   return QApplication::exec();
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QProcess>
 
 #include "outside/OutsideTest.h"
 
@@ -19,6 +20,22 @@ TEST_P(OutsideTest, FirstStartPutsTheFrameInItsPlace) {
   EXPECT_NEAR(at.y(), 67, 1);
   EXPECT_EQ(Place(person->Window("frmMain")).size(), QSize(433, 433));
   EXPECT_EQ(person->Text("sbStatusBarPanel1"), " KESTRIX : Risk Assessment Software  ");
+}
+
+/// What the display knows of the picture of the window with that title.
+QString PictureOnDisplay(const QString& title) {
+  QProcess tool;
+  tool.start("xprop", {"-name", title, "_NET_WM_ICON"});
+  tool.waitForFinished();
+  return QString::fromUtf8(tool.readAllStandardOutput()).section(u'\n', 0, 0);
+}
+
+TEST_P(OutsideTest, TheFrameHasThePictureOfTheProgram) {
+  const auto person = Sit();
+  ASSERT_TRUE(person->Start());
+  EXPECT_TRUE(person->Sees([] {
+    return PictureOnDisplay(" KESTRIX : Risk Assessment Software  ").contains("128 x 128");
+  }));
 }
 
 TEST_P(OutsideTest, TheMainJobIsDoneWithMouseAndKeysAndIsOnTheDisk) {
