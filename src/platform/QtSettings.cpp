@@ -9,7 +9,7 @@ namespace kestrix {
 namespace {
 
 // Many thousand times what the program keeps there.
-constexpr qint64 kMostBytes = 1024 * 1024;
+constexpr qint64 kMostBytes = qint64{1024} * 1024;
 // Others write for a moment only. Whoever was killed then, on another machine, left his lock
 // behind.
 constexpr int kLongestWaitMilliseconds = 500;
