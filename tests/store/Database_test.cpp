@@ -48,6 +48,17 @@ class DatabaseTest : public StoreTest {
     return journal + magic;
   }
 
+  /// A register whose pages lead to the same organisations again and again.
+  QString GivenEndlessRegister() const {
+    const QString path = Path("endless.mdb");
+    Exec(path,
+         "PRAGMA page_size=512; CREATE TABLE orgtn(OrgName TEXT, sclenotxt INTEGER);"
+         "CREATE TABLE Orgtmp(OrgNameTMP INTEGER);");
+    const int root = Read(path, "SELECT rootpage FROM sqlite_schema WHERE name='orgtn'")[0].toInt();
+    SetBytes(path, WithEndlessRows(Bytes(path), root));
+    return path;
+  }
+
   /// A refused file fails with `number`, stays as it was and leaves no sign.
   void ExpectRefused(const QByteArray& bytes, int number) {
     const QString path = Path("bad.mdb");
@@ -216,12 +227,7 @@ TEST_F(DatabaseTest, AFileOfAnUnknownFormatIsRefused) {
 }
 
 TEST_F(DatabaseTest, ATableWhoseRowsNeverEndIsRefusedWhateverIsAskedOfIt) {
-  const QString path = Path("endless.mdb");
-  Exec(path,
-       "PRAGMA page_size=512; CREATE TABLE orgtn(OrgName TEXT, sclenotxt INTEGER);"
-       "CREATE TABLE Orgtmp(OrgNameTMP INTEGER);");
-  const int root = Read(path, "SELECT rootpage FROM sqlite_schema WHERE name='orgtn'")[0].toInt();
-  SetBytes(path, WithEndlessRows(Bytes(path), root));
+  const QString path = GivenEndlessRegister();
   const auto database = std::make_shared<Database>(path);
   // Rows that come without an end, and rows that are looked through for one that never comes.
   for (const char* sql : {"orgtn", "SELECT OrgName FROM orgtn WHERE OrgName='ACME'"}) {
@@ -232,12 +238,7 @@ TEST_F(DatabaseTest, ATableWhoseRowsNeverEndIsRefusedWhateverIsAskedOfIt) {
 }
 
 TEST_F(DatabaseTest, AGapThatMakesAFileLargeBuysItNoWork) {
-  const QString path = Path("endless.mdb");
-  Exec(path,
-       "PRAGMA page_size=512; CREATE TABLE orgtn(OrgName TEXT, sclenotxt INTEGER);"
-       "CREATE TABLE Orgtmp(OrgNameTMP INTEGER);");
-  const int root = Read(path, "SELECT rootpage FROM sqlite_schema WHERE name='orgtn'")[0].toInt();
-  SetBytes(path, WithEndlessRows(Bytes(path), root));
+  const QString path = GivenEndlessRegister();
   constexpr qint64 kGiant = qint64{64} << 30;
   ASSERT_TRUE(QFile::resize(path, kGiant));
   const auto database = std::make_shared<Database>(path);
