@@ -550,6 +550,12 @@ std::vector<QVariant> Recordset::ReadColumn(int field) const {
     values[place->second] = Known(column.Column(1));
     at = place->second + 1;
   }
+  // A row that was added here and that the SELECT doesn't hold stays readable until the next
+  // requery. One that somebody else has deleted reads as empty.
+  for (std::size_t i = 0; i < keys_.size(); ++i) {
+    if (values[i].isValid()) continue;
+    if (const auto row = ReadRow(keys_[i])) values[i] = row->at(static_cast<std::size_t>(field));
+  }
   return values;
 }
 

@@ -21,7 +21,8 @@ class Statement;
 /// The keys of the rows are read once, at opening and at Requery, in the order of the SELECT; what
 /// a row holds is read when it is asked for. So rows that others add are seen after Requery, values
 /// that others change when the row is read anew, and a row that others deleted fails when it is
-/// used.
+/// used. A row that was added through these rows stays one of them until Requery, also when the
+/// SELECT doesn't hold it.
 ///
 /// There is at most one pending edit, of the current row or of a row being added. Setting a field
 /// starts one. Leaving the row commits it; so do Update, Requery and closing. An edit is committed

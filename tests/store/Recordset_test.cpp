@@ -260,6 +260,28 @@ TEST_F(RecordsetTest, TheAddedRowIsFoundAgainBehindWhatOthersAddedAndDeleted) {
   EXPECT_EQ(rows->AddedPosition(), rows->RecordCount()) << "somebody else has deleted it";
 }
 
+TEST_F(RecordsetTest, AnAddedRowThatTheSelectDoesNotHoldStaysReadableUntilRequery) {
+  GivenTasks(1);
+  const auto rows = Tasks();
+  rows->AddNew();
+  rows->Set(0, QStringLiteral("Q"));
+  rows->Set(kTitle, QStringLiteral("other"));
+  rows->Update();
+  EXPECT_EQ(rows->ShownText(2, kTitle), "other");
+  {
+    const Recordset::Walk walk(*rows);
+    QStringList seen;
+    for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext()) {
+      seen += rows->Text(0) + rows->Text(kTitle) + rows->Text(kNote);
+    }
+    EXPECT_EQ(seen, (QStringList{"PT1", "Qother"}));
+  }
+  rows->MoveLast();
+  EXPECT_EQ(rows->Text(kTitle), "other");
+  rows->Requery();
+  EXPECT_EQ(rows->RecordCount(), 1);
+}
+
 TEST_F(RecordsetTest, AnEmptyNewRowIsARowOfDefaults) {
   const auto rows = Tasks();
   rows->AddNew();
