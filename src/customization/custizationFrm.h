@@ -44,6 +44,7 @@ class custizationFrm : public SessionForm {
   void adddt_Click();
   void AddrcdTxt_LostFocus();
   void AddListRecord();
+  void ReopenPrimaryHazards();
   void StoreNewEntry(const QString& text);
   void SavRcd_Click();
   void dletedt_Click();

@@ -37,9 +37,10 @@ void custizationFrm::AddListRecord() {
     FocusLater(ui_->AddrcdTxt);
     return;
   }
-  PassOver([&] {
-    if (lookup::Knows(Rows(), text)) session().AddDupFound = 1;
-  });
+  PassOver([&] { ReopenPrimaryHazards(); },
+           [&] {
+             if (lookup::Knows(Rows(), text)) session().AddDupFound = 1;
+           });
   if (session().AddDupFound == 1) {
     // What is there already is only selected.
     SelectEntry(text);
@@ -51,6 +52,14 @@ void custizationFrm::AddListRecord() {
   PassOver([&] { FillBoth(); });
   ui_->ActnByCbo->setEditText(text);
   SelectEntry(text);
+}
+
+/// Deleting the types of a hazard leaves their rows open while the form still shows the level of
+/// the hazards; the next command is meant for these.
+void custizationFrm::ReopenPrimaryHazards() {
+  const bool shown = IsPrimaryHazardChosen() && !HazardListShowing_;
+  if (shown && nameDB_.RecordSource() != sources::kPrimaryHazard)
+    OpenPlain(sources::kPrimaryHazard);
 }
 
 void custizationFrm::StoreNewEntry(const QString& text) {
@@ -71,6 +80,7 @@ void custizationFrm::SavRcd_Click() {
   }
   PassOver(
       [&] {
+        ReopenPrimaryHazards();
         if (!lookup::WalkTo(Rows(), old)) return;
         if (lookup::IsReserved(Rows().Text(0))) {
           ui_->AddrcdTxt->setText(old);
@@ -153,7 +163,8 @@ void custizationFrm::DeleteAllEntries() {
 /// Only the types of the one primary hazard in the combo go with the primary hazards; those of all
 /// others stay in their table without a parent.
 void custizationFrm::DeletePrimaryHazards() {
-  PassOver([&] { lookup::DeleteAllBut(Rows(), lookup::IsReserved); },
+  PassOver([&] { ReopenPrimaryHazards(); },
+           [&] { lookup::DeleteAllBut(Rows(), lookup::IsReserved); },
            [&] {
              session().ListSql = sources::HazardTypesOf(ui_->HazardType->currentText());
              OpenPlain(session().ListSql);

@@ -715,6 +715,25 @@ TEST_F(custizationFrmTest, DeleteOfTheTypesLeavesTheirEmptyListInHand) {
   EXPECT_EQ(Types(), (QStringList{"Noise/Engines", "Mechanical/Impact"}));
 }
 
+TEST_F(custizationFrmTest, AfterDeleteOfTheTypesTheNextCommandMeansThePrimaryHazards) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  PickEntry("Mechanical");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, AskToDeleteTypes("Mechanical"),
+                          Button::kYes);
+  Click("dletedt");
+  Add("Heat");
+  EXPECT_EQ(Stored("primaryhazard", "hazardType"),
+            (QStringList{"None.", "Mechanical", "Noise", "Dust", "Heat"}));
+  EXPECT_EQ(Types(), QStringList{"Noise/Engines"});
+  PickEntry("Noise");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, AskToDeleteTypes("Noise"), Button::kYes);
+  Click("dletedt");
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, kAllOfPrimary, Button::kYes);
+  Click("DeltAll");
+  EXPECT_EQ(Stored("primaryhazard", "hazardType"), QStringList{"None."});
+}
+
 TEST_F(custizationFrmTest, DeleteOfTheTypesTestsNoReservedWord) {
   installation.GivenHazardTypes("None.", {"N.A.", "None."});
   Open<custizationFrm>();
