@@ -60,10 +60,14 @@ void RiskEvalFrm_1::AddToList(const TaskList& list) {
     session().ListText = combo->currentText();
     if (below_hazard) session().ParentHazardText = ui_->PrimaryHazard->currentText();
     session().ListTextKnown = 0;
-    if (!below_hazard && CboBxLstDB_.RecordSource() != *list.sql) {
-      OpenListOf(list);  // a click on a primary hazard has put its hazard types here
-    } else {
-      CboBxLstDB_.Recordset().Requery();  // others add to the same lists
+    // A hazard type is looked for in the rows that are open: one that was just added below another
+    // hazard is among them, and a requery would drop it.
+    if (!below_hazard) {
+      if (CboBxLstDB_.RecordSource() != *list.sql) {
+        OpenListOf(list);  // a click on a primary hazard has put its hazard types here
+      } else {
+        CboBxLstDB_.Recordset().Requery();  // others add to the same lists
+      }
     }
     Recordset& rows = CboBxLstDB_.Recordset();
     const bool was_empty = rows.RecordCount() == 0;

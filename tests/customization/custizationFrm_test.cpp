@@ -757,6 +757,17 @@ TEST_F(custizationFrmTest, ATypeIsAddedOnceBelowItsHazardAndSelectedWhenItIsKnow
   EXPECT_EQ(ItemsOf("ActnByLst"), (QStringList{"Crushing", "Shearing", "Engines"}));
 }
 
+TEST_F(custizationFrmTest, ATypeBelowAHazardThatWasTypedSinceIsAddedOnce) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  Pick("HazardType", "Mechanical");
+  TypeInto("HazardType", "Dust");
+  for (int press = 0; press < 3; ++press) Add("Explosion");
+  EXPECT_EQ(Types().count("Dust/Explosion"), 1);
+  EXPECT_EQ(ItemsOf("ActnByLst"), (QStringList{"Crushing", "Shearing", "Explosion"}));
+  EXPECT_EQ(Selected(), "Explosion");
+}
+
 TEST_F(custizationFrmTest, AReservedTypeIsSilentlyPutBack) {
   installation.GivenHazardTypes("Mechanical", {"N.A."});
   Open<custizationFrm>();

@@ -283,6 +283,20 @@ TEST_F(RiskEvalFrm_1ListsTest, TheFirstHazardTypeOfAPrimaryHazardIsAdded) {
   EXPECT_EQ(ItemsOf("HazardType"), QStringList()) << "shown with the next focus";
 }
 
+TEST_F(RiskEvalFrm_1ListsTest, AHazardTypeBelowAHazardThatWasChangedSinceIsAddedOnce) {
+  OpenForm();
+  for (const char* opened : {"Alpha", "Beta"}) {  // a list with types, and one without
+    Focus("FuntnTaskMachry");
+    Put("PrimaryHazard", opened);
+    Focus("HazardType");
+    Put("PrimaryHazard", "Gamma");
+    Put("HazardType", opened);
+    for (int press = 0; press < 3; ++press) Click("adddt2");
+    EXPECT_EQ(HazardTypes().count("Gamma/" + QString(opened)), 1);
+    EXPECT_EQ(session.ListTextKnown, 1);
+  }
+}
+
 TEST_F(RiskEvalFrm_1ListsTest, AKnownHazardTypeIsPassedOverSilently) {
   OpenForm();
   Put("PrimaryHazard", "Alpha");
