@@ -109,7 +109,8 @@ void RiskEvalFrm_1::FndESINo_LostFocus() {
   // there is a text, this finds the first task, and with that the form stays in the find until it
   // is loaded again.
   ui_->FndESINo->setText(QString());
-  if (goes_on) EnableCombos(true);
+  // A find that missed and was taken back by hand has barred the lists too.
+  if (goes_on || TaskCount() != 0) EnableCombos(true);
 }
 
 }  // namespace kestrix
