@@ -139,6 +139,8 @@ void RiskEvalFrm_1::Load() {
       Tasks().SetAbsolutePosition(session().TaskPosition);
     }
   } catch (const Failure&) {
+    // The first task comes up without a change of row, and with the tick that was stored last.
+    SyncReducedCheck();
     LoadFailed();
   }
 }

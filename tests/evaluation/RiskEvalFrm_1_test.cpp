@@ -187,8 +187,27 @@ TEST_F(RiskEvalFrm_1Test, OpeningAndClosingChangesNoTask) {
   EXPECT_EQ(AllTasks(), before);
 }
 
+TEST_F(RiskEvalFrm_1Test, TheTickFollowsTheIndexesWhateverTaskTheFormOpensOn) {
+  for (const int before : {5, 2}) {  // a task with too little of a tick, and one with too much
+    GivenTask({{"FuntnTaskMachry", "Feed"},
+               {"RiskIndex", before},
+               {"RiskIndexAftr", 2},
+               {"RskRdsdtnY_N", before == 5 ? 0 : 1}});
+  }
+  for (const qint16 place : {qint16{1}, qint16{2}}) {
+    session.TaskPosition = place;
+    OpenForm();
+    EXPECT_EQ(session.TaskPosition, place);
+    EXPECT_EQ(IsChecked("RskRdsdtnY_N"), place == 1);
+    EXPECT_EQ(TextOf("RskRdsdtnY_N"), place == 1 ? "Yes" : "May require further risk reduction.");
+    CloseForm();
+  }
+  EXPECT_EQ(Stored("RskRdsdtnY_N"), (QStringList{"1", "0"}));
+}
+
 TEST_F(RiskEvalFrm_1Test, ATickThatStandsInTheTaskIsShownAsItStands) {
-  GivenTask({{"FuntnTaskMachry", "Feed"}, {"RskRdsdtnY_N", 1}, {"ActntkenOptnY_N", 1}});
+  GivenTask(
+      {{"FuntnTaskMachry", "Feed"}, {"RskRdsdtnY_N", 1}, {"RiskIndex", 1}, {"ActntkenOptnY_N", 1}});
   LookAt(LoadForm());
   EXPECT_TRUE(IsChecked("RskRdsdtnY_N"));
   EXPECT_EQ(TextOf("RskRdsdtnY_N"), "Yes");
