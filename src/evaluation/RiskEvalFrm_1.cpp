@@ -116,6 +116,7 @@ void RiskEvalFrm_1::ConnectFields() {
   OnGotFocus(ui_->dateOfRcd, &Me::dateOfRcd_GotFocus);
   OnLostFocus(ui_->dateOfRcd, &Me::dateOfRcd_LostFocus);
   On(ui_->actnDt, &QLineEdit::textChanged, &Me::actnDt_Change);
+  OnGotFocus(ui_->actnDt, &Me::actnDt_GotFocus);
   OnLostFocus(ui_->actnDt, &Me::actnDt_LostFocus);
   OnLostFocus(ui_->RefNo, &Me::RefNo_LostFocus);
   On(ui_->ActntkenOptnY_N, &QCheckBox::toggled, &Me::ActntkenOptnY_N_Click);
@@ -138,9 +139,9 @@ void RiskEvalFrm_1::Load() {
     if (Tasks().AbsolutePosition() != Recordset::kPositionUnknown) {
       Tasks().SetAbsolutePosition(session().TaskPosition);
     }
-  } catch (const Failure&) {
     // The first task comes up without a change of row, and with the tick that was stored last.
     SyncReducedCheck();
+  } catch (const Failure&) {
     LoadFailed();
   }
 }

@@ -131,6 +131,7 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   void dateOfRcd_GotFocus();
   void dateOfRcd_LostFocus();
   void actnDt_Change();
+  void actnDt_GotFocus();
   void actnDt_LostFocus();
   void RefNo_LostFocus();
   void ActntkenOptnY_N_Click();

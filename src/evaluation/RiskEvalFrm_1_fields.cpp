@@ -59,6 +59,12 @@ void RiskEvalFrm_1::actnDt_Change() {
   DateChanged(ui_->actnDt);
 }
 
+/// A date that is due is corrected place by place: the Tab key doesn't select it as a whole.
+void RiskEvalFrm_1::actnDt_GotFocus() {
+  ui_->actnDt->deselect();
+  actnDt_Change();
+}
+
 void RiskEvalFrm_1::actnDt_LostFocus() {
   DateLeft(ui_->actnDt);
 }

@@ -166,6 +166,17 @@ TEST_F(RiskEvalFrm_1FieldsTest, EnteringTheDateSelectsItWholeByKeyAndByMouse) {
   EXPECT_EQ(SelectedTextOf("dateOfRcd"), "01/02/2013");
 }
 
+TEST_F(RiskEvalFrm_1FieldsTest, TheActionDateIsNotSelectedAsAWhole) {
+  GivenTask({{"FuntnTaskMachry", "Feed"}, {"actnDt", ""}});
+  GivenTasks({"Clean"});
+  OpenForm();
+  Focus("actnDt");
+  EXPECT_EQ(SelectedTextOf("actnDt"), "_") << "the first free place";
+  ClickRow("DB1", 1);
+  Focus("actnDt");
+  EXPECT_EQ(SelectedTextOf("actnDt"), "");
+}
+
 TEST_F(RiskEvalFrm_1FieldsTest, EnteringAnEmptyDateLaysTheMaskInTheFirstBox) {
   GivenTask({{"FuntnTaskMachry", "Feed"}, {"dateOfRcd", ""}, {"actnDt", ""}});
   OpenForm();
