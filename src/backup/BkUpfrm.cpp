@@ -8,7 +8,6 @@
 #include "formkit/Controls.h"
 #include "platform/FileSystem.h"
 #include "platform/Measures.h"
-#include "store/Database.h"
 #include "store/RecordSources.h"
 #include "ui_BkUpfrm.h"
 
@@ -99,7 +98,7 @@ void BkUpfrm::LoadRegisterOfSet() {
     if (files().FileExists(copy)) files().DeleteFile(copy);
     // Nobody needs this copy after a loss of power, and a person waits for it.
     CopyGroup unsynced(temp_);
-    CopyDatabase(in_set, copy, Sync::With(unsynced));
+    CopyFileDurably(in_set, copy, Sync::With(unsynced));
     OpenRegister(copy);
   } else {
     TellMissing(QStringLiteral("1. Restored Files missing. contact M/s. BELTROVAN"));

@@ -309,7 +309,7 @@ void ReplaceDatabase(const QString& source, const QString& target, Sync when) {
   if (QFileInfo::exists(source) || !QFileInfo::exists(target)) {
     QFile::remove(target + QStringLiteral("-journal"));
   }
-  CopyDatabase(source, target, when);
+  CopyFileDurably(source, target, when);
 }
 
 }  // namespace kestrix

@@ -95,12 +95,13 @@ class Database {
 /// copied as the plain file that it is.
 void CopyDatabase(const QString& source, const QString& target, Sync when = Sync::kNow);
 
-/// Copies the database at `source` into the place of the one at `target`, if there is one, while
-/// nobody is in the middle of changing it. What a killed writer left beside the old database goes
-/// with it, so that it is never taken for a part of the new one. It has its place on return and is
-/// on the disk as `when` says, which is never with a group. Fails as CopyDatabase does, and with
-/// kLocked when a writer holds the target for longer than five seconds; the target is then as it
-/// was.
+/// Copies the database at `source`, a plain file that nobody works on, into the place of the one at
+/// `target`, if there is one, while nobody is in the middle of changing it. What a killed writer
+/// left beside the old database goes with it, so that it is never taken for a part of the new one;
+/// what lies beside the source stays, and has no part in the copy. It has its place on return and
+/// is on the disk as `when` says, which is never with a group. Fails as FileSystem::CopyFile does,
+/// and with kLocked when a writer holds the target for longer than five seconds; the target is then
+/// as it was.
 void ReplaceDatabase(const QString& source, const QString& target, Sync when = Sync::kNow);
 
 }  // namespace kestrix

@@ -26,10 +26,28 @@ int OpenPlain(const char* path, int flags, int mode) {
   return -1;
 }
 
+using Delete = decltype(sqlite3_vfs::xDelete);
+
+Delete EngineDelete() {
+  static const Delete call = sqlite3_vfs_find(nullptr)->xDelete;
+  return call;
+}
+
+/// A journal can name any file as the one that is to go with it. The names of an open database and
+/// of its journals lie in one piece of the engine's memory; one that was read from a file stands
+/// alone.
+int DeleteJournal(sqlite3_vfs* files, const char* path, int sync_folder) {
+  if (sqlite3_filename_database(path) == path) return SQLITE_OK;
+  return EngineDelete()(files, path, sync_folder);
+}
+
 bool GuardTheEngine() {
   sqlite3_vfs* files = sqlite3_vfs_find(nullptr);
   constexpr int kHasSystemCalls = 3;
-  if (files == nullptr || files->iVersion < kHasSystemCalls) return false;
+  if (files == nullptr || files->iVersion < kHasSystemCalls || EngineDelete() == nullptr) {
+    return false;
+  }
+  files->xDelete = DeleteJournal;
   const auto call = reinterpret_cast<sqlite3_syscall_ptr>(OpenPlain);
   return files->xSetSystemCall(files, "open", call) == SQLITE_OK;
 }

@@ -354,6 +354,25 @@ TEST_F(BackupWorkerFaultsTest, WhatAKilledWriterLeftIsNotTakenForAPartOfTheResto
   EXPECT_EQ(ReadFile(installation.Study(1)), ReadFile(InSet("ktx_RskSmt1.kbp")));
 }
 
+TEST_F(BackupWorkerFaultsTest, JournalBesideAFileOfASetStaysAndIsNotRolledBack) {
+  GivenSet();
+  const QByteArray study = ReadFile(InSet("ktx_RskSmt1.kbp"));
+  const QString journal = InSet("ktx_RskSmt1.kbp-journal");
+  {
+    // A change to a copy that was begun, with all that is needed to take it back.
+    ASSERT_TRUE(QFile::copy(InSet("ktx_RskSmt1.kbp"), InSet("ktx_RskSmt1.kbp.copy")));
+    OtherProcess writer(InSet("ktx_RskSmt1.kbp.copy"));
+    writer.Run(
+        "PRAGMA cache_size=1; BEGIN; UPDATE Risk_records SET HzrdDscptnTXT=hex(zeroblob(9999));");
+    ASSERT_TRUE(QFile::copy(InSet("ktx_RskSmt1.kbp.copy-journal"), journal));
+  }
+  const Tree set = TreeOf(session.BackupFolder);
+  Exec(installation.Study(1), "DELETE FROM Risk_records");
+  Run();
+  EXPECT_EQ(TreeOf(session.BackupFolder), set);
+  EXPECT_EQ(ReadFile(installation.Study(1)), study);
+}
+
 TEST_F(BackupWorkerFaultsTest, DamagedRegisterIsRestoredOver) {
   GivenSet();
   WriteFile(installation.Register(), "damaged");

@@ -32,14 +32,15 @@ class DatabaseTest : public StoreTest {
   }
 
   /// The journal of a change to many files, of which none was written: it names the file that tells
-  /// about all of them.
-  static QByteArray JournalThatNames(const QByteArray& file) {
+  /// about all of them. The study had its size before that change.
+  [[nodiscard]] QByteArray JournalThatNames(const QByteArray& file) const {
+    const auto pages = static_cast<quint32>(QFile(Path("study.mdb")).size() / 4096);
     constexpr quint32 kMarkPage = 0x40000000 / 4096 + 1;
     constexpr int kSector = 512;
     const QByteArray magic = QByteArray::fromHex("d9d505f920a163d7");
     QByteArray journal = magic;
     QDataStream(&journal, QIODevice::Append)
-        << quint32{0} << quint32{1} << quint32{1} << quint32{kSector} << quint32{4096};
+        << quint32{0} << quint32{1} << pages << quint32{kSector} << quint32{4096};
     journal = journal.leftJustified(kSector, '\0');
     const auto sum = std::accumulate(file.begin(), file.end(), quint32{0});
     QDataStream(&journal, QIODevice::Append) << kMarkPage;
@@ -185,6 +186,20 @@ TEST_F(DatabaseTest, APipeThatAJournalNamesIsNotWaitedFor) {
     return QString::number(Tasks()->RecordCount());
   });
   EXPECT_TRUE(told);
+}
+
+TEST_F(DatabaseTest, AFileThatAJournalNamesIsNotDeleted) {
+  // Also when it is the journal of another database that is open.
+  for (const char* name : {"letter.txt", "other.mdb-journal"}) {
+    MakeStudy(Path("other.mdb"));
+    const Database other(Path("other.mdb"));
+    SetBytes(Path(name), "Dear all");
+    SetBytes(Path("study.mdb-journal"), JournalThatNames(Path(name).toUtf8()));
+    const Database database(Path("study.mdb"));
+    EXPECT_EQ(Bytes(Path(name)), "Dear all");
+    EXPECT_FALSE(QFile::exists(Path("study.mdb-journal")));
+    EXPECT_TRUE(QFile::remove(Path("other.mdb")));
+  }
 }
 
 TEST_F(DatabaseTest, AMissingFileIsNamed) {
