@@ -66,7 +66,9 @@ void mnfrm::AddStage(Recordset& stages) {
 void mnfrm::dletedt0_Click() {
   try {
     const QString text = ui_->PrjStgCbo->currentText();
-    if (RefusesReserved(text) || LacksText(ui_->PrjStgCbo, text, LastComboText_)) return;
+    // What goes is the text that was kept, so a reserved one is refused wherever it stands.
+    if (RefusesReserved(lookup::IsReserved(text) ? text : LastComboText_)) return;
+    if (LacksText(ui_->PrjStgCbo, text, LastComboText_)) return;
     if (!IsDeletionWished(QStringLiteral("Wish to delete Record : ") + LastComboText_)) return;
     lookup::DeleteFirst(CboBxLstDB_.Recordset(), LastComboText_);
     FillStages();

@@ -239,6 +239,17 @@ TEST_F(MnfrmStagesTest, ReservedTextsAreNotDeleted) {
   EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning"}));
 }
 
+TEST_F(MnfrmStagesTest, AReservedTextThatTheDescriptionHeldIsNotDeletedEither) {
+  Exec(installation.Study(1), "UPDATE Project_details SET Project_Description='N.A.'");
+  OpenOrganisation("ACME", 1);
+  Click("PrjStgCbo");
+  Click("ProjectDescription");
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Cannot be deleted, reserved text.");
+  Click("dletedt0");
+  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning"}));
+  EXPECT_EQ(TextOf("PrjStgCbo"), "Design");
+}
+
 TEST_F(MnfrmStagesTest, NoneWithoutAFullStopIsAnOrdinaryStage) {
   installation.GivenListRows("Prjstage", {"None.", "None"});
   OpenOrganisation("ACME", 1);
