@@ -178,7 +178,8 @@ void Orgfrm::addorncmd_Click() {
 void Orgfrm::orgnmecbotxt_LostFocus() {
   const QString name = ui_->orgnmecbotxt->text();
   if (name.startsWith(u' ')) return RefuseLeadingSpace();
-  session().SelectedOrgName = Name();
+  // The placeholder is no organisation, and projects are stored below the name that is kept here.
+  session().SelectedOrgName = IsNoName(Name()) ? QString() : Name();
   SetName(name);
   EnteredOrgName_ = name;
   if (session().OrgEntryMode == 0) return;

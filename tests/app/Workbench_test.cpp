@@ -222,6 +222,24 @@ TEST_F(WorkbenchTest, AnotherOrganisationIsOpenedFromTheProjectForm) {
   EXPECT_TRUE(QFile::exists(StudySign(2)));
 }
 
+TEST_F(WorkbenchTest, LeavingTheOrganisationsWithoutAChoiceKeepsTheOneInWork) {
+  GivenPressShop();
+  Start();
+  OpenOrganisation("Press shop");
+  hands->Click("nworg");
+  desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN: Data required",
+                           "Please enter/select Organization name.");
+  hands->Click("clsd");
+  hands->Click("clsed");
+  ASSERT_EQ(Front(), "mnfrm");
+  EXPECT_EQ(hands->TextOf("ESI_No"), "P-1");
+  hands->Click("NwESINo");
+  hands->Type("P-2");
+  hands->PressTab();
+  EXPECT_EQ(Column(Study(1), "SELECT DISTINCT Factory_Name FROM Project_details"),
+            QStringList{"Press shop"});
+}
+
 TEST_F(WorkbenchTest, LinkedFilesComeUpOverTheProjectForm) {
   GivenPressShop();
   Start();
