@@ -194,10 +194,10 @@ void mnfrm::TakeOrganisation() {
 }
 
 void mnfrm::ConnectStudy() {
-  if (session().ActiveStudyNo == 0) return;
-  const QString study = installation().Study(session().ActiveStudyNo);
-  const bool exists = files().FileExists(study);
-  ui_->repotview->setEnabled(true);
+  const int number = session().ActiveStudyNo;
+  const QString study = installation().Study(number);
+  const bool exists = number != 0 && files().FileExists(study);
+  if (number != 0) ui_->repotview->setEnabled(true);
   if (!exists) {
     // Another organisation's projects mustn't stand below this one's name.
     dtsorce1_.Close();

@@ -199,11 +199,14 @@ TEST_F(MnfrmTest, AMissingStudyLeavesTheListEmptyAndSaysNothing) {
 TEST_F(MnfrmTest, AMissingStudyDoesNotShowTheProjectsOfAnotherOrganisation) {
   installation.GivenStudy(1);
   GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
-  ChangeOrganisation("Second works", 2);
-  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
-  EXPECT_EQ(TextOf("ESI_No"), "");
-  EXPECT_FALSE(QFile::exists(installation.StudySign(1)));
+  for (const int missing : {2, 0}) {
+    OpenOrganisation("ACME", 1);
+    ChangeOrganisation("Second works", missing);
+    EXPECT_TRUE(RowsShownIn("DB1").isEmpty()) << missing;
+    EXPECT_EQ(TextOf("ESI_No"), "") << missing;
+    EXPECT_FALSE(QFile::exists(installation.StudySign(1))) << missing;
+    Click("clsdfrm");
+  }
 }
 
 TEST_F(MnfrmTest, ADamagedStudyEndsTheActivationWithoutAWord) {
