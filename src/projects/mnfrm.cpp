@@ -263,6 +263,10 @@ void mnfrm::Deactivate() {
 }
 
 void mnfrm::QueryUnload() {
+  // A title bar takes no focus: the box that has it is left here. A number that is being entered is
+  // not added by going away.
+  if (focusWidget() == ui_->PrjStgCbo) PrjStgCbo_LostFocus();
+  if (focusWidget() == ui_->ProjectDescription) ProjectDescription_LostFocus();
   try {
     session().ProjectFormHolds = 0;
     session().StudyConnected = 0;

@@ -531,6 +531,28 @@ TEST_F(MnfrmTest, ClosingStoresWhatWasTypedLast) {
   EXPECT_EQ(Stored("P1", "preparedBytxt"), "Ann");
 }
 
+TEST_F(MnfrmTest, ClosingLeavesTheBoxThatHasTheFocusAndAddsNoNumber) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1"});
+  struct Left {
+    const char* box;
+    const char* field;
+    const char* stored;
+  };
+  for (const Left& left : {Left{"PrjStgCbo", "Project_phase", "N.A."},
+                           Left{"ProjectDescription", "Project_Description", "None."}}) {
+    OpenOrganisation("ACME", 1);
+    TypeInto(left.box, "");
+    CloseBox(*form);
+    EXPECT_EQ(Stored("P1", left.field), left.stored);
+  }
+  OpenOrganisation("ACME", 1);
+  TypeNewNumber("P2");
+  CloseBox(*form);
+  EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+}
+
 TEST_F(MnfrmTest, AFormThatIsOpenedAgainRemembersNoOrganisation) {
   installation.GivenStudy(1);
   GivenProjects({"P1"});
