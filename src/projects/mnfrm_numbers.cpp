@@ -160,6 +160,7 @@ void mnfrm::ProjectDescription_LostFocus() {
 }
 
 void mnfrm::FndESINo_Change() {
+  if (!dtsorce1_.HasRecordset()) return;
   Recordset& projects = dtsorce1_.Recordset();
   if (projects.RecordCount() == 0) return;
   const QString wanted = ui_->FndESINo->text();
