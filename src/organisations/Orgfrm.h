@@ -81,7 +81,8 @@ class Orgfrm : public SessionForm {
   void LeaveWithoutTemplate();
   void AskForName();
   void TakeUpOrganisation();
-  void NumberNewOrganisation();
+  [[nodiscard]] bool LacksNumber();
+  void NumberOrganisation();
   [[nodiscard]] bool FindFreeNumber();
   void StoreNumber(qint16 number);
   void TakeStudyNumber();

@@ -30,7 +30,7 @@ void Orgfrm::clsd_Click() {
   }
   PassOver(
       [this] {
-        if (IsAdding()) NumberNewOrganisation();
+        if (IsAdding() || LacksNumber()) NumberOrganisation();
       },
       [this] { TakeStudyNumber(); }, [this] { StoreInHistory(); },
       [this] { Q_EMIT OrganisationOpened(u' ' + session().ActiveOrgName); });
@@ -61,19 +61,21 @@ void Orgfrm::TakeUpOrganisation() {
   session().OrgCount = Narrow(Orgndata_.Recordset().RecordCount());
 }
 
-/// The organisation that was added last is opened for the first time: it gets its number and its
-/// study.
-void Orgfrm::NumberNewOrganisation() {
-  // Others may have added theirs meanwhile, before this one's row and with the numbers up to here.
+/// Whether the register has the organisation, without a number: it was never opened, or the program
+/// ended before it was numbered.
+bool Orgfrm::LacksNumber() {
+  Recordset& rows = Orgndata_.Recordset();
+  return WalkTo(rows, session().ActiveOrgName, session().OrgCount) &&
+         rows.Number(kStudyNumber) == 0;
+}
+
+/// An organisation is opened for the first time: it gets its number and its study.
+void Orgfrm::NumberOrganisation() {
+  // Others may have added theirs meanwhile, before this one's row and with the numbers up to here,
+  // or have opened this one.
   PassOver([this] { RefreshNames(); },
            [this] { session().OrgCount = Narrow(Orgndata_.Recordset().RecordCount()); });
-  if (session().OrgCount == 1) {
-    Orgndata_.Recordset().MoveFirst();
-    return StoreNumber(1);
-  }
-  if (!FindFreeNumber()) return;
-  if (!WalkTo(Orgndata_.Recordset(), session().ActiveOrgName, session().OrgCount)) return;
-  StoreNumber(session().ActiveStudyNo);
+  if (FindFreeNumber() && LacksNumber()) StoreNumber(session().ActiveStudyNo);
 }
 
 /// The smallest number that no row of the register holds becomes the active one. False when there

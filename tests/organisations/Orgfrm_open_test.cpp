@@ -187,14 +187,30 @@ TEST_F(OrgfrmOpenTest, RowsWithoutANumberTakeNone) {
   EXPECT_EQ(Organisations(), QList<QStringList>({{"A", "0"}, {"B", "<null>"}, {"C", "1"}}));
 }
 
-TEST_F(OrgfrmOpenTest, KnownOrganisationWithoutANumberOpensNoStudy) {
-  Exec(installation.Register(), "INSERT INTO orgtn VALUES('A',NULL)");
-  session.ActiveStudyNo = 5;
-  OpenByList("A");
-  EXPECT_EQ(session.ActiveStudyNo, 0);
-  EXPECT_EQ(LastOpened(), QStringList({"0"}));
-  EXPECT_EQ(Organisations(), QList<QStringList>({{"A", "<null>"}}));
-  EXPECT_EQ(told, QStringList({"opened [ A]", "closing"}));
+TEST_F(OrgfrmOpenTest, KnownOrganisationWithoutANumberGetsItAndItsStudyAtItsNextOpening) {
+  for (const char* none : {"NULL", "0"}) {
+    Exec(installation.Register(), QStringLiteral("DELETE FROM orgtn; INSERT INTO orgtn "
+                                                 "VALUES('A',1),('B',%1),('C',3)")
+                                      .arg(none));
+    session.ActiveStudyNo = 3;
+    OpenByList("B");
+    EXPECT_EQ(session.ActiveStudyNo, 2);
+    EXPECT_EQ(LastOpened(), QStringList({"2"}));
+    EXPECT_EQ(Organisations(), QList<QStringList>({{"A", "1"}, {"B", "2"}, {"C", "3"}}));
+    EXPECT_TRUE(QFile::remove(installation.Study(2)));
+    EXPECT_EQ(told, QStringList({"opened [ B]", "closing"}));
+  }
+}
+
+TEST_F(OrgfrmOpenTest, ANumberThatSomebodyElseGaveMeanwhileStands) {
+  Exec(installation.Register(), "INSERT INTO orgtn VALUES('A',1),('B',NULL)");
+  OpenOrganisations();
+  PickOrganisation("B");
+  OtherProcess(installation.Register()).Run("UPDATE orgtn SET sclenotxt=7 WHERE OrgName='B';");
+  Click("clsd");
+  EXPECT_EQ(session.ActiveStudyNo, 7);
+  EXPECT_EQ(Organisations().last(), QStringList({"B", "7"}));
+  EXPECT_FALSE(QFile::exists(installation.Study(2)));
 }
 
 TEST_F(OrgfrmOpenTest, TenThousandOrganisationsStayUsable) {
