@@ -273,11 +273,18 @@ void Orgfrm::hstry_Click() {
   session().SelectedOrgName = name;
   ui_->clsd->setEnabled(true);
   ui_->clsed->setEnabled(false);
-  // While a name is being added the combo is disabled and can't take the focus: the command ends
-  // here, so that a known organisation is never numbered as if it had just been added.
-  if (!ui_->orgnmecbo->isEnabled()) return;
+  if (session().OrgEntryMode == 1) DropEntry();
   FocusLater(ui_->orgnmecbo);
   clsd_Click();
+}
+
+/// A name that was being added is given up; none is numbered as if it had just been added.
+void Orgfrm::DropEntry() {
+  ui_->addorncmd->setProperty(kTag, QStringLiteral("0"));
+  session().OrgEntryMode = 0;
+  ui_->orgnmecbotxt->setReadOnly(true);
+  ui_->orgnmecbo->setEnabled(true);
+  ui_->addorncmd->setEnabled(true);
 }
 
 void Orgfrm::clsed_Click() {

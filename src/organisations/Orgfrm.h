@@ -74,6 +74,7 @@ class Orgfrm : public SessionForm {
   void addorncmd_Click();
   void fle_Click();
   void hstry_Click();
+  void DropEntry();
   void clsed_Click();
 
   // Orgfrm_open.cpp: making the chosen organisation the active one.

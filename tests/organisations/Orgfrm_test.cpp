@@ -542,16 +542,23 @@ TEST_F(OrgfrmTest, EmptyHistoryEntryDoesNothing) {
   EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
 }
 
-TEST_F(OrgfrmTest, HistoryDoesntNumberAKnownOrganisationAnewWhileAdding) {
+TEST_F(OrgfrmTest, HistoryDropsTheNameThatIsBeingAddedAndOpens) {
   installation.GivenOrganisation("Press shop", 3);
   Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=3");
   OpenOrganisations();
   Click("addorncmd");
+  Type("Paint shop");
   OpenHistory();
+  QObject::connect(form, &Orgfrm::OrganisationOpened, form, [&] {
+    EXPECT_EQ(TagOf("addorncmd"), "0");
+    EXPECT_EQ(session.OrgEntryMode, 0);
+  });
   Choose("hstry");
+  EXPECT_TRUE(IsGone());
+  EXPECT_EQ(told, QStringList({"opened [ Press shop]", "closing"}));
+  EXPECT_EQ(session.ActiveStudyNo, 3);
   EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "3"}}));
   EXPECT_FALSE(QFile::exists(installation.Study(1)));
-  EXPECT_EQ(TextOf("orgnmecbotxt"), "Press shop");
 }
 
 TEST_F(OrgfrmTest, ExitUnloadsTheFormAndTellsTheProjectForm) {
