@@ -105,7 +105,7 @@ void Orgfrm::StoreNumber(qint16 number) {
 void Orgfrm::TakeStudyNumber() {
   Recordset& rows = Orgndata_.Recordset();
   if (!WalkTo(rows, session().ActiveOrgName, session().OrgCount)) return;
-  session().ActiveStudyNo = Narrow(rows.Number(kStudyNumber));
+  PassOver([&] { session().ActiveStudyNo = Narrow(rows.Number(kStudyNumber)); });
   // Somebody else has the study open. It opens all the same; only a delete is barred by it.
   session().FileFoundA = files().FileExists(installation().StudySign(session().ActiveStudyNo));
   if (session().FileFoundA) session().OtherUserMark = 2;

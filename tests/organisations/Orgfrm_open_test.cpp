@@ -276,6 +276,15 @@ TEST_F(OrgfrmOpenTest, MarkOfAnotherUserIsNeverTakenBack) {
   EXPECT_EQ(session.OtherUserMark, 2);
 }
 
+TEST_F(OrgfrmOpenTest, NumberOutOfRangeLeavesTheFormerOneWhoseSignIsLookedAt) {
+  Exec(installation.Register(), "INSERT INTO orgtn VALUES('A',40000)");
+  WriteFile(installation.StudySign(7), QByteArray());
+  session.ActiveStudyNo = 7;
+  OpenByList("A");
+  EXPECT_EQ(session.ActiveStudyNo, 7);
+  EXPECT_EQ(session.OtherUserMark, 2);
+}
+
 TEST_F(OrgfrmOpenTest, SignOfAnotherStudyMarksNothing) {
   installation.GivenOrganisation("Press shop", 7);
   WriteFile(installation.StudySign(8), QByteArray());
