@@ -46,7 +46,7 @@ class Orgfrm : public SessionForm {
   /// of required files is to be shown modally.
   void LoadFailed();
   /// The study that is being deleted is in use: the project form, loaded if it isn't, points its
-  /// rows at the empty template and clears its caption. A failure may travel back.
+  /// rows at the empty template and clears its caption.
   void StudyReleaseRequested();
 
  protected:

@@ -132,7 +132,7 @@ void mnfrm::OrganisationFormNotShown() {
 
 void mnfrm::LetGoOfStudy() {
   dtsorce1_.SetConnectionString(DataControl::ConnectionStringFor(installation().StudyTemplate()));
-  dtsorce1_.Refresh();
+  PassOver([this] { dtsorce1_.Refresh(); });
   ui_->Orglbltxt->clear();
   session().ActiveOrgName.clear();
 }

@@ -48,8 +48,8 @@ class mnfrm : public SessionForm, public ProjectInHand {
   /// one are unloaded.
   void OrganisationFormNotShown();
   /// Lets go of the study that is open, so that its files can be deleted: the rows become those of
-  /// the empty template, and no organisation is in work any more. Fails as DataControl::Refresh;
-  /// the caption and the organisation's name then stay.
+  /// the empty template, or none where that can't be opened, and no organisation is in work any
+  /// more. It never fails.
   void LetGoOfStudy();
 
  Q_SIGNALS:

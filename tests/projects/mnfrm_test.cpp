@@ -443,12 +443,13 @@ TEST_F(MnfrmTest, LettingGoOfTheStudyFreesItsFileAndForgetsTheOrganisation) {
             DataControl::ConnectionStringFor(installation.Template()));
 }
 
-TEST_F(MnfrmTest, LettingGoFailsWithoutTheTemplateAndKeepsTheName) {
+TEST_F(MnfrmTest, LettingGoClearsTheNameAlsoWithoutTheTemplate) {
   installation.GivenStudy(1);
   OpenOrganisation("ACME", 1);
   ASSERT_TRUE(QFile::remove(installation.Template()));
-  EXPECT_EQ(FailureOf([&] { form->LetGoOfStudy(); }), failure::kFileNotFound);
-  EXPECT_EQ(TextOf("Orglbltxt"), " ACME");
+  form->LetGoOfStudy();
+  EXPECT_EQ(TextOf("Orglbltxt"), "");
+  EXPECT_EQ(session.ActiveOrgName, "");
   EXPECT_FALSE(QFile::exists(installation.StudySign(1)));
 }
 
