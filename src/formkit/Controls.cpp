@@ -4,12 +4,14 @@
 #include <QAbstractScrollArea>
 #include <QApplication>
 #include <QComboBox>
-#include <QEvent>
+#include <QFocusEvent>
 #include <QLineEdit>
 #include <QPalette>
+#include <QPlainTextEdit>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
 #include <utility>
 
 #include "formkit/TextLimit.h"
@@ -64,15 +66,52 @@ void Paint(QPalette& palette, Roles roles, QRgb colour) {
   }
 }
 
+/// What the program writes where nothing was typed yet.
+bool IsPlaceholder(const QString& text) {
+  return text == lookup::kNone || text == lookup::kNotApplicable || text == u"None" ||
+         text == u"Enter Project Number.";
+}
+
+bool HasSelection(const QLineEdit* box) {
+  return box->hasSelectedText();
+}
+bool HasSelection(const QPlainTextEdit* box) {
+  return box->textCursor().hasSelection();
+}
+
+/// A press that brought the focus goes on to place the cursor, or would begin to drag what is
+/// selected; so the text is selected behind it, unless somebody selected a part by then.
+template <class Box>
+void SelectAll(Box* box) {
+  if (QGuiApplication::mouseButtons() == Qt::NoButton) return box->selectAll();
+  if constexpr (std::is_same_v<Box, QPlainTextEdit>) {
+    box->moveCursor(QTextCursor::End);
+  } else {
+    box->deselect();
+  }
+  const auto select = [box] {
+    if (!HasSelection(box)) box->selectAll();
+  };
+  QMetaObject::invokeMethod(box, select, Qt::QueuedConnection);
+}
+
 constexpr auto kFilledBefore = "kestrix_filled_before";
 
-/// Turns the wheel away from a combo box: it belongs to the list below or to the page.
-class WheelGuard : public QObject {
+/// Turns the wheel away from a combo box: it belongs to the list below or to the page. And keeps
+/// what is selected in the box while its list is open: the toolkit takes the list's focus for one
+/// that has gone for good.
+class ComboGuard : public QObject {
  public:
   using QObject::QObject;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::FocusOut && QApplication::activePopupWidget() &&
+        static_cast<QFocusEvent*>(event)->reason() == Qt::OtherFocusReason) {
+      QFocusEvent to_popup(QEvent::FocusOut, Qt::PopupFocusReason);
+      QCoreApplication::sendEvent(watched, &to_popup);
+      return true;
+    }
     if (event->type() != QEvent::Wheel) return QObject::eventFilter(watched, event);
     event->ignore();
     return true;
@@ -128,9 +167,9 @@ QRgb BackColour(const QWidget* control) {
 }
 
 void SettleCombo(QComboBox* combo) {
-  constexpr auto kGuardName = "kestrix_wheel_guard";
+  constexpr auto kGuardName = "kestrix_combo_guard";
   if (!combo->findChild<QObject*>(kGuardName, Qt::FindDirectChildrenOnly)) {
-    auto* guard = new WheelGuard(combo);
+    auto* guard = new ComboGuard(combo);
     guard->setObjectName(kGuardName);
     combo->installEventFilter(guard);
   }
@@ -139,6 +178,8 @@ void SettleCombo(QComboBox* combo) {
   combo->setCompleter(nullptr);
   // A text that was typed is not picked from the list, even if it stands there.
   QObject::disconnect(combo->lineEdit(), &QLineEdit::editingFinished, combo, nullptr);
+  QObject::connect(combo, &QComboBox::activated, combo->lineEdit(),
+                   [edit = combo->lineEdit()] { edit->home(false); });
 }
 
 void ComboListBox::Clear() {
@@ -187,9 +228,16 @@ void ShowBeginning(QLineEdit* box) {
 }
 
 void SelectWhole(QLineEdit* box) {
-  box->selectAll();
-  if (QGuiApplication::mouseButtons() == Qt::NoButton) return;
-  QMetaObject::invokeMethod(box, &QLineEdit::selectAll, Qt::QueuedConnection);
+  SelectAll(box);
+}
+
+void SelectPlaceholder(QWidget* control) {
+  auto* combo = qobject_cast<QComboBox*>(control);
+  if (auto* box = combo ? combo->lineEdit() : qobject_cast<QLineEdit*>(control)) {
+    if (!box->isReadOnly() && IsPlaceholder(box->text())) SelectAll(box);
+  } else if (auto* lines = qobject_cast<QPlainTextEdit*>(control)) {
+    if (!lines->isReadOnly() && IsPlaceholder(lines->toPlainText())) SelectAll(lines);
+  }
 }
 
 }  // namespace kestrix

@@ -43,7 +43,8 @@ void SetSystemBack(QWidget* control);
 [[nodiscard]] QPalette::ColorRole LinkRole(const QWidget* control);
 
 /// An editable combo box that takes exactly what is typed: nothing is completed, inserted or
-/// changed by the wheel over it. Form applies it to every combo box that it holds.
+/// changed by the wheel over it; a pick shows its beginning. Form applies it to every combo box
+/// that it holds.
 void SettleCombo(QComboBox* combo);
 
 /// Empties or fills a combo box without its text following the items.
@@ -65,8 +66,10 @@ class ComboListBox : public ListBox {
 [[nodiscard]] QString ShownIn(const QPlainTextEdit* box, const QString& text);
 /// Shows a long text from its beginning, except where somebody is typing.
 void ShowBeginning(QLineEdit* box);
-/// Selects the whole text of a box that gets the focus. The press that brought it goes on to place
-/// the cursor, so what a handler of the focus selects is selected once more behind the press.
+/// Selects the whole text of a box that gets the focus, behind the press that brought it.
 void SelectWhole(QLineEdit* box);
+/// Selects the whole text of a text box or combo box that gets the focus with nothing but a
+/// placeholder in it, so that typing replaces it.
+void SelectPlaceholder(QWidget* control);
 
 }  // namespace kestrix

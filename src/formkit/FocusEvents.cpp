@@ -10,6 +10,7 @@
 #include <QShortcutEvent>
 #include <QTableView>
 
+#include "formkit/Controls.h"
 #include "formkit/Form.h"
 
 namespace kestrix {
@@ -77,9 +78,9 @@ void FocusEvents::FocusNow() {
   }
   focus_queued_ = false;
   returning_ = false;
-  const QPointer<QWidget> control = later_;
-  const Handler then = std::exchange(then_, {});
-  later_ = nullptr;
+  const QPointer<QWidget> control = std::exchange(later_, nullptr);
+  arriving_ = control;
+  arrived_ = std::exchange(then_, {});
   if (control && control->isVisible() && control->isEnabled()) {
     QWidget* window = control->window();
     const QWidget* modal = QApplication::activeModalWidget();
@@ -89,7 +90,6 @@ void FocusEvents::FocusNow() {
       window->activateWindow();
     }
     control->setFocus(Qt::OtherFocusReason);
-    if (then) then();
   }
   // A focus that was held back and then found its control gone stays where it went.
   FollowFocus();
@@ -109,6 +109,7 @@ void FocusEvents::Forget(const QWidget* control) {
     later_ = nullptr;
     then_ = {};
   }
+  if (is_within(arriving_)) arrived_ = {};
 }
 
 QWidget* FocusEvents::ControlOf(QWidget* widget) const {
@@ -137,7 +138,8 @@ void FocusEvents::FollowFocus() {
   if (telling_ || returning_) return;
   for (int move = 0; move < kMostMoves; ++move) {
     QWidget* now = ControlOf(QApplication::focusWidget());
-    if (!now || now == control_) return;
+    if (!now) return;
+    if (now == control_) return Arrive();
     if (control_) {
       returning_ = Leave();
       if (returning_) return;
@@ -146,6 +148,13 @@ void FocusEvents::FollowFocus() {
     control_ = now;
     TellGot(now);
   }
+}
+
+/// A window that comes back to the front has the focus later than it was asked for; until then what
+/// follows a queued focus waits. It is dropped when the focus came to stand elsewhere.
+void FocusEvents::Arrive() {
+  const Handler arrived = std::exchange(arrived_, {});
+  if (arrived && arriving_ && ControlOf(arriving_) == control_) arrived();
 }
 
 /// Tells `control_` that it lost the focus; true when its handler holds the focus back.
@@ -171,10 +180,10 @@ bool FocusEvents::Leave() {
 void FocusEvents::TellGot(QWidget* control) {
   const Form* form = FormOf(control);
   if (form && form->IsUnloading()) return;
-  const Handler got = handlers_.value(control).got;
-  if (!got) return;
   const QScopedValueRollback<bool> telling(telling_, true);
-  got();
+  const QPointer<QWidget> told = control;
+  if (const Handler got = handlers_.value(control).got) got();
+  if (told) SelectPlaceholder(told);
 }
 
 bool FocusEvents::eventFilter(QObject* watched, QEvent* event) {

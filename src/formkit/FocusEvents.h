@@ -36,9 +36,9 @@ class FocusEvents : public QObject {
   void OnLostFocus(QWidget* control, Handler handler);
 
   /// Sends the focus to `control` behind the event in hand, and behind the click when a mouse
-  /// button is down, then runs `then` (a selection, say). The form of the control comes to the
-  /// front with it, unless a modal one bars it. Nothing happens when the control is gone, hidden or
-  /// disabled by then. The last call wins.
+  /// button is down; behind its got-focus handler runs `then` (a selection, say). The form of the
+  /// control comes to the front with it, unless a modal one bars it. Nothing happens when the
+  /// control is gone, hidden or disabled by then. The last call wins.
   void FocusLater(QWidget* control, Handler then = {});
 
   /// Tells the control that has the focus that it loses it, once: its form is about to lose the
@@ -62,6 +62,7 @@ class FocusEvents : public QObject {
   void FollowFocus();
   [[nodiscard]] bool Leave();
   void TellGot(QWidget* control);
+  void Arrive();
   void QueueFocus();
   void FocusNow();
   void SwallowPress();
@@ -73,6 +74,8 @@ class FocusEvents : public QObject {
   QPointer<QWidget> control_;  ///< that has the focus, for the rules
   QPointer<QWidget> later_;
   Handler then_;
+  QPointer<QWidget> arriving_;  ///< was given the focus; `arrived_` follows when it has been told
+  Handler arrived_;
   bool focus_queued_ = false;
   bool waits_for_release_ = false;
   bool telling_ = false;        ///< a handler is running

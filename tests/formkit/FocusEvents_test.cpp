@@ -1,11 +1,14 @@
 #include "formkit/FocusEvents.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QTimer>
 
 #include "FormKitTest.h"
+#include "formkit/Controls.h"
 
 namespace kestrix {
 namespace {
@@ -242,6 +245,83 @@ TEST_F(FocusEventsTest, FocusHeldBehindAMessageComesBackWithTheForm) {
   EXPECT_FALSE(log.contains("go clicked"));
   EXPECT_FALSE(log.contains("go got"));
   EXPECT_EQ(log, Log({"first lost", "first got"}));
+}
+
+TEST_F(FocusEventsTest, WhatFollowsAQueuedFocusHasTheLastWordBehindARealMessage) {
+  first->setText("text");
+  const auto refuse = [this] {
+    QMessageBox box(form);
+    QTimer::singleShot(0, &box, &QDialog::accept);
+    box.exec();
+    form->FocusLater(first, [this] { first->setSelection(0, 1); });
+  };
+  form->Watch(*first, refuse, [this] { SelectWhole(first); });
+  for (const bool by_click : {false, true}) {
+    SCOPED_TRACE(by_click);
+    log.clear();
+    by_click ? Click("go") : PressTab();
+    ASSERT_TRUE(WaitUntil([this] { return FocusName() == "first"; }));
+    Settle();
+    EXPECT_EQ(log, Log({"first lost", "first got"}));
+    EXPECT_EQ(SelectedTextOf("first"), "t");
+  }
+}
+
+TEST_F(FocusEventsTest, PlaceholderIsSelectedOnEntryAndAnyOtherTextIsnt) {
+  auto& combo = form->Add<QComboBox>("combo");
+  combo.setEditable(true);
+  auto& lines = form->Add<QPlainTextEdit>("lines");
+  const auto put = [&](const QString& text) {
+    second->setText(text);
+    combo.setEditText(text);
+    lines.setPlainText(text);
+  };
+  Settle();
+  for (const char* text : {"None.", "N.A.", "None", "Enter Project Number."})
+    for (const char* name : {"second", "combo", "lines"}) {
+      SCOPED_TRACE(std::string(text) + " in " + name);
+      put(text);
+      Click("first");
+      Click(name);
+      EXPECT_EQ(SelectedTextOf(name), text);
+      Type("x");
+      EXPECT_EQ(TextOf(name), "x");
+    }
+  put("none.");
+  for (const char* name : {"second", "combo", "lines"}) {
+    Click(name);
+    EXPECT_EQ(SelectedTextOf(name), "") << name;
+  }
+  second->setText("N.A.");
+  second->setReadOnly(true);
+  Click("second");
+  EXPECT_EQ(SelectedTextOf("second"), "");
+}
+
+TEST_F(FocusEventsTest, ListThatClosesWithoutAChoiceLeavesTheSelection) {
+  auto& combo = form->Add<QComboBox>("combo");
+  combo.setEditable(true);
+  SettleCombo(&combo);
+  combo.addItems({"one", "two"});
+  combo.setEditText("None.");
+  Settle();
+  Click("combo");
+  const auto open_and_close = [&] {
+    PressKey(Qt::Key_Down, Qt::AltModifier);
+    ASSERT_TRUE(WaitUntil([&] { return combo.view()->isVisible(); }));
+    PressKey(Qt::Key_Escape);
+    ASSERT_TRUE(WaitUntil([&] { return !combo.view()->isVisible(); }));
+    Settle();
+  };
+  open_and_close();
+  EXPECT_EQ(SelectedTextOf("combo"), "None.");
+  combo.lineEdit()->setSelection(1, 2);
+  open_and_close();
+  EXPECT_EQ(SelectedTextOf("combo"), "on");
+  const QString long_text = QStringLiteral("long ").repeated(40);
+  combo.addItem(long_text);
+  Pick("combo", long_text);
+  EXPECT_EQ(combo.lineEdit()->cursorPosition(), 0);
 }
 
 TEST_F(FocusEventsTest, ComboBoxCountsAsOneControlWithItsEditAndItsList) {
