@@ -217,6 +217,12 @@ void custizationFrm::FillBoth() {
   ui_->ActnByLst->clear();
   lookup::Fill(Rows(), copies);
   CopyToList(*ui_->ActnByCbo);
+  if (!IsPrimaryHazardChosen() || HazardListShowing_) return;
+  ComboListBox hazards(ui_->HazardType);
+  const QString kept = hazards.Text();
+  hazards.Clear();
+  lookup::Fill(Rows(), hazards);
+  hazards.SetText(kept);
 }
 
 void custizationFrm::CopyToList(const QComboBox& filled) {

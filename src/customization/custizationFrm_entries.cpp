@@ -31,7 +31,8 @@ void custizationFrm::AddrcdTxt_LostFocus() {
 
 void custizationFrm::AddListRecord() {
   session().AddDupFound = 0;
-  ui_->ActnByCbo->setEditText(SelectedEntry());
+  QString selected = SelectedEntry();
+  ui_->ActnByCbo->setEditText(selected);
   const QString text = ui_->AddrcdTxt->text();
   if (text.isEmpty()) {
     FocusLater(ui_->AddrcdTxt);
@@ -47,7 +48,12 @@ void custizationFrm::AddListRecord() {
     session().AddPending = false;
     return;
   }
-  PassOver([&] { StoreNewEntry(text); });
+  PassOver(
+      [&] {
+        StoreNewEntry(text);
+        selected = text;  // what the list refuses isn't shown as an entry of it
+      },
+      [&] { FillBoth(); });
   session().AddPending = false;
   PassOver([&] { FillBoth(); });
   ui_->ActnByCbo->setEditText(text);

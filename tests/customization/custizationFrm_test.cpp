@@ -390,6 +390,9 @@ TEST_F(custizationFrmTest, ANewEntryThatTheListRefusesIsForgottenAndPendsNoLonge
   EXPECT_FALSE(session.AddPending);
   EXPECT_EQ(session.AddDupFound, 0);
 }
+  EXPECT_EQ(TextOf("ActnByCbo"), "None.");
+  EXPECT_EQ(Selected(), "None.");
+  EXPECT_EQ(TextOf("AddrcdTxt"), "design") << "what was typed is still there";
 
 TEST_F(custizationFrmTest, DamagedListsOpenAsEmptyOnesAndSayNothing) {
   QFile file(installation.Lists());
@@ -553,6 +556,8 @@ TEST_F(custizationFrmTest, AnAddGoesToTheLevelThatIsShown) {
   Add("Heat");
   EXPECT_EQ(Stored("primaryhazard", "hazardType").last(), "Heat");
   Pick("HazardType", "Dust");
+  EXPECT_EQ(ItemsOf("HazardType"), Stored("primaryhazard", "hazardType"));
+  EXPECT_EQ(TextOf("HazardType"), "None.");
   Add("Explosion");
   EXPECT_EQ(Types().last(), "Dust/Explosion");
 }
@@ -565,6 +570,7 @@ TEST_F(custizationFrmTest, ARenamedPrimaryHazardLeavesItsTypesBehind) {
   Click("SavRcd");
   EXPECT_TRUE(Stored("primaryhazard", "hazardType").contains("Mechanics"));
   EXPECT_TRUE(Types().contains("Mechanical/Crushing"));
+  EXPECT_EQ(ItemsOf("HazardType"), Stored("primaryhazard", "hazardType"));
 }
 
 TEST_F(custizationFrmTest, ATypeIsRenamedInItsView) {
