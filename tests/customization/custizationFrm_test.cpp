@@ -1,5 +1,6 @@
 #include "customization/custizationFrm.h"
 
+#include <QAccessible>
 #include <QComboBox>
 #include <QFile>
 #include <QLabel>
@@ -629,6 +630,56 @@ TEST_F(custizationFrmTest, ANoToTheTypesDeletesNothing) {
                           Button::kNo);
   Click("dletedt");
   EXPECT_EQ(Types().size(), 3);
+}
+
+TEST_F(custizationFrmTest, AHazardThatReadsAsAConditionLosesItsOwnTypesOnly) {
+  const QString hazard = "x' OR '1'='1";
+  Exec(installation.Lists(), "INSERT INTO primaryhazard(hazardType) VALUES('x'' OR ''1''=''1')");
+  Exec(installation.Lists(),
+       "INSERT INTO HazardType(HazardTyp,hazardoccurrence) VALUES('x'' OR ''1''=''1','Own')");
+  const QStringList others{"Mechanical/Crushing", "Mechanical/Shearing", "Noise/Engines"};
+  const auto own = [&](const QString& type) { return others + QStringList{hazard + u'/' + type}; };
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  ASSERT_EQ(Types(), own("Own"));
+  PickEntry(hazard);
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, AskToDeleteTypes(hazard), Button::kYes);
+  Click("dletedt");
+  EXPECT_EQ(Types(), others);
+
+  Pick("HazardType", hazard);
+  Add("Second");
+  ASSERT_EQ(Types(), own("Second"));
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete all Records.", Button::kYes);
+  Click("DeltAll");
+  EXPECT_EQ(Types(), others);
+
+  Add("Third");
+  ASSERT_EQ(Types(), own("Third"));
+  ChooseList("Primary Hazard");
+  Control<QComboBox>("HazardType").setEditText(hazard);
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, kAllOfPrimary, Button::kYes);
+  Click("DeltAll");
+  EXPECT_EQ(Types(), others);
+}
+
+TEST_F(custizationFrmTest, DeletingWaitsWithTheWaitCursor) {
+  const auto& form = Open<custizationFrm>();
+  int waited = 0;
+  QObject::connect(form.findChild<DataControl*>("nameDB"), &DataControl::RowRemoved,
+                   [&] { waited += QApplication::overrideCursor() != nullptr ? 1 : 0; });
+  desk.messages.ExpectAsk(Icon::kInformation, kDelete, "Wish to delete all Records.", Button::kYes);
+  Click("DeltAll");
+  EXPECT_EQ(waited, 2);
+}
+
+TEST_F(custizationFrmTest, TheCopyOfTheEntriesHasALabelForScreenReaders) {
+  Open<custizationFrm>();
+  ChooseList("Primary Hazard");
+  auto& combo = Control<QComboBox>("ActnByCbo");
+  const auto labels = QAccessible::queryAccessibleInterface(&combo)->relations(QAccessible::Label);
+  ASSERT_EQ(labels.size(), 1);
+  EXPECT_EQ(labels.first().first->text(QAccessible::Name), "Customize : Primary Hazard");
 }
 
 TEST_F(custizationFrmTest, DeleteAllOfThePrimaryHazardsTakesOneHazardsTypes) {
