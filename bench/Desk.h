@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QStringList>
 #include <memory>
+#include <optional>
 
 #include "formkit/ActiveForms.h"
 #include "formkit/FocusEvents.h"
@@ -22,12 +23,14 @@ namespace kestrix::bench {
 class NoMessages : public Messages {
  public:
   Button Show(const Message& message) override {
+    if (answer) return *answer;
     shown += message.title + QStringLiteral(": ") + message.text;
     return message.default_button;
   }
   void Beep() override {}
 
   QStringList shown;
+  std::optional<Button> answer;  ///< to a question that a measurement means to be asked
 };
 
 class BenchEnvironment : public QtEnvironment {

@@ -1,6 +1,6 @@
 // What a person waits for in the forms: opening a project, moving between tasks, finding, adding,
-// filling a list, seeing large photographs. Each line that it prints is a name and a time in
-// milliseconds: the median.
+// filling a list, emptying one, seeing large photographs. Each line that it prints is a name and a
+// time in milliseconds: the median.
 //
 // kestrix_bench_forms <folder of an installation> <study> <tasks of the study> [opening|moving|...]
 //
@@ -16,6 +16,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPointer>
 #include <QPushButton>
 #include <QTimer>
@@ -28,12 +29,15 @@
 #include <vector>
 
 #include "Desk.h"
+#include "customization/custizationFrm.h"
 #include "estimation/RiskEstimtn.h"
 #include "evaluation/RiskEvalFrm_1.h"
 #include "formkit/Grid.h"
 #include "projects/mnfrm.h"
 #include "store/DataControl.h"
+#include "store/Database.h"
 #include "store/RecordSources.h"
+#include "store/Statement.h"
 
 namespace kestrix::bench {
 namespace {
@@ -43,6 +47,8 @@ constexpr int kMoves = 201;
 constexpr int kKeystrokes = 9;
 constexpr int kAdditions = 15;
 constexpr int kPictures = 7;
+constexpr int kDeletions = 5;
+constexpr int kEntries = 20000;
 constexpr QSize kFiftyMegapixels(8660, 5774);
 
 /// Lets everything run that is queued, the repaint included.
@@ -230,6 +236,40 @@ class FormsBench {
     Close();
   }
 
+  /// All entries of a long list, from the answer to the question on.
+  void Deleting() {
+    desk_.messages.answer = Button::kYes;
+    std::vector<double> deletions;
+    for (int i = 0; i < kDeletions; ++i) {
+      {
+        Database lists(desk_.installation().SupportLists());
+        Statement(lists, QStringLiteral("DELETE FROM ActionBy")).Step();
+        Statement(lists, QStringLiteral("INSERT INTO ActionBy WITH RECURSIVE counted(n) AS (SELECT "
+                                        "1 UNION ALL SELECT n+1 FROM counted LIMIT %1) SELECT "
+                                        "'Safety officer ' || n FROM counted")
+                             .arg(kEntries))
+            .Step();
+      }
+      auto* form = new custizationFrm(desk_.context());
+      window_ = form;
+      form->LoadForm();
+      form->ShowFormModal();
+      auto* choice = Control<QComboBox>("ForCustmnCbo");
+      choice->setCurrentText(QStringLiteral("Action by"));
+      Q_EMIT choice->activated(choice->currentIndex());
+      Settle();
+      Expect(Control<QListWidget>("ActnByLst")->count() == kEntries);
+      deletions.push_back(MillisecondsOf([this] {
+        Control<QPushButton>("DeltAll")->click();
+        Settle();
+      }));
+      Expect(Control<QListWidget>("ActnByLst")->count() == 0);
+      form->UnloadForm();
+      Settle();
+    }
+    Print("list.delete", deletions);
+  }
+
   /// Photographs of 50 megapixels: until the form is there, until the photograph is seen, and the
   /// longest that the form takes no events meanwhile.
   void Pictures() {
@@ -369,6 +409,7 @@ int main(int argc, char** argv) {
       {QStringLiteral("projects"), &Bench::FindingProjects},
       {QStringLiteral("adding"), &Bench::Adding},
       {QStringLiteral("list"), &Bench::FillingList},
+      {QStringLiteral("deleting"), &Bench::Deleting},
       {QStringLiteral("pictures"), &Bench::Pictures},
       {QStringLiteral("select"), &Bench::Select}};
   for (int i = 4; i < argc; ++i) {

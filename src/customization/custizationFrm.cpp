@@ -253,6 +253,12 @@ void custizationFrm::SelectEntry(const QString& text) {
   ui_->ActnByLst->setCurrentRow(-1);
 }
 
+/// Whether the types that are shown are those of `hazard`: the one that was picked, or the one that
+/// was typed since and that new types go below.
+bool custizationFrm::IsShownHazard(const QString& hazard) const {
+  return ui_->ActnFrmLbl->text() == kCaption + hazard || ui_->HazardType->currentText() == hazard;
+}
+
 void custizationFrm::SetCaption(const QString& subject) {
   ui_->ActnFrmLbl->setText(kCaption + subject);
   ui_->ActnByLst->setAccessibleName(ui_->ActnFrmLbl->text());

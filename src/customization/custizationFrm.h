@@ -64,6 +64,7 @@ class custizationFrm : public SessionForm {
   [[nodiscard]] bool IsPrimaryHazardChosen() const;
   [[nodiscard]] QString SelectedEntry() const;
   void SelectEntry(const QString& text);
+  [[nodiscard]] bool IsShownHazard(const QString& hazard) const;
   void SetCaption(const QString& subject);
   [[nodiscard]] Recordset& Rows() const { return nameDB_.Recordset(); }
 

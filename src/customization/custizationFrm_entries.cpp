@@ -55,9 +55,8 @@ void custizationFrm::AddListRecord() {
       },
       [&] { FillBoth(); });
   session().AddPending = false;
-  PassOver([&] { FillBoth(); });
-  ui_->ActnByCbo->setEditText(text);
-  SelectEntry(text);
+  ui_->ActnByCbo->setEditText(selected);
+  SelectEntry(selected);
 }
 
 /// Deleting the types of a hazard leaves their rows open while the form still shows the level of
@@ -136,9 +135,10 @@ void custizationFrm::DeleteHazardTypes() {
                         QStringLiteral(" WISH to delete all records?"))) {
     return;
   }
+  const WaitCursor wait;
   OpenPlain(sources::HazardTypesToDelete(text));
   Rows().MoveFirst();
-  lookup::DeleteAllBut(Rows(), [](const QString&) { return false; });
+  lookup::DeleteBelow(Rows(), text);
   nameDB_.Refresh();
   Rows().Requery();
   ui_->ActnByLst->clear();
@@ -161,7 +161,11 @@ void custizationFrm::DeltAll_Click() {
 }
 
 void custizationFrm::DeleteAllEntries() {
-  PassOver([&] { lookup::DeleteAllBut(Rows(), lookup::IsReserved); }, [&] { FillBoth(); });
+  const WaitCursor wait;
+  const auto stays = [this](const Recordset& row) {
+    return lookup::IsReserved(row.Text(0)) || (HazardListShowing_ && !IsShownHazard(row.Text(1)));
+  };
+  PassOver([&] { lookup::DeleteAllBut(Rows(), stays); }, [&] { FillBoth(); });
   ui_->ActnByCbo->setEditText(lookup::kNone);
   ui_->AddrcdTxt->setText(lookup::kNone);
 }
@@ -169,13 +173,18 @@ void custizationFrm::DeleteAllEntries() {
 /// Only the types of the one primary hazard in the combo go with the primary hazards; those of all
 /// others stay in their table without a parent.
 void custizationFrm::DeletePrimaryHazards() {
+  const WaitCursor wait;
+  const QString hazard = ui_->HazardType->currentText();
   PassOver([&] { ReopenPrimaryHazards(); },
-           [&] { lookup::DeleteAllBut(Rows(), lookup::IsReserved); },
            [&] {
-             session().ListSql = sources::HazardTypesOf(ui_->HazardType->currentText());
+             lookup::DeleteAllBut(
+                 Rows(), [](const Recordset& row) { return lookup::IsReserved(row.Text(0)); });
+           },
+           [&] {
+             session().ListSql = sources::HazardTypesOf(hazard);
              OpenPlain(session().ListSql);
            },
-           [&] { lookup::DeleteAllBut(Rows(), [](const QString&) { return false; }); },
+           [&] { lookup::DeleteBelow(Rows(), hazard); },
            [&] {
              session().ListSql = sources::kPrimaryHazard;
              OpenPlain(session().ListSql);

@@ -117,13 +117,11 @@ void RiskEvalFrm_1::DeletePrimaryHazardWithTypes() {
           "Type list box. WISH to delete all records?")
           .arg(hazard);
   if (!IsDeletionWished(question)) return;
+  const WaitCursor wait;
   PassOver([&] {
     OpenListOf(kHazardTypeList);
-    {
-      Recordset& types = CboBxLstDB_.Recordset();
-      const Recordset::Walk walk(types);
-      for (types.MoveFirst(); !types.Eof(); types.MoveNext()) types.Delete();
-    }
+    CboBxLstDB_.Recordset().MoveFirst();
+    lookup::DeleteBelow(CboBxLstDB_.Recordset(), hazard);
     ui_->PrimaryHazard->setCurrentText(hazard);
     OpenListOf(kPrimaryHazardList);
     // Without a walk: the first row of the list goes, whichever hazard was chosen.

@@ -63,17 +63,24 @@ void DeleteFirst(Recordset& rows, const QString& text) {
   rows.Delete();
 }
 
-void DeleteAllBut(Recordset& rows, const std::function<bool(const QString&)>& spared) {
+void DeleteAllBut(Recordset& rows, const std::function<bool(const Recordset&)>& spared) {
   if (rows.RecordCount() == 0) return;
   const Recordset::Walk walk(rows);
-  for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) {
-    if (spared(rows.Text(0))) continue;
+  Recordset::Transaction all(rows);
+  // From the last one on, so that no row has to move up into the place of a deleted one.
+  for (rows.MoveLast(); !rows.Bof(); rows.MovePrevious()) {
+    if (spared(rows)) continue;
     try {
       rows.Delete();
     } catch (const Failure& failure) {
       if (failure.number() != failure::kRowDeleted) throw;  // gone is what it was to be
     }
   }
+  all.Commit();
+}
+
+void DeleteBelow(Recordset& types, const QString& parent) {
+  DeleteAllBut(types, [&](const Recordset& type) { return type.Text(1) != parent; });
 }
 
 }  // namespace kestrix::lookup

@@ -42,8 +42,12 @@ void FillToEnd(Recordset& rows, ListBox& box);
 bool WalkTo(Recordset& rows, const QString& text, int field = 0);
 /// Deletes the first row whose first field is `text`. Fails with kNoCurrentRow when there is none.
 void DeleteFirst(Recordset& rows, const QString& text);
-/// Deletes all rows from the first on but those that `spared` holds for, given their first field.
-void DeleteAllBut(Recordset& rows, const std::function<bool(const QString&)>& spared);
+/// Deletes all rows but those that `spared` holds for, in one transaction, which gets the row as
+/// the current one.
+void DeleteAllBut(Recordset& rows, const std::function<bool(const Recordset&)>& spared);
+/// The same of hazard types, but for those below another hazard than `parent`: a hazard whose name
+/// reads as a condition has rows of all hazards opened.
+void DeleteBelow(Recordset& types, const QString& parent);
 
 }  // namespace lookup
 }  // namespace kestrix

@@ -599,4 +599,25 @@ Recordset::Walk::~Walk() {
   recordset_.Tell();
 }
 
+Recordset::Transaction::Transaction(Recordset& recordset) : recordset_(recordset) {
+  recordset.CommitPending();
+  Statement(*recordset.database_, QStringLiteral("BEGIN IMMEDIATE")).Step();
+}
+
+Recordset::Transaction::~Transaction() {
+  if (committed_) return;
+  try {
+    recordset_.CancelUpdate();
+    Statement(*recordset_.database_, QStringLiteral("ROLLBACK")).Step();
+    recordset_.Requery();
+  } catch (const Failure&) {
+    // The engine has rolled back by itself, or the file can't be read: the next use tells.
+  }
+}
+
+void Recordset::Transaction::Commit() {
+  Statement(*recordset_.database_, QStringLiteral("COMMIT")).Step();
+  committed_ = true;
+}
+
 }  // namespace kestrix

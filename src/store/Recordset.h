@@ -149,6 +149,21 @@ class Recordset : public QObject {
     Recordset& recordset_;
   };
 
+  /// What is written while one lives reaches the file together, with Commit. Without it nothing
+  /// does, and the rows are read again. Fails as Update does.
+  class Transaction {
+   public:
+    explicit Transaction(Recordset& recordset);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    void Commit();
+
+   private:
+    Recordset& recordset_;
+    bool committed_ = false;
+  };
+
  Q_SIGNALS:
   /// The rows are other ones: a list of them has to be made anew.
   void RowsReset();

@@ -390,10 +390,10 @@ TEST_F(custizationFrmTest, ANewEntryThatTheListRefusesIsForgottenAndPendsNoLonge
   EXPECT_EQ(ItemsOf("ActnByLst"), Stages());
   EXPECT_FALSE(session.AddPending);
   EXPECT_EQ(session.AddDupFound, 0);
-}
   EXPECT_EQ(TextOf("ActnByCbo"), "None.");
   EXPECT_EQ(Selected(), "None.");
   EXPECT_EQ(TextOf("AddrcdTxt"), "design") << "what was typed is still there";
+}
 
 TEST_F(custizationFrmTest, DamagedListsOpenAsEmptyOnesAndSayNothing) {
   QFile file(installation.Lists());
@@ -556,9 +556,9 @@ TEST_F(custizationFrmTest, AnAddGoesToTheLevelThatIsShown) {
   ChooseList("Primary Hazard");
   Add("Heat");
   EXPECT_EQ(Stored("primaryhazard", "hazardType").last(), "Heat");
-  Pick("HazardType", "Dust");
   EXPECT_EQ(ItemsOf("HazardType"), Stored("primaryhazard", "hazardType"));
   EXPECT_EQ(TextOf("HazardType"), "None.");
+  Pick("HazardType", "Dust");
   Add("Explosion");
   EXPECT_EQ(Types().last(), "Dust/Explosion");
 }
@@ -570,8 +570,8 @@ TEST_F(custizationFrmTest, ARenamedPrimaryHazardLeavesItsTypesBehind) {
   TypeInto("AddrcdTxt", "Mechanics");
   Click("SavRcd");
   EXPECT_TRUE(Stored("primaryhazard", "hazardType").contains("Mechanics"));
-  EXPECT_TRUE(Types().contains("Mechanical/Crushing"));
   EXPECT_EQ(ItemsOf("HazardType"), Stored("primaryhazard", "hazardType"));
+  EXPECT_TRUE(Types().contains("Mechanical/Crushing"));
 }
 
 TEST_F(custizationFrmTest, ATypeIsRenamedInItsView) {

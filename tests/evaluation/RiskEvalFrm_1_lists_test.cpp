@@ -384,6 +384,15 @@ TEST_F(RiskEvalFrm_1ListsTest, RightAfterLoadTheHazardGoesWithItsTypesAndTheFirs
   EXPECT_EQ(TextOf("HazardType"), "None.");
 }
 
+TEST_F(RiskEvalFrm_1ListsTest, AHazardThatReadsAsAConditionTakesNoTypesOfOthersWithIt) {
+  OpenForm();
+  Put("PrimaryHazard", "x' OR '1'='1");
+  Focus("PrimaryHazard");
+  ExpectAsk(kDelete, CascadeQuestion("x' OR '1'='1"), Button::kYes);
+  Click("dletedt1");
+  EXPECT_EQ(HazardTypes().size(), 3);
+}
+
 TEST_F(RiskEvalFrm_1ListsTest, ANoKeepsTheHazardAndItsTypes) {
   OpenForm();
   Put("PrimaryHazard", "Alpha");

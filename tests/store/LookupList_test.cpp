@@ -17,6 +17,10 @@ class FakeBox : public ListBox {
   QString text = QStringLiteral("typed");
 };
 
+bool HoldsReserved(const Recordset& row) {
+  return lookup::IsReserved(row.Text(0));
+}
+
 class LookupListTest : public StoreTest {
  protected:
   void SetUp() override {
@@ -97,15 +101,36 @@ TEST_F(LookupListTest, DeletingWhatIsNotThereFailsPastTheLastRow) {
 
 TEST_F(LookupListTest, DeletingAllSparesTheReservedWords) {
   const auto rows = Rows(sources::kPrjstage);
-  lookup::DeleteAllBut(*rows, lookup::IsReserved);
+  lookup::DeleteAllBut(*rows, HoldsReserved);
   EXPECT_EQ(Stored(), (QStringList{"None.", "N.A."}));
+}
+
+TEST_F(LookupListTest, DeletingAllIsOneTransaction) {
+  const auto rows = Rows(sources::kPrjstage);
+  const auto refuses = [](const Recordset& row) {
+    if (row.Text(0) == "Design") throw Failure(failure::kLocked, "locked");
+    return false;
+  };
+  EXPECT_EQ(FailureOf([&] { lookup::DeleteAllBut(*rows, refuses); }), failure::kLocked);
+  EXPECT_EQ(Stored().size(), 5);
+  EXPECT_EQ(rows->RecordCount(), 5);
+  lookup::DeleteAllBut(*rows, HoldsReserved);
+  EXPECT_EQ(Stored().size(), 2);
 }
 
 TEST_F(LookupListTest, DeletingAllGoesOnBehindAnEntryThatSomebodyElseDeleted) {
   const auto rows = Rows(sources::kPrjstage);
   Exec(Path("lists.mdb"), "DELETE FROM Prjstage WHERE hazopstage='Design'");
-  lookup::DeleteAllBut(*rows, lookup::IsReserved);
+  lookup::DeleteAllBut(*rows, HoldsReserved);
   EXPECT_EQ(Stored(), (QStringList{"None.", "N.A."}));
+}
+
+TEST_F(LookupListTest, DeletingBelowAHazardSparesTheTypesOfOthers) {
+  const auto rows = Rows(sources::HazardTypesToDelete(QStringLiteral("x' OR '1'='1")));
+  ASSERT_EQ(rows->RecordCount(), 2);
+  lookup::DeleteBelow(*rows, QStringLiteral("Mechanical"));
+  EXPECT_EQ(Read(Path("lists.mdb"), "SELECT HazardTyp FROM HazardType"),
+            QStringList{"Noise hazards"});
 }
 
 TEST_F(LookupListTest, EveryRecordSourceOfTheListsOpens) {
