@@ -1,6 +1,7 @@
 #include "backup/BackupWorker.h"
 
 #include <QScopeGuard>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -73,9 +74,7 @@ BackupWorker::End BackupWorker::Backup() {
                 "Wish to replace existing backup files?, If 'NO', select different folder.")));
     if (session_.MsgAnswer != Button::kYes) return End::kRefused;
   } else {
-    runner_([&] {
-      if (!files().FolderExists(dated)) files().CreateFolder(dated);
-    });
+    runner_([&] { MakeFolder(dated); });
   }
   const BackupSet set(replaces ? chosen : dated, dated);
   bool whole = false;
@@ -89,6 +88,7 @@ BackupWorker::End BackupWorker::Backup() {
     batch.End();
   });
   if (!whole) TellFailed(QStringLiteral("Backup"));
+  TellLinks();
   return End::kAtEnd;
 }
 
@@ -106,6 +106,7 @@ void BackupWorker::Restore() {
     batch.End();
   });
   if (!whole) TellFailed(QStringLiteral("Restore"));
+  TellLinks();
 }
 
 void BackupWorker::ClearPictures() {
@@ -122,6 +123,7 @@ void BackupWorker::RunCopies(const std::function<void()>& copies) {
   session_.BackupStepTotal = Small(session_.OrgRowCount + kFixedSteps);
   total_ = session_.BackupStepTotal;
   step_ = 0;
+  links_.clear();
   const auto tell_step = qScopeGuard([this] { session_.LoopIndex = static_cast<qint16>(step_); });
   runner_(copies);
 }
@@ -148,26 +150,44 @@ bool BackupWorker::BackUpStep(const BackupSet& set, int step, Sync when) {
 
 void BackupWorker::BackUpOrganisation(const BackupSet& set, int number, Sync when) {
   CopyDatabase(installation_.Study(number), set.Study(number), when);
-  if (!files().FolderExists(set.PictureFolder())) files().CreateFolder(set.PictureFolder());
-  files().CopyFolder(installation_.PictureFolder(number), JoinPath(set.PictureFolder(), "\\"));
+  MakeFolder(set.PictureFolder());
+  // A person may have put the pictures onto another disk, where a link leads.
+  CopyPictures(installation_.PictureFolder(number) + u'/', set.PictureFolder());
 }
 
+/// A file of the set that is a link may lead to anything of this user's, and is none of the set.
 bool BackupWorker::RestoreStep(const BackupSet& set, int step) {
   if (step > kFixedSteps) {
-    RestoreOrganisation(set, numbers_[static_cast<size_t>(step - kFixedSteps - 1)]);
+    const int number = numbers_[static_cast<size_t>(step - kFixedSteps - 1)];
+    if (IsLink(set.Study(number))) return false;
+    RestoreOrganisation(set, number);
     return true;
   }
   const bool is_register = step == kRegisterStep;
   const QString source = is_register ? set.Register() : set.SupportLists();
   const QString target = is_register ? installation_.Register() : installation_.SupportLists();
   // A set may hold the register alone: that is told, while any other file that it lacks is not.
-  if (step == kListsStep && !files().FileExists(source)) return false;
+  if (IsLink(source) || (step == kListsStep && !files().FileExists(source))) return false;
   return Writes([&] { ReplaceDatabase(source, target, Sync::kBytesNow); }, target);
 }
 
 void BackupWorker::RestoreOrganisation(const BackupSet& set, int number) {
   RestoreStudy(set.Study(number), installation_.Study(number));
-  files().CopyFolder(set.Pictures(number), JoinPath(installation_.PictureRoot(), "\\"));
+  CopyPictures(set.Pictures(number), installation_.PictureRoot());
+}
+
+void BackupWorker::CopyPictures(const QString& source, const QString& target_parent) {
+  links_ += files().CopyFolder(source, JoinPath(target_parent, QStringLiteral("\\")));
+}
+
+/// Somebody else who backs up into the same place may make it first.
+void BackupWorker::MakeFolder(const QString& path) {
+  if (files().FolderExists(path)) return;
+  try {
+    files().CreateFolder(path);
+  } catch (const Failure&) {
+    if (!files().FolderExists(path)) throw;
+  }
 }
 
 /// A study makes way for the one of the set even when the set lacks it, or when it is
@@ -213,6 +233,15 @@ BackupWorker::Progress BackupWorker::ProgressAfter(int step) const {
   const double percent = static_cast<double>(hundredfold) / total_;
   return {.percent = percent,
           .text = QString::number(std::lround(percent)) + QStringLiteral(" % complete")};
+}
+
+void BackupWorker::TellLinks() {
+  constexpr qsizetype kMost = 10;
+  if (links_.isEmpty()) return;
+  QStringList shown = links_.first(std::min(links_.size(), kMost));
+  if (shown.size() < links_.size()) shown += QStringLiteral("…");
+  platform_.messages.Show(Tell(Icon::kInformation, QStringLiteral("BELTROVAN"),
+                               QStringLiteral("Links were left out:\n%1").arg(shown.join(u'\n'))));
 }
 
 void BackupWorker::TellFailed(const QString& what) {

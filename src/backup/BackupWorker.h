@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <vector>
 
@@ -61,11 +62,14 @@ class BackupWorker {
   void RestoreOrganisation(const BackupSet& set, int number);
   void RestoreStudy(const QString& source, const QString& target);
   [[nodiscard]] bool Cleared(int number);
+  void MakeFolder(const QString& path);
+  void CopyPictures(const QString& source, const QString& target_parent);
   [[nodiscard]] bool Writes(const std::function<void()>& copy, const QString& target);
   [[nodiscard]] Progress ProgressAfter(int step) const;
 
   void RunCopies(const std::function<void()>& copies);
   void TellFailed(const QString& what);
+  void TellLinks();
   void ReadNumbers(Recordset& organisations);
   [[nodiscard]] FileSystem& files() const { return platform_.files; }
 
@@ -77,6 +81,7 @@ class BackupWorker {
   std::vector<int> numbers_;  ///< of the organisations, in the order of the register
   int total_ = 0;
   int step_ = 0;
+  QStringList links_;  ///< that were left out
 };
 
 }  // namespace kestrix

@@ -92,7 +92,7 @@ void BkUpfrm::LoadLiveRegister() {
 /// live register is held open.
 void BkUpfrm::LoadRegisterOfSet() {
   const QString in_set = BackupSet(session().BackupFolder).Register();
-  if (files().FileExists(in_set)) {
+  if (files().FileExists(in_set) && !IsLink(in_set)) {
     const QString copy = JoinPath(temp_, QStringLiteral("\\orgtn.mdb"));
     // In a folder that many share, a link of that name might lead anywhere.
     if (files().FileExists(copy)) files().DeleteFile(copy);

@@ -48,7 +48,7 @@ constexpr Reason kReasons[] = {
     {ENOTEMPTY, failure::kFileExists, "the folder is not empty"},
     {ENOTDIR, failure::kPathNotFound, "a part of its path is no folder"},
     {ENAMETOOLONG, failure::kPathNotFound, "the name is too long"},
-    {ELOOP, failure::kPathNotFound, "its links lead in a circle"},
+    {ELOOP, failure::kPathNotFound, "it is a link, or its links lead in a circle"},
     {ENODEV, failure::kDiskNotReady, "the disk is not ready"},
     {ENXIO, failure::kDiskNotReady, "the disk is not ready"},
     {ENOMEDIUM, failure::kDiskNotReady, "there is no disk in the drive"},
@@ -83,14 +83,6 @@ bool SameFile(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-/// The file that a link names, so that a copy over the link leaves the link in place.
-QString BehindLinks(const QString& target) {
-  struct stat link = {};
-  if (::lstat(Encoded(target).constData(), &link) != 0 || !S_ISLNK(link.st_mode)) return target;
-  const QString real = QFileInfo(target).canonicalFilePath();
-  return real.isEmpty() ? target : real;
-}
-
 void SyncOpen(int fd, const QString& path, const QString& action) {
   // Some network and memory file systems have nothing to sync and say so.
   if (::fsync(fd) != 0 && errno != EINVAL && errno != EROFS && errno != ENOTSUP)
@@ -102,8 +94,8 @@ void SyncOpen(int fd, const QString& path, const QString& action) {
 /// given up: where the file system can, the file has no name at all until it is complete.
 class Replacement {
  public:
-  Replacement(const QString& target, mode_t mode, QString action)
-      : target_(BehindLinks(target)), folder_(ParentOf(target_)), action_(std::move(action)) {
+  Replacement(QString target, mode_t mode, QString action)
+      : target_(std::move(target)), folder_(ParentOf(target_)), action_(std::move(action)) {
     KeepRightsOfTarget(mode);
     file_ =
         Descriptor(::open(Encoded(folder_).constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode_));
@@ -160,10 +152,11 @@ class Replacement {
   void KeepRightsOfTarget(mode_t mode) {
     // The owner may always change his copy: a copy from a write-protected disk is there to be used.
     mode_ = (mode & 0777) | S_IRUSR | S_IWUSR;
-    target_exists_ = ::stat(Encoded(target_).constData(), &old_) == 0;
+    // A link makes way for the file as a name that leads nowhere does.
+    target_exists_ = ::lstat(Encoded(target_).constData(), &old_) == 0 && !S_ISLNK(old_.st_mode);
     if (!target_exists_) return;
     if (S_ISDIR(old_.st_mode)) throw FailureFromErrno(EISDIR, target_, action_);
-    // A link may lead to a device, which is nobody's to replace.
+    // A device is nobody's to replace.
     if (!S_ISREG(old_.st_mode))
       throw MakeFailure(failure::kPermissionDenied, action_, target_,
                         QStringLiteral("it is no file"));
@@ -334,9 +327,9 @@ Replacement FilledReplacement(int source_fd, const QString& source, const QStrin
   return replacement;
 }
 
-Descriptor OpenForReading(const QString& source) {
+Descriptor OpenForReading(const QString& source, int flags = 0) {
   // Without O_NONBLOCK a pipe in place of a file would hold us up for ever.
-  Descriptor file(::open(Encoded(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  Descriptor file(::open(Encoded(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | flags));
   if (!file.valid()) throw FailureFromErrno(errno, source, Copying());
   return file;
 }
@@ -436,14 +429,19 @@ class FolderCopy {
  public:
   explicit FolderCopy(Sync when) : when_(when) {}
 
-  void Run(const QString& source, const QString& target) {
+  /// The links that were left out.
+  QStringList Run(const QString& source, const QString& target) {
     when_ = ReadyFor(QFileInfo(target).isDir() ? target : ParentOf(target), when_);
     CopyTree(source, target);
-    if (when_.group()) return LeaveToGroup();
+    if (when_.group()) {
+      LeaveToGroup();
+      return links_;
+    }
     Flush();
     for (const FilledFolder& folder : folders_)
       SyncOpen(folder.WithItsTimes().get(), folder.path, Copying());
     SyncFolder(ParentOf(target));
+    return links_;
   }
 
  private:
@@ -479,7 +477,9 @@ class FolderCopy {
     const mode_t rights = (mode & 0777) | S_IRWXU;
     if (::mkdir(Encoded(path).constData(), rights) == 0) return;
     const int error = errno;
-    if (error == EEXIST && QFileInfo(path).isDir()) return;
+    // What is copied stays below the target, wherever a link would lead.
+    if (IsLink(path) && ::unlink(Encoded(path).constData()) == 0) return MakeFolder(path, mode);
+    if (error == EEXIST && QFileInfo(path).isDir() && !IsLink(path)) return;
     throw FailureFromErrno(error, path, QStringLiteral("make"), failure::kPathNotFound);
   }
 
@@ -490,14 +490,12 @@ class FolderCopy {
     if (S_ISDIR(status.st_mode)) return CopyTree(source, target);
     if (IsUnfinishedName(source.section(u'/', -1))) return;
     if (S_ISREG(status.st_mode)) return Stage(source, target);
-    if (!S_ISLNK(status.st_mode)) return;
-    if (QFileInfo(source).isFile()) return Stage(source, target);
-    CopyLink(source, target);
+    if (S_ISLNK(status.st_mode)) links_.append(source);
   }
 
   void Stage(const QString& source, const QString& target) {
     constexpr size_t kGroup = 64;
-    const Descriptor file = OpenForReading(source);
+    const Descriptor file = OpenForReading(source, O_NOFOLLOW);
     Replacement copy = FilledReplacement(file.get(), source, target);
     if (when_.group()) return Finish(std::move(copy), when_);
     copy.StartSync();
@@ -511,18 +509,10 @@ class FolderCopy {
     staged_.clear();
   }
 
-  static void CopyLink(const QString& source, const QString& target) {
-    char buffer[PATH_MAX];
-    const ssize_t size = ::readlink(Encoded(source).constData(), buffer, sizeof buffer);
-    if (size < 0) throw FailureFromErrno(errno, source, Copying());
-    const QByteArray aim(buffer, size);
-    if (::symlink(aim.constData(), Encoded(target).constData()) != 0 && errno != EEXIST)
-      throw FailureFromErrno(errno, target, Copying());
-  }
-
   Sync when_;
   std::vector<Replacement> staged_;
   std::vector<FilledFolder> folders_;
+  QStringList links_;
 };
 
 void RefuseFolderIntoItself(const QString& source, const QString& target) {
@@ -571,28 +561,42 @@ Failure FailureFromErrno(int error, const QString& path, const QString& action, 
                      QString::fromStdString(std::generic_category().message(error)));
 }
 
+bool IsLink(const QString& path) {
+  struct stat status = {};
+  return ::lstat(Encoded(path).constData(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+QString BehindLinks(const QString& path) {
+  if (!IsLink(path)) return path;
+  const QString real = QFileInfo(path).canonicalFilePath();
+  return real.isEmpty() ? path : real;
+}
+
 void CopyFileDurably(const QString& source, const QString& target, Sync when) {
   const Descriptor file = OpenForReading(source);
-  when = ReadyFor(ParentOf(BehindLinks(target)), when);
-  Finish(FilledReplacement(file.get(), source, target), when);
+  const QString real = BehindLinks(target);
+  when = ReadyFor(ParentOf(real), when);
+  Finish(FilledReplacement(file.get(), source, real), when);
 }
 
 void CopyOpenFileDurably(int source_fd, const QString& target, Sync when) {
-  when = ReadyFor(ParentOf(BehindLinks(target)), when);
+  when = ReadyFor(ParentOf(target), when);
   Finish(FilledReplacement(source_fd, target, target), when);
 }
 
-void CopyFolderDurably(const QString& source, const QString& target, Sync when) {
+QStringList CopyFolderDurably(const QString& source, const QString& target, Sync when) {
+  if (IsLink(source)) return {source};
   const QString from = WithoutTrailingSeparators(source);
   const QString to = WithoutTrailingSeparators(target);
   RefuseFolderIntoItself(from, to);
-  FolderCopy(when).Run(from, to);
+  return FolderCopy(when).Run(from, to);
 }
 
 void WriteFileDurably(const QString& path, const QByteArray& bytes) {
   const QString action = QStringLiteral("write");
-  RemoveLeftovers(ParentOf(BehindLinks(path)));
-  Replacement replacement(path, 0666, action);
+  const QString real = BehindLinks(path);
+  RemoveLeftovers(ParentOf(real));
+  Replacement replacement(real, 0666, action);
   WriteAll(replacement.fd(), bytes.constData(), static_cast<size_t>(bytes.size()), path, action);
   Finish(std::move(replacement), Sync::kNow);
 }

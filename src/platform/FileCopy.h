@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <memory>
 
 #include "platform/Failure.h"
@@ -70,20 +71,28 @@ inline constexpr Sync Sync::kBytesNow{nullptr, false};
 void CopyFileDurably(const QString& source, const QString& target, Sync when = Sync::kNow);
 
 /// As CopyFileDurably, for a file that the caller has opened for reading and maybe locked. The
-/// whole file is copied, whatever its offset, and `source_fd` stays open.
+/// whole file is copied, whatever its offset, and `source_fd` stays open. A target that is a link
+/// is replaced itself, and what it leads to stays.
 void CopyOpenFileDurably(int source_fd, const QString& target, Sync when = Sync::kNow);
 
 /// Copies the folder `source` with all below it to the folder `target`, which is made if it isn't
 /// there and filled over if it is; its parent must exist. Each file changes from old to new whole,
-/// and all of it is on the disk on return. Links to files are copied as the files they name, other
-/// links as links; what is neither file, folder nor link is left out, and so are unfinished copies
-/// of other processes, dead or alive. Fails as CopyFileDurably
-/// does, with kPathNotFound for a missing source and with kPermissionDenied for a folder into
-/// itself.
-void CopyFolderDurably(const QString& source, const QString& target, Sync when = Sync::kNow);
+/// and all of it is on the disk on return. No link is followed: those of the source are left out
+/// and returned, and one in the place of a copy makes way for it. A `source` that is a link is left
+/// out itself, unless it ends in a separator, which names the folder behind it. What is neither
+/// file nor folder is left out too, and so are unfinished copies of other processes, dead or alive.
+/// Fails as CopyFileDurably does, with kPathNotFound for a missing source and with
+/// kPermissionDenied for a folder into itself.
+QStringList CopyFolderDurably(const QString& source, const QString& target, Sync when = Sync::kNow);
 
 /// Replaces the content of `path` by `bytes`, or makes the file, with the same care as a copy.
 void WriteFileDurably(const QString& path, const QByteArray& bytes);
+
+/// Whether a link stands at `path`, wherever it leads.
+[[nodiscard]] bool IsLink(const QString& path);
+/// The file that a link at `path` leads to, so that a copy over it leaves the link in place; `path`
+/// itself where there is no link, or one that leads nowhere.
+[[nodiscard]] QString BehindLinks(const QString& path);
 
 /// Puts the names in `folder` on the disk: after a file in it was made, renamed or deleted.
 void SyncFolder(const QString& folder);

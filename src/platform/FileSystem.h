@@ -26,8 +26,9 @@ class FileSystem {
   /// a file onto itself, kFileNotFound, kPathNotFound, kDiskFull.
   virtual void CopyFile(const QString& source, const QString& target) = 0;
   /// Copies a folder with all below it, over what stands there. A `target` that ends in a separator
-  /// is the parent of the copy. Fails as CopyFile does.
-  virtual void CopyFolder(const QString& source, const QString& target) = 0;
+  /// is the parent of the copy. No link is followed: returned are those that were left out,
+  /// `source` among them unless it ends in a separator. Fails as CopyFile does.
+  virtual QStringList CopyFolder(const QString& source, const QString& target) = 0;
   /// Deletes a file, write-protected or not. Fails with kFileNotFound or kPermissionDenied.
   virtual void DeleteFile(const QString& path) = 0;
   /// Deletes a folder with all below it; a link inside is removed, never followed. Fails with

@@ -118,8 +118,8 @@ void QtFileSystem::CopyFile(const QString& source, const QString& target) {
   CopyFileDurably(source, NameOfCopy(source, target), When());
 }
 
-void QtFileSystem::CopyFolder(const QString& source, const QString& target) {
-  CopyFolderDurably(source, NameOfCopy(source, target), When());
+QStringList QtFileSystem::CopyFolder(const QString& source, const QString& target) {
+  return CopyFolderDurably(source, NameOfCopy(source, target), When());
 }
 
 void QtFileSystem::DeleteFile(const QString& path) {

@@ -14,7 +14,7 @@ class QtFileSystem : public FileSystem {
   [[nodiscard]] bool FolderExists(const QString& path) const override;
   void CreateFolder(const QString& path) override;
   void CopyFile(const QString& source, const QString& target) override;
-  void CopyFolder(const QString& source, const QString& target) override;
+  QStringList CopyFolder(const QString& source, const QString& target) override;
   void DeleteFile(const QString& path) override;
   void DeleteFolder(const QString& path) override;
   void ReplaceText(const QString& path, const QString& text) override;

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/Descriptor.h"
 #include "platform/Failure.h"
 #include "platform/FileCopy.h"
 #include "store/EngineFiles.h"
@@ -126,6 +127,14 @@ Connection OpenForLock(const QString& path) {
   sqlite3_busy_handler(handle, WaitForOthers, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   return connection;
+}
+
+/// A pipe in place of the file isn't waited for.
+Descriptor OpenToCopy(const QString& path, int flags) {
+  Descriptor file(
+      open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | flags));
+  if (!file.valid()) throw FailureFromErrno(errno, path, QStringLiteral("copy"));
+  return file;
 }
 
 Failure BeingWritten(const QString& path) {
@@ -271,18 +280,9 @@ Failure Database::LastFailure() const {
 }
 
 void CopyDatabase(const QString& source, const QString& target, Sync when) {
-  if (!BeginsLikeADatabase(source)) {
-    CopyFileDurably(source, target, when);
-    return;
-  }
-  const QByteArray name = QFile::encodeName(source);
-  const int descriptor = open(name.constData(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) throw FailureFromErrno(errno, source);
   // Closed behind the connection: closing it would give up the engine's lock with it.
-  const struct Closer {
-    int descriptor;
-    ~Closer() { close(descriptor); }
-  } plain{descriptor};
+  const Descriptor plain = OpenToCopy(source, 0);
+  if (!BeginsLikeADatabase(source)) return CopyOpenFileDurably(plain.get(), target, when);
   const Connection connection = OpenForLock(source);
   // A read transaction keeps writers from committing, and rolls a killed writer's change back
   // first.
@@ -290,7 +290,7 @@ void CopyDatabase(const QString& source, const QString& target, Sync when) {
       sqlite3_exec(connection.get(), "BEGIN; PRAGMA schema_version", nullptr, nullptr, nullptr);
   if (NumberFor(code) == failure::kLocked) throw BeingWritten(source);
   // A damaged file is copied as it is: the copy is no better and no worse than what it stands for.
-  CopyOpenFileDurably(descriptor, target, when);
+  CopyOpenFileDurably(plain.get(), target, when);
 }
 
 void ReplaceDatabase(const QString& source, const QString& target, Sync when) {
@@ -309,7 +309,7 @@ void ReplaceDatabase(const QString& source, const QString& target, Sync when) {
   if (QFileInfo::exists(source) || !QFileInfo::exists(target)) {
     QFile::remove(target + QStringLiteral("-journal"));
   }
-  CopyFileDurably(source, target, when);
+  CopyOpenFileDurably(OpenToCopy(source, O_NOFOLLOW).get(), BehindLinks(target), when);
 }
 
 }  // namespace kestrix

@@ -90,18 +90,18 @@ class Database {
 
 /// Copies the database at `source` over `target` while nobody can change the source, so that the
 /// copy is never torn; readers go on. The copy is written beside the target and renamed over it,
-/// and is on the disk as `when` says. Fails as FileSystem::CopyFile does, and with kLocked when a
-/// writer holds the source for longer than five seconds. A source that is no SQLite database is
-/// copied as the plain file that it is.
+/// and is on the disk as `when` says; a link in its place makes way for it. Fails as
+/// FileSystem::CopyFile does, and with kLocked when a writer holds the source for longer than five
+/// seconds. A source that is no SQLite database is copied as the plain file that it is.
 void CopyDatabase(const QString& source, const QString& target, Sync when = Sync::kNow);
 
 /// Copies the database at `source`, a plain file that nobody works on, into the place of the one at
 /// `target`, if there is one, while nobody is in the middle of changing it. What a killed writer
 /// left beside the old database goes with it, so that it is never taken for a part of the new one;
-/// what lies beside the source stays, and has no part in the copy. It has its place on return and
-/// is on the disk as `when` says, which is never with a group. Fails as FileSystem::CopyFile does,
-/// and with kLocked when a writer holds the target for longer than five seconds; the target is then
-/// as it was.
+/// what lies beside the source stays, and has no part in the copy. A source that is a link fails.
+/// It has its place on return and is on the disk as `when` says, which is never with a group. Fails
+/// as FileSystem::CopyFile does, and with kLocked when a writer holds the target for longer than
+/// five seconds; the target is then as it was.
 void ReplaceDatabase(const QString& source, const QString& target, Sync when = Sync::kNow);
 
 }  // namespace kestrix

@@ -191,6 +191,84 @@ TEST_F(BackupWorkerFaultsTest, BackupDuringAnotherUsersWorkIsWholeAndLacksNothin
   ::munmap(shared, sizeof(std::atomic<int>));
 }
 
+TEST_F(BackupWorkerFaultsTest, FolderThatAnotherUserMakesFirstIsTaken) {
+  desk.files.BeforeNext(FileAction::kCreateFolder, kToday,
+                        [this] { ASSERT_TRUE(QDir().mkdir(InSet(kToday))); });
+  EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
+  EXPECT_EQ(desk.files.FaultsLeft(), 0);
+  EXPECT_EQ(ReadFile(InDated("ktx_RskSmt2.kbp")), ReadFile(installation.Study(2)));
+}
+
+// Links, which may lead to anything that this user may read or write.
+
+TEST_F(BackupWorkerFaultsTest, LinksInASetAreReplacedAndNotWrittenThrough) {
+  Run();
+  const Tree set = TreeOf(InSet(kToday));
+  const QStringList names = {"ktx_RskSmt.kbp", "ktx_RskSmt_A.kbp", "ktx_RskSmt1.kbp", "Prj1/a.jpg"};
+  for (const QString& name : names) {
+    WriteFile(Place("far") + '/' + name.section('/', -1), "stays");
+    ASSERT_TRUE(QFile::remove(InDated(name)));
+    ASSERT_TRUE(QFile::link(Place("far") + '/' + name.section('/', -1), InDated(name)));
+  }
+  ASSERT_TRUE(QDir(InDated("Prj2")).removeRecursively());
+  ASSERT_TRUE(QFile::link(Place("far"), InDated("Prj2")));
+  EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
+  EXPECT_EQ(TreeOf(InSet(kToday)), set);
+  for (const QString& name : names) {
+    EXPECT_FALSE(QFileInfo(InDated(name)).isSymLink());
+    EXPECT_EQ(ReadFile(Place("far") + '/' + name.section('/', -1)), "stays");
+  }
+  EXPECT_EQ(QDir(Place("far")).entryList(QDir::Files).size(), 4);
+}
+
+TEST_F(BackupWorkerFaultsTest, LinksAmongThePicturesAreLeftOutWithAWord) {
+  const QString letter = Place("far") + "/letter";
+  WriteFile(letter, "nobody's business");
+  ASSERT_TRUE(QFile::link(letter, Picture(1, "c.jpg")));
+  desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN",
+                           "Links were left out:\n" + Picture(1, "c.jpg"));
+  EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
+  EXPECT_FALSE(TreeOf(InSet(kToday)).contains("Prj1/c.jpg"));
+
+  // And so are those of a set.
+  session.BackupFolder = InSet(kToday);
+  ForRestore();
+  ASSERT_TRUE(QFile::link(letter, InSet("Prj1/d.jpg")));
+  ASSERT_TRUE(QDir().rename(InSet("Prj2"), Place("far") + "/Prj2"));
+  ASSERT_TRUE(QFile::link(Place("far") + "/Prj2", InSet("Prj2")));
+  desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN",
+                           "Links were left out:\n" + InSet("Prj1/d.jpg") + '\n' + InSet("Prj2"));
+  EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
+  EXPECT_EQ(QDir(installation.PictureFolder(1)).entryList(QDir::Files | QDir::System),
+            (QStringList{"a.jpg", "b.jpg"}));
+  EXPECT_FALSE(QFileInfo::exists(installation.PictureFolder(2)));
+}
+
+TEST_F(BackupWorkerFaultsTest, PicturesThatLieOnAnotherDiskAreCopiedFromThere) {
+  ASSERT_TRUE(QDir().rename(installation.PictureFolder(1), Place("far") + "/Prj1"));
+  ASSERT_TRUE(QFile::link(Place("far") + "/Prj1", installation.PictureFolder(1)));
+  EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
+  EXPECT_EQ(ReadFile(InDated("Prj1/a.jpg")), "before of Press shop");
+}
+
+TEST_F(BackupWorkerFaultsTest, LinkInTheSetIsNoneOfItsDatabases) {
+  GivenSet();
+  const QString register_in_set = InSet("ktx_RskSmt.kbp");
+  for (const QString& name :
+       {InSet("ktx_RskSmt2.kbp"), InSet("ktx_RskSmt_A.kbp"), register_in_set}) {
+    const QString far = Place("far") + '/' + name.section('/', -1);
+    ASSERT_TRUE(QFile::rename(name, far));
+    Exec(far, "PRAGMA user_version=77");
+    ASSERT_TRUE(QFile::link(far, name));
+    const Tree before = TreeOf(Data());
+    ExpectTrouble("Restore");
+    EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
+    EXPECT_EQ(TreeOf(Data()).value("risk_esmatn2.mdb"), before.value("risk_esmatn2.mdb"));
+    EXPECT_EQ(ReadFile(installation.Lists()), before.value("RskAsmt_BkSup.mdb"));
+    EXPECT_EQ(ReadFile(installation.Register()), before.value("orgtn.mdb"));
+  }
+}
+
 // A restore that can't go on.
 
 TEST_F(BackupWorkerFaultsTest, SetWithTheRegisterAloneReplacesItAndThenSaysThatItFailed) {

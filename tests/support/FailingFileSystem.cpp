@@ -17,6 +17,11 @@ void FailingFileSystem::FailAlways(FileAction action, const QString& part, int n
   faults_.push_back({action, part, number, true});
 }
 
+void FailingFileSystem::BeforeNext(FileAction action, const QString& part,
+                                   std::function<void()> act) {
+  faults_.push_back({action, part, 0, false, std::move(act)});
+}
+
 void FailingFileSystem::Heal() {
   faults_.clear();
   missing_.clear();
@@ -39,9 +44,10 @@ void FailingFileSystem::FailIfPlanned(FileAction action, const QString& path,
            (path.contains(planned.part) || other.contains(planned.part));
   });
   if (fault == faults_.end()) return;
-  const int number = fault->number;
-  if (!fault->lasting) faults_.erase(fault);
-  throw Failure(number, QStringLiteral("A planned failure on \"%1\".").arg(path));
+  const Fault planned = *fault;
+  if (!planned.lasting) faults_.erase(fault);
+  if (planned.act) return planned.act();
+  throw Failure(planned.number, QStringLiteral("A planned failure on \"%1\".").arg(path));
 }
 
 bool FailingFileSystem::FileExists(const QString& path) const {
@@ -64,10 +70,10 @@ void FailingFileSystem::CopyFile(const QString& source, const QString& target) {
   real_.CopyFile(Full(source), Full(target));
 }
 
-void FailingFileSystem::CopyFolder(const QString& source, const QString& target) {
+QStringList FailingFileSystem::CopyFolder(const QString& source, const QString& target) {
   log_.append(QStringLiteral("CopyFolder %1 -> %2").arg(source, target));
   FailIfPlanned(FileAction::kCopyFolder, source, target);
-  real_.CopyFolder(Full(source), Full(target));
+  return real_.CopyFolder(Full(source), Full(target));
 }
 
 void FailingFileSystem::DeleteFile(const QString& path) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStringList>
+#include <functional>
 #include <vector>
 
 #include "platform/FileSystem.h"
@@ -31,6 +32,8 @@ class FailingFileSystem : public FileSystem {
   void FailNext(FileAction action, const QString& part, int number);
   /// As FailNext, for every such action from now on.
   void FailAlways(FileAction action, const QString& part, int number);
+  /// What somebody else does right before the next `action` on a path that contains `part`.
+  void BeforeNext(FileAction action, const QString& part, std::function<void()> act);
   /// Files and folders whose path contains `part` are said not to exist.
   void PretendMissing(const QString& part) { missing_.append(part); }
   /// Forgets all planned faults.
@@ -45,7 +48,7 @@ class FailingFileSystem : public FileSystem {
   [[nodiscard]] bool FolderExists(const QString& path) const override;
   void CreateFolder(const QString& path) override;
   void CopyFile(const QString& source, const QString& target) override;
-  void CopyFolder(const QString& source, const QString& target) override;
+  QStringList CopyFolder(const QString& source, const QString& target) override;
   void DeleteFile(const QString& path) override;
   void DeleteFolder(const QString& path) override;
   void ReplaceText(const QString& path, const QString& text) override;
@@ -61,6 +64,7 @@ class FailingFileSystem : public FileSystem {
     QString part;
     int number;
     bool lasting;
+    std::function<void()> act = {};  ///< instead of failing
   };
   [[nodiscard]] QString Full(const QString& path) const;
   [[nodiscard]] bool IsPretendedMissing(const QString& path) const;
