@@ -2,7 +2,9 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QScopedValueRollback>
+#include <utility>
 
 #include "formkit/ListScrollBar.h"
 #include "platform/Failure.h"
@@ -195,6 +197,22 @@ void Grid::focusInEvent(QFocusEvent* event) {
     QTableView::focusInEvent(event);
   }
   FollowCursor();
+}
+
+bool Grid::viewportEvent(QEvent* event) {
+  const bool handled = QTableView::viewportEvent(event);
+  const auto type = event->type();
+  if (type != QEvent::MouseButtonPress && type != QEvent::MouseButtonDblClick &&
+      type != QEvent::MouseButtonRelease)
+    return handled;
+  // The toolkit tells of clicks on rows; the blank part below them is the list's too.
+  const auto* mouse = static_cast<QMouseEvent*>(event);
+  const bool on_blank = mouse->button() == Qt::LeftButton && !indexAt(mouse->pos()).isValid();
+  if (on_blank) FollowCursor();  // the toolkit takes the highlight away
+  const bool pressed = std::exchange(blank_pressed_, on_blank && type == QEvent::MouseButtonPress);
+  if (on_blank && pressed && type == QEvent::MouseButtonRelease) Q_EMIT Click();
+  if (on_blank && type == QEvent::MouseButtonDblClick) Q_EMIT DblClick();
+  return handled;
 }
 
 void Grid::keyPressEvent(QKeyEvent* event) {

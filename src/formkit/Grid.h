@@ -67,15 +67,16 @@ class Grid : public QTableView {
  Q_SIGNALS:
   /// The cursor of the data control came to stand on another row. Bound controls show it already.
   void RowColChange();
-  /// A row was clicked; it is the current one already.
+  /// A row was clicked, which is the current one already, or the blank part below the rows.
   void Click();
-  /// A row was double-clicked, or Enter was pressed on it.
+  /// The same twice, or Enter was pressed on a row.
   void DblClick();
 
  protected:
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void focusInEvent(QFocusEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
 
  private:
   void SettleColumns();
@@ -87,6 +88,7 @@ class Grid : public QTableView {
   GridModel* model_ = nullptr;
   bool allow_update_ = true;
   bool following_ = false;
+  bool blank_pressed_ = false;  ///< below the rows; the release makes it a click
 };
 
 }  // namespace kestrix

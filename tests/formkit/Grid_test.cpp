@@ -93,16 +93,20 @@ TEST_F(GridTest, ClickOnTheCurrentRowIsAClickAndNoRowChange) {
   EXPECT_EQ(log, Log({"click"}));
 }
 
-TEST_F(GridTest, ClickBelowTheLastRowIsNothing) {
+TEST_F(GridTest, ClickBelowTheLastRowIsAClickThatMovesNothing) {
   ClickRow("DB1", 1);
   log.clear();
   const QPoint below = grid->viewport()->rect().bottomLeft() + QPoint(10, -3);
   ASSERT_FALSE(grid->indexAt(below).isValid());
-  QTest::mouseClick(form->windowHandle(), Qt::LeftButton, Qt::NoModifier,
-                    grid->viewport()->mapTo(form, below));
+  const QPoint spot = grid->viewport()->mapTo(form, below);
+  QTest::mouseClick(form->windowHandle(), Qt::LeftButton, Qt::NoModifier, spot);
   Settle();
-  EXPECT_EQ(log, Log());
+  EXPECT_EQ(log, Log({"click"}));
+  QTest::mouseDClick(form->windowHandle(), Qt::LeftButton, Qt::NoModifier, spot);
+  Settle();
+  EXPECT_EQ(log, Log({"click", "click", "double"}));
   EXPECT_EQ(Rows().AbsolutePosition(), 2);
+  EXPECT_EQ(Highlighted(), QList<int>({1}));
 }
 
 TEST_F(GridTest, MoveOfTheCursorMovesTheHighlightAndTellsTheRowOnce) {

@@ -358,6 +358,21 @@ TEST_F(MnfrmTest, AClickInTheListNotesItsRowAndConnects) {
   EXPECT_EQ(grid.selectionModel()->selectedRows().value(0).row(), 1);
 }
 
+TEST_F(MnfrmTest, TheBlankPartOfTheListTakesClicksToo) {
+  installation.GivenStudy(1);
+  GivenProjects({"P1"});
+  OpenOrganisation("ACME", 1);
+  const auto* list = Control<Grid>("DB1").viewport();
+  const QPoint below = list->mapTo(form, list->rect().bottomLeft() + QPoint(10, -3));
+  QTest::mouseClick(form->windowHandle(), Qt::LeftButton, Qt::NoModifier, below);
+  Settle();
+  EXPECT_EQ(session.StudyConnected, 1);
+  EXPECT_FALSE(asked.contains("evaluation"));
+  QTest::mouseDClick(form->windowHandle(), Qt::LeftButton, Qt::NoModifier, below);
+  Settle();
+  EXPECT_EQ(asked.count("evaluation"), 1);
+}
+
 TEST_F(MnfrmTest, LeavingTheListRemembersTheOrganisation) {
   installation.GivenStudy(1);
   GivenProjects({"P1", "P2"});
