@@ -102,6 +102,7 @@ class frmMain : public SessionForm, public Frame {
   void LoadNewDoc();
   void ShowChild(frmDocument& child);
   [[nodiscard]] frmDocument* ActiveChild() const;
+  /// In front of the others, so that a notice is seen.
   [[nodiscard]] frmDocument& OwnChild();
   void mnuFileNew_Click();
   void mnuFileOpen_Click();

@@ -79,6 +79,9 @@ frmDocument& frmMain::OwnChild() {
   // A child that has become the user's is never written over.
   if (own_ && (own_->IsClosed() || !own_->IsUntouched())) own_ = nullptr;
   if (!own_) LoadNewDoc();
+  auto* window = qobject_cast<QMdiSubWindow*>(own_->parentWidget());
+  if (window->isMinimized()) window->showNormal();
+  ui_->mdiArea->setActiveSubWindow(window);
   return *own_;
 }
 

@@ -471,6 +471,21 @@ TEST_F(frmMainTest, SecondBackupWritesIntoTheSameDocument) {
   EXPECT_EQ(Box(0).toPlainText(), kNotice);
 }
 
+TEST_F(frmMainTest, NoticeStandsInFrontOfTheOtherDocuments) {
+  OpenFrame();
+  Trigger("mnuFileNew");
+  Windows().at(0)->showMinimized();
+  Windows().at(1)->showMaximized();
+  Settle();
+
+  Choose("Bkup");
+
+  EXPECT_EQ(Area().activeSubWindow(), Windows().at(0));
+  EXPECT_FALSE(Windows().at(0)->isMinimized());
+  EXPECT_EQ(Area().subWindowList(QMdiArea::StackingOrder).last(), Windows().at(0));
+  EXPECT_EQ(Box(0).toPlainText(), kNotice);
+}
+
 TEST_F(frmMainTest, NoticeNeverReplacesWhatTheUserWrote) {
   OpenFrame();
   Box(0).setFocus();
