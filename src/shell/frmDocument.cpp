@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QTextDocumentFragment>
+#include <algorithm>
 #include <utility>
 
 #include "platform/Measures.h"
@@ -55,7 +56,11 @@ void frmDocument::Form_Resize() {
 }
 
 void frmDocument::Form_Unload() {
-  if (--session_.DocumentCount == 0) frame_.EnableData(false);
+  --session_.DocumentCount;
+  // The count follows the running number and may be above what is open.
+  const auto children = window()->findChildren<frmDocument*>();
+  const auto is_closed = [](const frmDocument* child) { return child->IsClosed(); };
+  if (std::all_of(children.begin(), children.end(), is_closed)) frame_.EnableData(false);
   frame_.SetStatusText(Frame::kTitle);
 }
 

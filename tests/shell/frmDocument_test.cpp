@@ -95,6 +95,18 @@ TEST_F(frmDocumentTest, ClosingTheLastChildBarsTheWayAndOpeningAFileOpensItAgain
   EXPECT_TRUE(IsEnabled("mnuData"));
 }
 
+TEST_F(frmDocumentTest, ClosingTheLastChildBarsTheWayWhateverTheCountSays) {
+  Trigger("mnuFileNew");
+  CloseChild(0);
+  Trigger("mnuFileNew");
+  CloseChild(0);
+  EXPECT_TRUE(IsEnabled("mnuData"));
+  CloseChild(0);
+  EXPECT_EQ(session.DocumentCount, 1);
+  EXPECT_FALSE(IsEnabled("mnuData"));
+  EXPECT_FALSE(IsEnabled("mnuDatamnfrm"));
+}
+
 TEST_F(frmDocumentTest, ClosingAChildPutsTheTitleBackIntoTheStatusBar) {
   Trigger("mnuFileNew");
   Main().SetStatusText("Active Organization - Press shop");
