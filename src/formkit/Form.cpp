@@ -56,10 +56,14 @@ void Form::ShowFormModal() {
 }
 
 void Form::ComeUp() {
-  if (isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
+  Restore();
   TakePlace();
   show();
   if (isWindow()) kit_.forms.Appear(this);
+}
+
+void Form::Restore() {
+  if (isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
 }
 
 /// A form that nobody has given a place comes up in the middle of the frame's screen, so that it is
@@ -125,6 +129,12 @@ void Form::hideEvent(QHideEvent* event) {
   if (!event->spontaneous() && !coming_up_again_) kit_.forms.Disappear(this);
 }
 
+void Form::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  // A minimised form that bars the others would leave nothing on the screen that answers.
+  if (event->type() == QEvent::WindowStateChange && isModal()) Restore();
+}
+
 void Form::Guarded(const std::function<void()>& work) {
   if (gone_) return;
   GuardedAlways(work);
@@ -168,6 +178,7 @@ void Form::TakeFrontBack() {
     if (unloading_ || !isVisible() || (modal && modal != this)) return;
     const Form* rival = kit_.forms.active();
     if (rival && rival != this && rival->holds_front_) return;
+    Restore();
     kit_.forms.Appear(this);
   };
   QMetaObject::invokeMethod(this, take, Qt::QueuedConnection);

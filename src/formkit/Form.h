@@ -37,7 +37,8 @@ class Form : public QMainWindow {
   void LoadForm();
 
   /// Shows the form, or brings it to the front; a modal form stays modal then. ShowFormModal bars
-  /// all other windows of the program until this form is hidden or unloaded; it returns at once.
+  /// all other windows of the program until this form is hidden or unloaded, and doesn't stay
+  /// minimised meanwhile; it returns at once.
   /// An unloaded form isn't shown any more.
   void ShowForm();
   void ShowFormModal();
@@ -65,6 +66,7 @@ class Form : public QMainWindow {
   void closeEvent(QCloseEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
   /// Runs `work`; a failure that comes out of it is shown in a critical box. Nothing runs once the
   /// form has been unloaded.
@@ -112,6 +114,7 @@ class Form : public QMainWindow {
   void ConnectLostFocus(QWidget* control, std::function<void()> handler);
   void SettleControls();
   void ComeUp();
+  void Restore();
   void TakePlace();
   void KeepAboveFrame();
   void GuardedAlways(const std::function<void()>& work);

@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QFile>
 #include <QScreen>
+#include <QWindow>
 #include <cstdlib>
 
 #include "FormKitTest.h"
@@ -84,6 +85,17 @@ TEST_F(FormTestOfLife, CloseBoxOfTheWindowUnloads) {
   CloseBox(slot.Get());
   EXPECT_EQ(log, Log({"living query", "living unload"}));
   EXPECT_FALSE(slot.IsLoaded());
+}
+
+TEST_F(FormTestOfLife, ModalFormDoesntStayMinimised) {
+  LivingForm& form = slot.Get();
+  ShowModal(form);
+  form.showMinimized();
+  EXPECT_TRUE(WaitUntil([&] {
+    return !form.isMinimized() && form.windowHandle()->windowState() == Qt::WindowNoState &&
+           form.windowHandle()->isExposed();
+  }));
+  EXPECT_TRUE(form.isModal());
 }
 
 TEST_F(FormTestOfLife, UnloadOfAFormThatIsntLoadedLoadsNothing) {
