@@ -116,7 +116,7 @@ QString mnfrm::ProjectDescription() {
 }
 
 void mnfrm::SetOrganisationCaption(const QString& caption) {
-  ui_->Orglbltxt->setText(caption);
+  ui_->Orglbltxt->ShowText(caption);
 }
 
 void mnfrm::OrganisationFormClosed() {
@@ -133,7 +133,7 @@ void mnfrm::OrganisationFormNotShown() {
 void mnfrm::LetGoOfStudy() {
   dtsorce1_.SetConnectionString(DataControl::ConnectionStringFor(installation().StudyTemplate()));
   PassOver([this] { dtsorce1_.Refresh(); });
-  ui_->Orglbltxt->clear();
+  ui_->Orglbltxt->ShowText(QString());
   session().ActiveOrgName.clear();
 }
 

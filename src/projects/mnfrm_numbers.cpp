@@ -142,7 +142,7 @@ void mnfrm::FillNewProject(const QString& number) {
   projects.Set(kFactoryName, session().ActiveOrgName);
   projects.Set(kProjectNumber, number);
   // The leading blank comes back when the organisation form next writes the caption.
-  ui_->Orglbltxt->setText(session().ActiveOrgName);
+  ui_->Orglbltxt->ShowText(session().ActiveOrgName);
   ui_->ESI_No->setText(number);
   // Without a full stop: an ordinary stage, not the reserved one.
   ui_->PrjStgCbo->setCurrentText(QStringLiteral("None"));

@@ -3,7 +3,6 @@
 #include "shell/frmMain.h"
 
 #include <QEvent>
-#include <QLabel>
 #include <QLocale>
 #include <QMdiArea>
 #include <QShortcut>
@@ -14,6 +13,7 @@
 #include <limits>
 
 #include "formkit/Controls.h"
+#include "formkit/CutLabel.h"
 #include "formkit/DrawnIcon.h"
 #include "platform/FileSystem.h"
 #include "platform/Measures.h"
@@ -94,7 +94,7 @@ void frmMain::SettleToolBar() {
 }
 
 void frmMain::SettleStatusBar() {
-  panel_ = new QLabel(this);
+  panel_ = new CutLabel(this);
   panel_->setObjectName(QStringLiteral("sbStatusBarPanel1"));
   panel_->setTextFormat(Qt::PlainText);
   ui_->sbStatusBar->addPermanentWidget(panel_, 1);
@@ -153,7 +153,7 @@ void frmMain::Placeholder(const QString& text) {
 }
 
 void frmMain::SetStatusText(const QString& text) {
-  panel_->setText(text);
+  panel_->ShowText(text);
   // The panel covers the bar's own message, which is what assistive tools read.
   ui_->sbStatusBar->showMessage(text);
   ui_->sbStatusBar->repaint();

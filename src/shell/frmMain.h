@@ -9,10 +9,10 @@
 #include "shell/SessionForm.h"
 
 class QAction;
-class QLabel;
 
 namespace kestrix {
 
+class CutLabel;
 class frmDocument;
 
 namespace Ui {
@@ -124,7 +124,7 @@ class frmMain : public SessionForm, public Frame {
   void ArrangeIcons();
 
   std::unique_ptr<Ui::frmMain> ui_;
-  QLabel* panel_ = nullptr;     ///< the first one of the status bar
+  CutLabel* panel_ = nullptr;   ///< the first one of the status bar
   qint32 document_number_ = 0;  ///< the running number of new children
   QRect normal_place_;          ///< where it goes back to when it is maximised no more
   QPointer<frmDocument> own_;   ///< the child that the frame writes its notices into

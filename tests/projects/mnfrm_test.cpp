@@ -3,6 +3,7 @@
 #include "projects/mnfrm.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSignalSpy>
@@ -185,6 +186,21 @@ TEST_F(MnfrmTest, TheSelectedOrganisationBecomesTheActiveOne) {
   LookAt(*form);
   EXPECT_EQ(session.ActiveOrgName, "Second works");
   EXPECT_EQ(TextOf("ESI_No"), "P1");
+}
+
+TEST_F(MnfrmTest, ALongNameIsCutOnTheScreenAndWholeInItsTip) {
+  installation.GivenStudy(1);
+  const QString name = "ACME" + QString(251, u'W');
+  OpenOrganisation(name, 1);
+  auto& label = Control<QLabel>("Orglbltxt");
+  EXPECT_EQ(label.text(), u' ' + name);
+  EXPECT_EQ(label.toolTip(), name);
+  const QImage shown = label.grab().toImage();
+  const int room = label.contentsRect().width() - 2 * label.margin();
+  const QString cut = label.fontMetrics().elidedText(label.text(), Qt::ElideRight, room);
+  ASSERT_TRUE(cut.endsWith(u'…'));
+  label.setText(cut);
+  EXPECT_EQ(label.grab().toImage(), shown);
 }
 
 TEST_F(MnfrmTest, AMissingStudyLeavesTheListEmptyAndSaysNothing) {

@@ -129,6 +129,18 @@ TEST_F(frmMainTest, StatusTextIsShownInTheFirstPanelAndReadableAsTheBarsMessage)
   EXPECT_EQ(Control<QStatusBar>("sbStatusBar").currentMessage(), StatusText());
 }
 
+TEST_F(frmMainTest, LongStatusTextDoesntWidenTheFrame) {
+  const QString text = "Active Organization - " + QString(255, u'W');
+  OpenFrame();
+  const int width = Main().width();
+  Main().SetStatusText(text);
+  Settle();
+  EXPECT_EQ(Main().width(), width);
+  EXPECT_LE(Main().minimumSizeHint().width(), width);
+  EXPECT_EQ(StatusText(), text);
+  EXPECT_EQ(Control<QWidget>("sbStatusBarPanel1").toolTip(), text);
+}
+
 TEST_F(frmMainTest, PointingAtAMenuEntryLeavesTheStatusTextAlone) {
   OpenFrame();
   QStatusTipEvent tip(QStringLiteral(""));
