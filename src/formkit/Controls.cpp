@@ -39,6 +39,15 @@ QString PlainTextOf(QString text) {
   return text;
 }
 
+template <class Box>
+void Lock(Box* box, bool locked) {
+  box->setReadOnly(locked);
+  QPalette palette;
+  if (locked)
+    palette.setColor(QPalette::Base, box->parentWidget()->palette().color(QPalette::Window));
+  box->setPalette(palette);
+}
+
 Roles RolesOf(const QWidget* control) {
   if (qobject_cast<const QLineEdit*>(control) || qobject_cast<const QComboBox*>(control) ||
       qobject_cast<const QAbstractScrollArea*>(control))
@@ -213,6 +222,14 @@ QString ComboListBox::Text() const {
 
 void ComboListBox::SetText(const QString& text) {
   combo_->setCurrentText(text);
+}
+
+void SetLocked(QLineEdit* box, bool locked) {
+  Lock(box, locked);
+}
+
+void SetLocked(QPlainTextEdit* box, bool locked) {
+  Lock(box, locked);
 }
 
 QString ShownIn(const QLineEdit* box, const QString& text) {

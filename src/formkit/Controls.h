@@ -60,6 +60,10 @@ class ComboListBox : public ListBox {
   QComboBox* combo_;
 };
 
+/// A text box that takes no typing, and looks so; its text can be selected and copied.
+void SetLocked(QLineEdit* box, bool locked);
+void SetLocked(QPlainTextEdit* box, bool locked);
+
 /// What `box` shows of a stored text, and gives back as long as nobody changes it: no more than it
 /// takes, and in several lines with one kind of line end.
 [[nodiscard]] QString ShownIn(const QLineEdit* box, const QString& text);

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScopedValueRollback>
 #include <utility>
 
@@ -213,6 +214,20 @@ bool Grid::viewportEvent(QEvent* event) {
   if (on_blank && pressed && type == QEvent::MouseButtonRelease) Q_EMIT Click();
   if (on_blank && type == QEvent::MouseButtonDblClick) Q_EMIT DblClick();
   return handled;
+}
+
+void Grid::setPlaceholderText(const QString& text) {
+  placeholder_ = text;
+  viewport()->update();
+}
+
+void Grid::paintEvent(QPaintEvent* event) {
+  QTableView::paintEvent(event);
+  if (placeholder_.isEmpty() || !model_ || model_->rowCount() > 0) return;
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::PlaceholderText));
+  const QRect room = viewport()->rect().adjusted(kRowRoom, kRowRoom, -kRowRoom, -kRowRoom);
+  painter.drawText(room, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, placeholder_);
 }
 
 void Grid::keyPressEvent(QKeyEvent* event) {

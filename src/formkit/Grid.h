@@ -51,6 +51,8 @@ class Grid : public QTableView {
   /// Whether a row could be edited in place; forms switch it off while the grid has the focus and
   /// on again when it loses it, so that nothing is ever typed into the grid.
   Q_PROPERTY(bool AllowUpdate READ AllowUpdate WRITE SetAllowUpdate)
+  /// What a list without rows says in grey.
+  Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText)
 
  public:
   explicit Grid(QWidget* parent = nullptr);
@@ -59,6 +61,8 @@ class Grid : public QTableView {
   void SetSource(DataControl& source, QList<GridColumn> columns);
   [[nodiscard]] bool AllowUpdate() const { return allow_update_; }
   void SetAllowUpdate(bool allow) { allow_update_ = allow; }
+  [[nodiscard]] QString placeholderText() const { return placeholder_; }
+  void setPlaceholderText(const QString& text);
   /// The row within the grid, from 0; -1 without one.
   [[nodiscard]] int Row() const;
 
@@ -77,6 +81,7 @@ class Grid : public QTableView {
   void focusInEvent(QFocusEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   bool viewportEvent(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
   void SettleColumns();
@@ -86,6 +91,7 @@ class Grid : public QTableView {
 
   DataControl* source_ = nullptr;
   GridModel* model_ = nullptr;
+  QString placeholder_;
   bool allow_update_ = true;
   bool following_ = false;
   bool blank_pressed_ = false;  ///< below the rows; the release makes it a click

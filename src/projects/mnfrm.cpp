@@ -55,11 +55,12 @@ void mnfrm::Dress() {
   readable.setColor(QPalette::Disabled, QPalette::Text,
                     palette().color(QPalette::Active, QPalette::WindowText));
   ui_->ESI_No->setPalette(readable);
+  LockBoxes();
 }
 
 void mnfrm::changeEvent(QEvent* event) {
   SessionForm::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && ui_->ESI_No) Dress();
+  if (event->type() == QEvent::PaletteChange && ui_->preparedbyTxt) Dress();
 }
 
 void mnfrm::BindFields() {
@@ -75,6 +76,7 @@ void mnfrm::BindFields() {
 
 void mnfrm::Connect() {
   connect(&dtsorce1_, &DataControl::Shown, this, [this] {
+    LockBoxes();
     for (QLineEdit* box : {ui_->ESI_No, ui_->PrjStgCbo->lineEdit(), ui_->preparedbyTxt}) {
       ShowBeginning(box);
     }
@@ -105,6 +107,13 @@ void mnfrm::Connect() {
   On(ui_->HlpHzp, &ClickLabel::Click, &mnfrm::HlpHzp_Click);
   On(ui_->HlpHzp, &ClickLabel::Hovered, &mnfrm::HlpHzp_Hover);
   On(ui_->homepage, &QToolButton::clicked, &mnfrm::homepage_Click);
+}
+
+/// Without a project nobody would keep what is typed for one.
+void mnfrm::LockBoxes() {
+  const bool locked = !dtsorce1_.HasRecordset() || !dtsorce1_.Recordset().HasCurrentRow();
+  SetLocked(ui_->ProjectDescription, locked);
+  SetLocked(ui_->preparedbyTxt, locked);
 }
 
 QString mnfrm::ESI_No() {
@@ -237,6 +246,9 @@ void mnfrm::EnableProjectCommands() {
   for (QWidget* command : {ui_->delteZapNo, ui_->LnkDwgs, ui_->simultn1, ui_->repotview}) {
     command->setEnabled(enable);
   }
+  ui_->DB1->setPlaceholderText(
+      enable ? QStringLiteral("No projects yet. Press New Project Number to add the first one.")
+             : QStringLiteral("Select an organization first."));
 }
 
 QString mnfrm::OrganisationCaption() const {

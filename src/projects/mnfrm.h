@@ -83,6 +83,7 @@ class mnfrm : public SessionForm, public ProjectInHand {
  private:
   // mnfrm.cpp: its life, and the grid.
   void Dress();
+  void LockBoxes();
   void Connect();
   void BindFields();
   void TakeOrganisation();

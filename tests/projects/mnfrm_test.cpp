@@ -166,6 +166,30 @@ TEST_F(MnfrmTest, AnOrganisationWithoutProjectsKeepsItsCommands) {
   EXPECT_EQ(ProjectCommands(), kAllEnabled);
 }
 
+TEST_F(MnfrmTest, WithoutAProjectTheBoxesAreLockedAndTheListSaysWhatToDoFirst) {
+  const auto expect_locked = [this](bool locked) {
+    const QPalette::ColorRole back = locked ? QPalette::Window : QPalette::Base;
+    for (const char* name : {"ProjectDescription", "preparedbyTxt"}) {
+      EXPECT_EQ(Control<QWidget>(name).property("readOnly"), locked) << name;
+      EXPECT_EQ(BackColour(&Control<QWidget>(name)), form->palette().color(back).rgb()) << name;
+    }
+  };
+  installation.GivenStudy(1);
+  OpenOrganisation("ACME", 1);
+  expect_locked(true);
+  auto& list = Control<Grid>("DB1");
+  EXPECT_EQ(list.placeholderText(),
+            "No projects yet. Press New Project Number to add the first one.");
+  const QImage said = list.grab().toImage();
+  list.setPlaceholderText(QString());
+  EXPECT_NE(list.grab().toImage(), said);
+  TypeNewNumber("P1");
+  PressTab();
+  expect_locked(false);
+  TypeInto("FndESINo", "no such project");
+  expect_locked(true);
+}
+
 TEST_F(MnfrmTest, WithoutAnOrganisationTheCommandsAreOffWhateverWasSelected) {
   session.SelectedOrgName = "ACME";
   session.ActiveOrgName = "ACME";
@@ -173,6 +197,7 @@ TEST_F(MnfrmTest, WithoutAnOrganisationTheCommandsAreOffWhateverWasSelected) {
   EXPECT_EQ(session.ActiveOrgName, "");
   EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
   EXPECT_EQ(ProjectCommands(), kAllDisabled);
+  EXPECT_EQ(Control<Grid>("DB1").placeholderText(), "Select an organization first.");
 }
 
 TEST_F(MnfrmTest, TheSelectedOrganisationBecomesTheActiveOne) {

@@ -35,6 +35,7 @@ TEST_F(frmMainTest, FirstScreenIsTheFrameWithOneEmptyDocument) {
   EXPECT_EQ(Control<QStatusBar>("sbStatusBar").currentMessage(), StatusText());
   ASSERT_EQ(Windows().size(), 1);
   EXPECT_EQ(Box(0).toPlainText(), "");
+  EXPECT_EQ(Box(0).placeholderText(), "Ctrl+H opens an organization.");
   EXPECT_EQ(Child(0).Caption(), "");
   EXPECT_TRUE(Box(0).isVisible());
   EXPECT_EQ(session.DocumentCount, 1);
