@@ -110,8 +110,22 @@ bool Orgfrm::IsAdding() const {
   return ui_->addorncmd->property(kTag).toString() == u'1';
 }
 
+/// A restore below this form, or another user, has changed the register. A name that is listed no
+/// more is no choice any more. Not below a command whose message is up: it stands on its row.
+void Orgfrm::ReadRegisterAgain() {
+  if (deleting_ || Orgndata_.Recordset().HasPendingEdit()) return;
+  const auto listed = [this] { return ui_->orgnmecbo->findText(Name(), Qt::MatchExactly) >= 0; };
+  const bool was_listed = listed();
+  for (DataControl* source : {&orgtmpRcd_, &DeltRcd_}) source->Refresh();
+  RefreshNames();
+  if (!was_listed || listed()) return;
+  SetName(kNoOrganisation);
+  ui_->orgnmecbotxt->setText(kNoOrganisation);
+}
+
 void Orgfrm::Activate() {
   try {
+    ReadRegisterAgain();
     if (Orgndata_.Recordset().RecordCount() == 0) {
       ui_->addorncmd->setEnabled(true);
       ui_->clsed->setEnabled(true);

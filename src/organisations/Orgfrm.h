@@ -60,6 +60,7 @@ class Orgfrm : public SessionForm {
   // Orgfrm.cpp: its life, choosing, adding, history.
   void OpenRegister();
   void RefreshNames();
+  void ReadRegisterAgain();
   [[nodiscard]] QString Name() const;
   void SetName(const QString& name);
   [[nodiscard]] bool IsAdding() const;

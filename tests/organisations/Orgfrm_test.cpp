@@ -459,6 +459,34 @@ TEST_F(OrgfrmTest, ActivationWhenIdleLeavesTheButtonsAlone) {
   EXPECT_EQ(session.StudyConnected, 1);
 }
 
+TEST_F(OrgfrmTest, ReadsARestoredRegisterWhenItIsInFrontAgain) {
+  installation.GivenOrganisation("Press shop", 1);
+  installation.GivenOrganisation("Assembly", 2);
+  OpenOrganisations();
+  for (const char* picked : {"Press shop", "Assembly"}) {
+    PickOrganisation(picked);
+    // As a restore lays it: another file at the place of the one that is open.
+    const QString restored = installation.Outside("restored.mdb");
+    ASSERT_TRUE(QFile::copy(installation.Register(), restored));
+    Exec(restored,
+         "DELETE FROM orgtn WHERE OrgName='Press shop';"
+         "UPDATE orgtn SET sclenotxt=9; UPDATE Orgtmp SET OrgNameTMP=9");
+    ASSERT_EQ(std::rename(qPrintable(restored), qPrintable(installation.Register())), 0);
+    Open<OtherForm>().UnloadForm();
+    Settle();
+    LookAt(*form);
+    EXPECT_EQ(ItemsOf("orgnmecbo"), QStringList{"Assembly"});
+    const QString left = picked == QLatin1String("Assembly") ? picked : "Select organization";
+    EXPECT_EQ(TextOf("orgnmecbo"), left);
+    EXPECT_EQ(TextOf("orgnmecbotxt"), left);
+  }
+  OpenHistory();
+  EXPECT_EQ(TextOf("hstry"), "Assembly");
+  Click("clsd");
+  EXPECT_EQ(session.ActiveStudyNo, 9);
+  EXPECT_EQ(LastOpened(), QStringList{"9"});
+}
+
 TEST_F(OrgfrmTest, TakesTheFrontBackUntilItIsUnloaded) {
   OpenOrganisations();
   auto& other = Open<OtherForm>();
