@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -137,6 +138,39 @@ Descriptor OpenToCopy(const QString& path, int flags) {
   return file;
 }
 
+bool WritesAhead(sqlite3* handle) {
+  sqlite3_stmt* asked = nullptr;
+  sqlite3_prepare_v2(handle, "PRAGMA journal_mode", -1, &asked, nullptr);
+  const std::unique_ptr<sqlite3_stmt, EngineCloser> mode(asked);
+  if (sqlite3_step(asked) != SQLITE_ROW) return false;
+  return QByteArrayView(reinterpret_cast<const char*>(sqlite3_column_text(asked, 0))) == "wal";
+}
+
+/// Brings what stands in the log beside a database into its file, and goes back to the journal.
+/// Does nothing while somebody else has it open.
+void LeaveWriteAhead(sqlite3* handle) {
+  if (!WritesAhead(handle)) return;
+  sqlite3_exec(handle, "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr);
+}
+
+/// The file that the database would be without its log, held in memory.
+Descriptor WithoutLog(sqlite3* handle, const QString& path) {
+  // Where the head of a file says that a log belongs to it.
+  constexpr int kWriteVersion = 18;
+  constexpr int kReadVersion = 19;
+  sqlite3_int64 size = 0;
+  const std::unique_ptr<unsigned char, void (*)(void*)> bytes(
+      sqlite3_serialize(handle, "main", &size, 0), sqlite3_free);
+  Descriptor file(memfd_create("database", MFD_CLOEXEC));
+  QFile memory;
+  if (bytes && file.valid() && memory.open(file.get(), QIODevice::WriteOnly)) {
+    bytes.get()[kWriteVersion] = bytes.get()[kReadVersion] = 1;
+    if (memory.write(reinterpret_cast<const char*>(bytes.get()), size) == size && memory.flush())
+      return file;
+  }
+  throw Failure(failure::kDeviceError, QStringLiteral("%1 is too large to be copied.").arg(path));
+}
+
 Failure BeingWritten(const QString& path) {
   return {failure::kLocked, QStringLiteral("%1 is being written to by somebody else.").arg(path)};
 }
@@ -172,6 +206,7 @@ Database::Database(const QString& path) : path_(path) {
   try {
     Harden();
     CheckKind();
+    if (!read_only_) LeaveWriteAhead(handle());
     PrepareMark();
   } catch (const Failure& failure) {
     // These statements are short and well formed: what the engine can't make sense of is the file.
@@ -286,9 +321,17 @@ void CopyDatabase(const QString& source, const QString& target, Sync when) {
   const Connection connection = OpenForLock(source);
   // A read transaction keeps writers from committing, and rolls a killed writer's change back
   // first.
-  const int code =
-      sqlite3_exec(connection.get(), "BEGIN; PRAGMA schema_version", nullptr, nullptr, nullptr);
+  constexpr auto kHold = "BEGIN; PRAGMA schema_version";
+  int code = sqlite3_exec(connection.get(), kHold, nullptr, nullptr, nullptr);
   if (NumberFor(code) == failure::kLocked) throw BeingWritten(source);
+  if (WritesAhead(connection.get())) {
+    sqlite3_exec(connection.get(), "COMMIT", nullptr, nullptr, nullptr);
+    LeaveWriteAhead(connection.get());
+    code = sqlite3_exec(connection.get(), kHold, nullptr, nullptr, nullptr);
+    if (NumberFor(code) == failure::kLocked) throw BeingWritten(source);
+    if (code == SQLITE_OK && WritesAhead(connection.get()))
+      return CopyOpenFileDurably(WithoutLog(connection.get(), source).get(), target, when);
+  }
   // A damaged file is copied as it is: the copy is no better and no worse than what it stands for.
   CopyOpenFileDurably(plain.get(), target, when);
 }
@@ -300,6 +343,9 @@ void ReplaceDatabase(const QString& source, const QString& target, Sync when) {
   Connection old;
   if (BeginsLikeADatabase(target)) {
     old = OpenForLock(target);
+    // What others have in a log would be taken for a part of the new file.
+    LeaveWriteAhead(old.get());
+    if (WritesAhead(old.get())) throw BeingWritten(target);
     // Rolls a killed writer's change back, and keeps everybody out until the new file is in place.
     const int code = sqlite3_exec(old.get(), "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr);
     if (NumberFor(code) == failure::kLocked) throw BeingWritten(target);
@@ -307,7 +353,8 @@ void ReplaceDatabase(const QString& source, const QString& target, Sync when) {
   // Beside a file that is missing or damaged nobody rolls back, and what lies there would be rolled
   // back into its successor.
   if (QFileInfo::exists(source) || !QFileInfo::exists(target)) {
-    QFile::remove(target + QStringLiteral("-journal"));
+    for (const char* beside : {"-journal", "-wal", "-shm"})
+      QFile::remove(target + QString::fromLatin1(beside));
   }
   CopyOpenFileDurably(OpenToCopy(source, O_NOFOLLOW).get(), BehindLinks(target), when);
 }

@@ -39,6 +39,9 @@ class LockSign {
 /// An open database file of this system. It refuses a file that isn't one (missing, empty,
 /// truncated, of another kind) and never changes such a file. It never creates a database.
 ///
+/// A file that another program left in write-ahead mode goes back to the journal, unless somebody
+/// else has it open.
+///
 /// Several objects and several processes may have one file open. A change waits up to five seconds
 /// for somebody else's to end. Every change is durable when its call returns.
 class Database {
@@ -89,7 +92,7 @@ class Database {
 [[nodiscard]] bool CanWrite(const QString& path);
 
 /// Copies the database at `source` over `target` while nobody can change the source, so that the
-/// copy is never torn; readers go on. The copy is written beside the target and renamed over it,
+/// copy is never torn and holds all that was committed; readers go on. The copy is written beside the target and renamed over it,
 /// and is on the disk as `when` says; a link in its place makes way for it. Fails as
 /// FileSystem::CopyFile does, and with kLocked when a writer holds the source for longer than five
 /// seconds. A source that is no SQLite database is copied as the plain file that it is.

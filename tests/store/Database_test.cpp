@@ -12,6 +12,7 @@
 #include "store/StoreTest.h"
 #include "support/EndlessRows.h"
 #include "support/RunAsNobody.h"
+#include "support/TestInstallation.h"
 
 namespace kestrix::testing {
 namespace {
@@ -334,6 +335,59 @@ TEST_F(DatabaseTest, CopiesTakenWhileOthersWriteAreWhole) {
   }
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
+}
+
+TEST_F(DatabaseTest, AStudyThatIsWrittenAheadGoesBackToTheJournalWhenItIsOpened) {
+  GivenTasks(3);
+  OtherProcess tool(Path("study.mdb"));
+  tool.Run("PRAGMA journal_mode=WAL; UPDATE Risk_records SET Note='ahead';");
+  const QString log = Path("study.mdb-wal");
+  {
+    // Not while somebody else has it open; it is read and written all the same.
+    const auto rows = Tasks();
+    EXPECT_EQ(rows->Text(4), "ahead");
+    rows->Set(4, QStringLiteral("ours"));
+    rows->Update();
+    EXPECT_TRUE(QFile::exists(log));
+  }
+  tool.Kill();
+  EXPECT_EQ(Tasks()->Text(4), "ours");
+  EXPECT_FALSE(QFile::exists(log));
+  EXPECT_EQ(Read(Path("study.mdb"), "PRAGMA journal_mode"), QStringList{"delete"});
+}
+
+TEST_F(DatabaseTest, ACopyHoldsWhatWasWrittenAheadWhoeverHasTheStudyOpen) {
+  GivenTasks(3);
+  OtherProcess tool(Path("study.mdb"));
+  tool.Run("PRAGMA journal_mode=WAL; UPDATE Risk_records SET Note='ahead';");
+  for (const bool open : {true, false}) {
+    if (!open) tool.Kill();
+    CopyDatabase(Path("study.mdb"), Path("copy.mdb"));
+    EXPECT_EQ(QFile::exists(Path("study.mdb-wal")), open);
+    EXPECT_EQ(Read(Path("copy.mdb"), "SELECT Note FROM Risk_records"),
+              (QStringList{"ahead", "ahead", "ahead"}));
+    EXPECT_EQ(Read(Path("copy.mdb"), "PRAGMA journal_mode"), QStringList{"delete"});
+    EXPECT_FALSE(QFile::exists(Path("copy.mdb-wal")));
+  }
+}
+
+TEST_F(DatabaseTest, AStudyThatIsWrittenAheadIsReplacedWhenNobodyHasItOpen) {
+  GivenTasks(3);
+  CopyDatabase(Path("study.mdb"), Path("set.kbp"));
+  OtherProcess tool(Path("study.mdb"));
+  tool.Run("PRAGMA journal_mode=WAL; UPDATE Risk_records SET Note='ahead';");
+  EXPECT_EQ(FailureOf([&] { ReplaceDatabase(Path("set.kbp"), Path("study.mdb")); }),
+            failure::kLocked);
+  EXPECT_EQ(Read(Path("study.mdb"), "SELECT DISTINCT Note FROM Risk_records"),
+            QStringList{"ahead"});
+  tool.Kill();
+  for (const bool damaged : {false, true}) {
+    if (damaged) SetBytes(Path("study.mdb-wal"), Bytes(Path("set.kbp")));
+    if (damaged) SetBytes(Path("study.mdb"), "no database any more");
+    ReplaceDatabase(Path("set.kbp"), Path("study.mdb"));
+    EXPECT_EQ(Bytes(Path("study.mdb")), Bytes(Path("set.kbp")));
+    EXPECT_FALSE(QFile::exists(Path("study.mdb-wal")));
+  }
 }
 
 TEST_F(DatabaseTest, WhatIsNoDatabaseIsCopiedAsTheFileThatItIs) {
