@@ -8,12 +8,13 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSet>
-#include <QStringList>
 #include <QThread>
 #include <algorithm>
-#include <array>
+#include <vector>
 
+#include "Schemas.h"
 #include "platform/Descriptor.h"
 #include "platform/Failure.h"
 #include "platform/FileCopy.h"
@@ -47,15 +48,37 @@ constexpr int kLongestPattern = 100;
 
 constexpr QByteArrayView kMagic("SQLite format 3\0", 16);
 
-// A file of this system holds one of these sets of tables.
-const std::array<QSet<QString>, 3>& KindsOfFile() {
-  static const std::array<QSet<QString>, 3> kinds = {
-      QSet<QString>{QStringLiteral("orgtn"), QStringLiteral("orgtmp")},
-      QSet<QString>{QStringLiteral("prjstage"), QStringLiteral("phasemachlife"),
-                    QStringLiteral("primaryhazard"), QStringLiteral("hazardtype"),
-                    QStringLiteral("recommtyp"), QStringLiteral("actionby")},
-      QSet<QString>{QStringLiteral("project_details"), QStringLiteral("risk_records"),
-                    QStringLiteral("filelink")}};
+/// The tables, indexes and whatever else a database is made of: the SQL of each, whatever its
+/// layout. What the engine keeps for itself has none, or is a table of its own.
+using Parts = QSet<QString>;
+constexpr auto kPartsSql =
+    "SELECT sql FROM sqlite_schema WHERE sql NOTNULL AND NOT (type='table' AND name GLOB "
+    "'sqlite_*')";
+
+void AddPart(Parts& parts, const QString& sql) {
+  static const QRegularExpression layout(QStringLiteral("--[^\\n]*|\\s+"));
+  parts.insert(QString(sql).remove(layout).toLower());
+}
+
+/// What a file of this system may be made of: made from the same text as those of an installation.
+const std::vector<Parts>& KindsOfFile() {
+  static const std::vector<Parts> kinds = [] {
+    std::vector<Parts> made;
+    for (const char* schema : kSchemas) {
+      sqlite3* memory = nullptr;
+      sqlite3_open(":memory:", &memory);
+      const std::unique_ptr<sqlite3, EngineCloser> closer(memory);
+      sqlite3_exec(memory, schema, nullptr, nullptr, nullptr);
+      sqlite3_exec(
+          memory, kPartsSql,
+          [](void* parts, int, char** texts, char**) {
+            AddPart(*static_cast<Parts*>(parts), QString::fromUtf8(texts[0]));
+            return 0;
+          },
+          &made.emplace_back(), nullptr);
+    }
+    return made;
+  }();
   return kinds;
 }
 
@@ -189,7 +212,9 @@ void EngineCloser::operator()(sqlite3_stmt* statement) const {
   sqlite3_finalize(statement);
 }
 
-Database::Database(const QString& path) : path_(path) {
+Database::Database(const QString& path) : Database(path, Made::kByThisSystem) {}
+
+Database::Database(const QString& path, Made by) : path_(path) {
   if (!QFileInfo::exists(path)) {
     throw Failure(failure::kFileNotFound, QStringLiteral("The file %1 does not exist.").arg(path));
   }
@@ -205,7 +230,7 @@ Database::Database(const QString& path) : path_(path) {
   OpenHandle();
   try {
     Harden();
-    CheckKind();
+    if (by == Made::kByThisSystem) CheckKind();
     if (!read_only_) LeaveWriteAhead(handle());
     PrepareMark();
   } catch (const Failure& failure) {
@@ -271,14 +296,11 @@ void Database::PrepareMark() {
 }
 
 void Database::CheckKind() {
-  QSet<QString> tables;
-  Statement names(*this,
-                  QStringLiteral("SELECT lower(name) FROM sqlite_schema WHERE type='table'"));
-  while (names.Step()) tables.insert(names.Column(0).toString());
-  for (const QSet<QString>& kind : KindsOfFile()) {
-    if (tables.contains(kind)) return;
-  }
-  throw NotOfThisProgram(path_);
+  Parts parts;
+  Statement all(*this, QString::fromLatin1(kPartsSql));
+  while (all.Step()) AddPart(parts, all.Column(0).toString());
+  const std::vector<Parts>& kinds = KindsOfFile();
+  if (std::find(kinds.begin(), kinds.end(), parts) == kinds.end()) throw NotOfThisProgram(path_);
 }
 
 qint64 Database::ChangeMark() {

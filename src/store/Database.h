@@ -37,7 +37,8 @@ class LockSign {
 };
 
 /// An open database file of this system. It refuses a file that isn't one (missing, empty,
-/// truncated, of another kind) and never changes such a file. It never creates a database.
+/// truncated, with other tables, columns or indexes than ours, or more of them, which could make
+/// the engine compute without an end) and never changes such a file. It never creates a database.
 ///
 /// A file that another program left in write-ahead mode goes back to the journal, unless somebody
 /// else has it open.
@@ -70,6 +71,11 @@ class Database {
   /// The failure of the last call on this connection, in words for a person.
   [[nodiscard]] Failure LastFailure() const;
 
+ protected:
+  /// A test of the rows has tables of its own.
+  enum class Made { kByThisSystem, kByATest };
+  Database(const QString& path, Made by);
+
  private:
   static int StopEndlessWork(void* database);
   void OpenHandle();
@@ -92,10 +98,11 @@ class Database {
 [[nodiscard]] bool CanWrite(const QString& path);
 
 /// Copies the database at `source` over `target` while nobody can change the source, so that the
-/// copy is never torn and holds all that was committed; readers go on. The copy is written beside the target and renamed over it,
-/// and is on the disk as `when` says; a link in its place makes way for it. Fails as
-/// FileSystem::CopyFile does, and with kLocked when a writer holds the source for longer than five
-/// seconds. A source that is no SQLite database is copied as the plain file that it is.
+/// copy is never torn and holds all that was committed; readers go on. The copy is written beside
+/// the target and renamed over it, and is on the disk as `when` says; a link in its place makes way
+/// for it. Fails as FileSystem::CopyFile does, and with kLocked when a writer holds the source for
+/// longer than five seconds. A source that is no SQLite database is copied as the plain file that
+/// it is.
 void CopyDatabase(const QString& source, const QString& target, Sync when = Sync::kNow);
 
 /// Copies the database at `source`, a plain file that nobody works on, into the place of the one at

@@ -367,6 +367,14 @@ void Recordset::Insert() {
   Tell();
 }
 
+/// A field as it is read and compared: a text that is longer than its column, as another program
+/// can leave it, ends where the column does.
+QString Recordset::AsRead(int field) const {
+  const Field& of = fields_[static_cast<std::size_t>(field)];
+  if (of.limit < 0) return Named(of.name);
+  return QStringLiteral("substr(%1,1,%2)").arg(Named(of.name)).arg(of.limit);
+}
+
 QList<int> Recordset::IdentityFields() const {
   QList<int> fields;
   if (!keys_return_) return fields;
@@ -388,7 +396,7 @@ void Recordset::Write() {
   }
   QStringList holds = {QStringLiteral("_rowid_=?1")};
   for (const int field : held) {
-    holds += QStringLiteral("%1 IS ?%2").arg(Named(FieldName(field))).arg(++parameter);
+    holds += QStringLiteral("%1 IS ?%2").arg(AsRead(field)).arg(++parameter);
   }
   Statement update(*database_,
                    QStringLiteral("UPDATE %1 SET %2 WHERE %3 RETURNING 1")
@@ -442,7 +450,7 @@ bool Recordset::DeleteStored(qint64 key, const Row& row) {
   const QList<int> identity = IdentityFields();
   int parameter = 1;
   for (const int field : identity) {
-    sql += QStringLiteral(" AND %1 IS ?%2").arg(Named(FieldName(field))).arg(++parameter);
+    sql += QStringLiteral(" AND %1 IS ?%2").arg(AsRead(field)).arg(++parameter);
   }
   Statement remove(*database_, sql + QStringLiteral(" RETURNING 1"));
   parameter = 1;
@@ -502,7 +510,7 @@ const Recordset::Row* Recordset::CachedRow(qint64 key) const {
 std::optional<Recordset::Row> Recordset::ReadRow(qint64 key) const {
   if (!read_row_) {
     QStringList names;
-    for (const Field& field : fields_) names += Named(field.name);
+    for (int field = 0; field < FieldCount(); ++field) names += AsRead(field);
     read_row_ = std::make_unique<Statement>(
         *database_,
         QStringLiteral("SELECT %1 FROM %2 WHERE _rowid_=?1").arg(names.join(u','), Named(table_)));
@@ -531,8 +539,7 @@ QVariant Recordset::ColumnValue(int field) const {
 
 std::vector<QVariant> Recordset::ReadColumn(int field) const {
   std::vector<QVariant> values(keys_.size());
-  Statement column(*database_,
-                   QStringLiteral("SELECT _rowid_,%1 %2").arg(Named(FieldName(field)), tail_));
+  Statement column(*database_, QStringLiteral("SELECT _rowid_,%1 %2").arg(AsRead(field), tail_));
   std::size_t at = 0;
   std::unordered_map<qint64, std::size_t> places;
   while (column.Step()) {

@@ -192,6 +192,7 @@ class Recordset : public QObject {
   [[noreturn]] void TellWhoWasQuicker(qint64 key, const QList<int>& held);
   [[nodiscard]] bool DeleteStored(qint64 key, const Row& row);
   void CheckWritable() const;
+  [[nodiscard]] QString AsRead(int field) const;
   [[nodiscard]] QList<int> IdentityFields() const;
   void MoveTo(int index);
   void Tell();

@@ -7,7 +7,14 @@
 namespace kestrix::testing {
 namespace {
 
-class DataControlTest : public StoreTest {};
+class DataControlTest : public StoreTest {
+ protected:
+  void SetUp() override { (void)GivenInstalledStudy("study.mdb"); }
+  void GivenTasks(int count) {
+    for (int i = 1; i <= count; ++i)
+      Exec(Path("study.mdb"), "INSERT INTO Risk_records(Project_Number) VALUES('P')");
+  }
+};
 
 TEST_F(DataControlTest, AConnectionStringNamesItsFile) {
   DataControl control(QStringLiteral("dtsorce1"));
@@ -56,13 +63,13 @@ TEST_F(DataControlTest, AnEditThatCannotBeCommittedIsToldBehindTheRefresh) {
   control.SetRecordSource(QStringLiteral("Risk_records"));
   control.Refresh();
   control.Recordset().Set(1, QStringLiteral("mine"));
-  Exec(Path("study.mdb"), "UPDATE Risk_records SET Title='theirs'");
+  Exec(Path("study.mdb"), "UPDATE Risk_records SET dateOfRcd='theirs'");
   EXPECT_EQ(FailureOf([&] { control.Refresh(); }), failure::kRowChanged);
   EXPECT_EQ(control.Recordset().Text(1), "theirs");
 }
 
 TEST_F(DataControlTest, PointingElsewhereLetsGoOfTheFirstFile) {
-  MakeStudy(Path("other.mdb"));
+  (void)GivenInstalledStudy("other.mdb");
   DataControl control(QStringLiteral("x"));
   control.SetDatabaseName(Path("study.mdb"));
   control.Refresh();
@@ -89,7 +96,7 @@ TEST_F(DataControlTest, AFailedRefreshLeavesNoRowsAndSaysSo) {
 
 TEST_F(DataControlTest, RefreshSeesAFileThatWasPutInItsPlace) {
   GivenTasks(1);
-  MakeStudy(Path("new.mdb"));
+  (void)GivenInstalledStudy("new.mdb");
   DataControl control(QStringLiteral("x"));
   control.SetDatabaseName(Path("study.mdb"));
   control.SetRecordSource(QStringLiteral("Risk_records"));

@@ -65,7 +65,7 @@ class DatabaseTest : public StoreTest {
   void ExpectRefused(const QByteArray& bytes, int number) {
     const QString path = Path("bad.mdb");
     SetBytes(path, bytes);
-    EXPECT_EQ(FailureOf([&] { const Database database(path); }), number);
+    EXPECT_EQ(FailureOf([&] { const kestrix::Database database(path); }), number);
     EXPECT_EQ(Bytes(path), bytes);
     EXPECT_FALSE(QFile::exists(Path("bad.ldb")));
     EXPECT_FALSE(QFile::exists(path + "-journal"));
@@ -227,8 +227,11 @@ TEST_F(DatabaseTest, AFileThatOnlyBeginsLikeADatabaseIsRefused) {
 }
 
 TEST_F(DatabaseTest, ATruncatedFileIsRefused) {
-  GivenTasks(500);
-  const QByteArray whole = Bytes(Path("study.mdb"));
+  const QString study = GivenInstalledStudy("whole.mdb");
+  Exec(study,
+       "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<500) "
+       "INSERT INTO Risk_records(Project_Number) SELECT i FROM n");
+  const QByteArray whole = Bytes(study);
   for (const qsizetype size : {whole.size() / 2, whole.size() - 4096, qsizetype{100}}) {
     ExpectRefused(whole.left(size), failure::kNotADatabase);
   }
@@ -237,7 +240,7 @@ TEST_F(DatabaseTest, ATruncatedFileIsRefused) {
 TEST_F(DatabaseTest, AFileOfAnUnknownFormatIsRefused) {
   // Where the head of the file says how its tables are described.
   constexpr int kFormat = 47;
-  QByteArray bytes = Bytes(Path("study.mdb"));
+  QByteArray bytes = Bytes(GivenInstalledStudy("whole.mdb"));
   bytes[kFormat] = 9;
   ExpectRefused(bytes, failure::kNotADatabase);
 }
@@ -273,9 +276,37 @@ TEST_F(DatabaseTest, AColumnThatComputesAGiantTextFails) {
 TEST_F(DatabaseTest, ADatabaseOfAnotherProgramIsRefused) {
   const QString path = Path("other.mdb");
   Exec(path, "CREATE TABLE people(name TEXT)");
-  const QByteArray before = Bytes(path);
-  EXPECT_EQ(FailureOf([&] { const Database database(path); }), failure::kNotADatabase);
-  EXPECT_EQ(Bytes(path), before);
+  ExpectRefused(Bytes(path), failure::kNotADatabase);
+}
+
+TEST_F(DatabaseTest, AStudyWithOtherTablesColumnsOrIndexesIsRefused) {
+  for (const char* change : {
+           "ALTER TABLE Risk_records ADD COLUMN more AS (hex(zeroblob(100000000)))",
+           "ALTER TABLE Risk_records RENAME COLUMN RIARtxt TO renamed",
+           "ALTER TABLE fileLink DROP COLUMN FileEmb",
+           "CREATE TABLE more(x)",
+           "CREATE VIEW more AS SELECT 1",
+           "CREATE TRIGGER more AFTER INSERT ON fileLink BEGIN DELETE FROM fileLink; END",
+           "CREATE INDEX more ON fileLink(FilePath) WHERE FilePath GLOB '*a*a*a*a*'",
+           "DROP TABLE fileLink",
+           "PRAGMA writable_schema=ON; UPDATE sqlite_schema SET sql=replace(sql, 'length(FilePath) "
+           "BETWEEN', 'length(hex(FilePath)) BETWEEN')",
+       }) {
+    SCOPED_TRACE(change);
+    const QString study = GivenInstalledStudy("changed.mdb");
+    { const kestrix::Database ours(study); }
+    Exec(study, change);
+    ExpectRefused(Bytes(study), failure::kNotADatabase);
+    ASSERT_TRUE(QFile::remove(study));
+  }
+}
+
+TEST_F(DatabaseTest, WhatOtherProgramsMayDoToAStudyLeavesItOurs) {
+  const QString study = GivenInstalledStudy("ours.mdb");
+  Exec(study, "INSERT INTO fileLink VALUES('P','/a','a','/a'); ANALYZE; VACUUM");
+  const kestrix::Database database(study);
+  EXPECT_EQ(Read(study, "SELECT count(*) FROM sqlite_stat1 WHERE tbl='fileLink'"),
+            QStringList{"1"});
 }
 
 TEST_F(DatabaseTest, TheChangeMarkFollowsChangesOfOthersAndOurs) {

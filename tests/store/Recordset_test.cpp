@@ -212,6 +212,28 @@ TEST_F(RecordsetTest, ATextLongerThanItsColumnIsRefusedAndTheEditKept) {
   EXPECT_EQ(rows->Text(kTitle), "0123456789");
 }
 
+TEST_F(RecordsetTest, AStoredTextLongerThanItsColumnIsReadCutAndStaysAsItIs) {
+  GivenTasks(1);
+  Exec(Path("study.mdb"), "UPDATE Risk_records SET Title='😀😀😀😀😀😀😀😀😀😀 and more'");
+  const QString ten = QStringLiteral("😀😀😀😀😀😀😀😀😀😀");
+  const auto rows = Tasks();
+  EXPECT_EQ(rows->Text(kTitle), ten);
+  EXPECT_EQ(rows->ShownText(1, kTitle), ten);
+  {
+    const Recordset::Walk walk(*rows);
+    EXPECT_EQ(rows->Text(kTitle), ten);
+  }
+  rows->Set(kTitle, ten);
+  rows->Set(kLevel, 7);
+  rows->Update();
+  EXPECT_EQ(Titles(), QStringList{ten + " and more"});
+  EXPECT_EQ(rows->Number(kLevel), 7);
+  // What a person puts in its place is stored as any text is.
+  rows->Set(kTitle, QStringLiteral("short"));
+  rows->Update();
+  EXPECT_EQ(Titles(), QStringList{"short"});
+}
+
 TEST_F(RecordsetTest, LengthIsCountedInCharactersNotInUnits) {
   GivenTasks(1);
   const auto rows = Tasks();

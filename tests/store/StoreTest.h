@@ -15,6 +15,12 @@
 
 namespace kestrix::testing {
 
+/// A database of any tables: those of these tests show more kinds of columns than ours have.
+class Database : public kestrix::Database {
+ public:
+  explicit Database(const QString& path) : kestrix::Database(path, Made::kByATest) {}
+};
+
 /// A study database of the test's own in a folder of its own, and another user's connection to it.
 class StoreTest : public ::testing::Test {
  protected:
@@ -67,6 +73,14 @@ class StoreTest : public ::testing::Test {
          " Done BOOLEAN NOT NULL DEFAULT 0, Note VARCHAR(255),"
          " nunberauto INTEGER PRIMARY KEY AUTOINCREMENT);"
          "CREATE UNIQUE INDEX one_title ON Risk_records(Project_Number, Title);");
+  }
+
+  /// An empty study as an installation has it.
+  [[nodiscard]] QString GivenInstalledStudy(const char* name) const {
+    EXPECT_TRUE(
+        QFile::copy(QStringLiteral(KESTRIX_PRISTINE_FOLDER "/risk_esmatn.mdb"), Path(name)));
+    QFile::setPermissions(Path(name), QFile::ReadOwner | QFile::WriteOwner);
+    return Path(name);
   }
 
   void GivenTasks(int count) {
