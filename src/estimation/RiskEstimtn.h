@@ -102,7 +102,9 @@ class RiskEstimtn : public SessionForm {
   void ReplaceMissingPictures();
   void SelectPicture(PictureSlot& slot);
   void AskForPicture();
+  [[nodiscard]] bool IsCopied(const QString& source, const QString& title);
   void PictureFailed(PictureSlot& slot, const QString& title);
+  [[nodiscard]] bool IsPictureOfATask(const QString& title) const;
   void ClearPicture(PictureSlot& slot);
   void ImgSltdDwgBfr_Click();
   void ImgSltdDwgAfter_Click();

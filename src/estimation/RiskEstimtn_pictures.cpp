@@ -2,6 +2,8 @@
 #include "formkit/ClickLabel.h"
 #include "platform/FileSystem.h"
 #include "shell/CommonDialog.h"
+#include "store/DataControl.h"
+#include "store/RecordSources.h"
 #include "store/Recordset.h"
 #include "ui_RiskEstimtn.h"
 
@@ -78,15 +80,7 @@ void RiskEstimtn::SelectPicture(PictureSlot& slot) {
   try {
     AskForPicture();
     const QString title = dialog().FileTitle();
-    if (!dialog().FileName.isEmpty()) {
-      files().CopyFile(dialog().FileName, PicturePath({}));
-      if (!files().FileExists(PicturePath(title))) {
-        Tell(Icon::kInformation, QStringLiteral("BELTROVAN"),
-             QStringLiteral("Failed to copy picture file. Seek Administrator approval for writing. "
-                            "Unable to continue."));
-        return;
-      }
-    }
+    if (!dialog().FileName.isEmpty() && !IsCopied(dialog().FileName, title)) return;
     const bool chosen = slot.chosen_by == PictureSlot::ChosenBy::kTitle
                             ? !title.isEmpty()
                             : !dialog().FileName.isEmpty();
@@ -112,6 +106,24 @@ void RiskEstimtn::AskForPicture() {
   dialog().ShowOpen();
 }
 
+/// Copies a chosen picture into the folder of the organisation, and tells the person when the
+/// folder or the disk refuses it. Fails where the picture lies in that folder already.
+bool RiskEstimtn::IsCopied(const QString& source, const QString& title) {
+  bool copied = false;
+  try {
+    files().CopyFile(source, PicturePath({}));
+    copied = files().FileExists(PicturePath(title));
+  } catch (const Failure&) {
+    if (files().IsSameFile(source, PicturePath(title))) throw;
+  }
+  if (!copied) {
+    Tell(Icon::kInformation, QStringLiteral("BELTROVAN"),
+         QStringLiteral("Failed to copy picture file. Seek Administrator approval for writing. "
+                        "Unable to continue."));
+  }
+  return copied;
+}
+
 /// Only a task without a picture of its own gets the default picture back; a picture that was
 /// chosen and can't be shown leaves its box clear and its name in the row.
 void RiskEstimtn::PictureFailed(PictureSlot& slot, const QString& title) {
@@ -119,7 +131,19 @@ void RiskEstimtn::PictureFailed(PictureSlot& slot, const QString& title) {
   Store(slot.field, kNoPicture);
   slot.view.Load(installation().NoPicture());
   const QString copy = PicturePath(title);
-  if (files().FileExists(copy)) files().DeleteFile(copy);
+  if (files().FileExists(copy) && !IsPictureOfATask(title)) files().DeleteFile(copy);
+}
+
+/// Whether a row of the study, as it is stored or as it stands in the row in hand, names this file.
+/// The name of the default picture says that there is none.
+bool RiskEstimtn::IsPictureOfATask(const QString& title) const {
+  if (title == kNoPicture) return false;
+  if (Stored(before_->field) == title || Stored(after_->field) == title) return true;
+  DataControl tasks(QStringLiteral("tasksOfPicture"));
+  tasks.SetDatabaseName(installation().Study(session().ActiveStudyNo));
+  tasks.SetRecordSource(sources::TasksOfPicture(title));
+  tasks.Refresh();
+  return tasks.Recordset().RecordCount() > 0;
 }
 
 void RiskEstimtn::ClearPicture(PictureSlot& slot) {

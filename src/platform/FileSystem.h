@@ -16,6 +16,8 @@ class FileSystem {
 
   [[nodiscard]] virtual bool FileExists(const QString& path) const = 0;
   [[nodiscard]] virtual bool FolderExists(const QString& path) const = 0;
+  /// Whether both paths lead to one file, by whatever names.
+  [[nodiscard]] virtual bool IsSameFile(const QString& one, const QString& other) const = 0;
 
   /// Makes one folder; its parent must exist. Fails with kFileExists, kPathNotFound or
   /// kPermissionDenied.

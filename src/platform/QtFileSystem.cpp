@@ -9,7 +9,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <cerrno>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "platform/Descriptor.h"
 #include "platform/FileCopy.h"
@@ -106,6 +108,12 @@ bool QtFileSystem::FileExists(const QString& path) const {
 
 bool QtFileSystem::FolderExists(const QString& path) const {
   return QFileInfo(path).isDir();
+}
+
+bool QtFileSystem::IsSameFile(const QString& one, const QString& other) const {
+  std::error_code error;
+  return std::filesystem::equivalent(QFile::encodeName(one).toStdString(),
+                                     QFile::encodeName(other).toStdString(), error);
 }
 
 void QtFileSystem::CreateFolder(const QString& path) {

@@ -12,6 +12,7 @@ class QtFileSystem : public FileSystem {
  public:
   [[nodiscard]] bool FileExists(const QString& path) const override;
   [[nodiscard]] bool FolderExists(const QString& path) const override;
+  [[nodiscard]] bool IsSameFile(const QString& one, const QString& other) const override;
   void CreateFolder(const QString& path) override;
   void CopyFile(const QString& source, const QString& target) override;
   QStringList CopyFolder(const QString& source, const QString& target) override;

@@ -51,6 +51,12 @@ QString FileLinkSql(const QString& project_number) {
          Quoted(project_number) + QStringLiteral("))");
 }
 
+QString TasksOfPicture(QString name) {
+  const QString value = Quoted(name.replace(u'\'', QStringLiteral("''")));
+  return QStringLiteral("SELECT Risk_records.nunberauto FROM Risk_records WHERE PicBfrRcmdtn=") +
+         value + QStringLiteral(" OR PicAftrRcmdtn=") + value;
+}
+
 QString HazardTypesOf(const QString& primary_hazard) {
   return QStringLiteral(
              "SELECT HazardType.hazardoccurrence, HazardType.HazardTyp, HazardType.SrNo FROM "

@@ -99,6 +99,12 @@ class RiskEstimtnPicturesTest : public EstimationTest {
     desk.dialogs.ChooseToOpen(path);
     Click(button);
   }
+  void ExpectCopyFailed() {
+    desk.messages.ExpectTell(
+        Icon::kInformation, "BELTROVAN",
+        "Failed to copy picture file. Seek Administrator approval for writing. "
+        "Unable to continue.");
+  }
   void Cancel(const QString& button) { Choose(button, QString()); }
 };
 
@@ -282,40 +288,29 @@ TEST_P(EitherPictureTest, UnreadableFileOfTheDefaultNameGivesWayToTheDefaultPict
   EXPECT_THAT(FilesInFolder(), IsEmpty());
 }
 
-TEST_P(EitherPictureTest, CopyThatIsNotThereAfterwardsIsToldAndChangesNothing) {
-  GivenStoredPicture("old.bmp", Qt::red);
+TEST_P(EitherPictureTest, CopyThatIsRefusedOrNotThereAfterwardsIsToldAndChangesNothing) {
   const QString source = GivenPicture("new.bmp", Qt::blue);
-  OpenOn({{side().field, "old.bmp"}});
-  desk.files.PretendMissing("Prj7/new.bmp");
-  desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN",
-                           "Failed to copy picture file. Seek Administrator approval for writing. "
-                           "Unable to continue.");
-  Choose(side().button, source);
-  ExpectShows(side().box, Qt::red);
-  EXPECT_EQ(Saved(side().field), "old.bmp");
-}
-
-TEST_P(EitherPictureTest, FolderThatRefusesTheCopyLeavesAPictureAsItIs) {
   GivenStoredPicture("old.bmp", Qt::red);
-  const QString source = GivenPicture("new.bmp", Qt::blue);
-  OpenOn({{side().field, "old.bmp"}});
-  desk.files.FailNext(FileAction::kCopyFile, "new.bmp", failure::kPermissionDenied);
-  Choose(side().button, source);
-  ExpectShows(side().box, Qt::red);
-  EXPECT_EQ(Saved(side().field), "old.bmp");
-  EXPECT_EQ(FilesInFolder(), QStringList{"old.bmp"});
-  EXPECT_THAT(desk.messages.Shown(), IsEmpty());
-}
-
-TEST_P(EitherPictureTest, FolderThatRefusesTheCopyShowsATaskWithoutAPictureTheDefault) {
-  for (const int number : {failure::kPermissionDenied, failure::kDiskFull}) {
-    const QString source = GivenPicture("new.bmp", Qt::blue);
-    OpenOn({});
-    desk.files.FailNext(FileAction::kCopyFile, "new.bmp", number);
-    Choose(side().button, source);
-    ExpectShowsDefault(side().box);
-    EXPECT_EQ(Saved(side().field), "NoPicSlted.jpg");
-    EXPECT_THAT(FilesInFolder(), IsEmpty());
+  for (const QString& stored : {QStringLiteral("old.bmp"), QStringLiteral("NoPicSlted.jpg")}) {
+    for (const int number : {failure::kPermissionDenied, failure::kDiskFull, 0}) {
+      OpenOn({{side().field, stored}});
+      if (number != 0) {
+        desk.files.FailNext(FileAction::kCopyFile, "new.bmp", number);
+      } else {
+        desk.files.PretendMissing("Prj7/new.bmp");
+      }
+      ExpectCopyFailed();
+      Choose(side().button, source);
+      if (stored == "old.bmp") {
+        ExpectShows(side().box, Qt::red);
+      } else {
+        ExpectShowsDefault(side().box);
+      }
+      EXPECT_EQ(Saved(side().field), stored);
+      desk.files.Heal();
+      QFile::remove(InFolder("new.bmp"));
+      Exec(Study(), "DELETE FROM Risk_records");
+    }
   }
 }
 
@@ -331,6 +326,7 @@ TEST_P(EitherPictureTest, WriteProtectedFolderKeepsWhatIsThereAndNamesNothingEls
       const QString folder = installation.PictureFolder(kStudy);
       QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
       OpenForm();
+      ExpectCopyFailed();
       Choose(side().button, source);
       const bool shows_red = ShowsPicture(side().box) && MiddleOf(side().box) == QColor(Qt::red);
       const bool shows_default = ShowsPicture(side().box) && !shows_red;
@@ -345,7 +341,7 @@ TEST_P(EitherPictureTest, WriteProtectedFolderKeepsWhatIsThereAndNamesNothingEls
     });
     const bool has_picture = stored == "old.bmp";
     EXPECT_EQ(seen.value_or("died"),
-              has_picture ? "old.bmp old.bmp red 0" : "NoPicSlted.jpg old.bmp default 0");
+              has_picture ? "old.bmp old.bmp red 1" : "NoPicSlted.jpg old.bmp default 1");
     EXPECT_EQ(QImage(InFolder("old.bmp")).pixelColor(5, 5), QColor(Qt::red));
     EXPECT_TRUE(QFile::exists(source));
     Exec(Study(), "DELETE FROM Risk_records");
@@ -362,9 +358,7 @@ TEST_P(EitherPictureTest, PictureOfTheSameNameInAWriteProtectedFolderStays) {
   const auto seen = RunAsNobody([&] {
     const QString folder = installation.PictureFolder(kStudy);
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
-    desk.messages.ExpectTell(
-        Icon::kCritical, "BELTROVAN",
-        QStringLiteral("Failed to delete \"%1\": access is denied.").arg(InFolder("press.bmp")));
+    ExpectCopyFailed();
     OpenForm();
     Choose(side().button, source);
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -384,6 +378,24 @@ TEST_P(EitherPictureTest, PictureOfTheFolderItselfIsRefusedAndTakenAwayFromATask
   ExpectShowsDefault(side().box);
   EXPECT_EQ(Saved(side().field), "NoPicSlted.jpg");
   EXPECT_THAT(FilesInFolder(), IsEmpty()) << "a copy that failed is deleted, whatever it was";
+}
+
+TEST_P(EitherPictureTest, PictureOfTheFolderThatAnyTaskOfTheStudyNamesIsNotTakenAway) {
+  const QString source = GivenStoredPicture("the press's.bmp", Qt::red);
+  OpenOn({});
+  installation.GivenTask(
+      kStudy, {{"Project_Number", "P-2"}, {side().field, QStringLiteral("the press's.bmp")}});
+  Choose(side().button, source);
+  ExpectShowsDefault(side().box);
+  EXPECT_EQ(Saved(side().field), "NoPicSlted.jpg");
+  EXPECT_EQ(FilesInFolder(), QStringList{"the press's.bmp"});
+}
+
+TEST_P(EitherPictureTest, PictureThatTheOtherStageWasGivenIsNotTakenAway) {
+  OpenOn({});
+  SetFields({{side().other_field, "press.bmp"}});
+  Choose(side().button, GivenStoredPicture("press.bmp", Qt::red));
+  EXPECT_EQ(FilesInFolder(), QStringList{"press.bmp"}) << "the row in hand is not saved yet";
 }
 
 TEST_P(EitherPictureTest, PictureOfTheFolderItselfChangesNothingOnATaskThatHasOne) {

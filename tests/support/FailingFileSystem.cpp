@@ -58,6 +58,10 @@ bool FailingFileSystem::FolderExists(const QString& path) const {
   return !IsPretendedMissing(path) && real_.FolderExists(Full(path));
 }
 
+bool FailingFileSystem::IsSameFile(const QString& one, const QString& other) const {
+  return real_.IsSameFile(Full(one), Full(other));
+}
+
 void FailingFileSystem::CreateFolder(const QString& path) {
   log_.append(QStringLiteral("CreateFolder ") + path);
   FailIfPlanned(FileAction::kCreateFolder, path);
