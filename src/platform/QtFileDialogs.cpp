@@ -55,6 +55,7 @@ QString QtFileDialogs::Save(const FileDialogRequest& request) {
 }
 
 QString QtFileDialogs::Run(const FileDialogRequest& request, bool to_save) {
+  if (QFileInfo(request.folder).isDir()) folder_ = request.folder;
   if (!QFileInfo(folder_).isDir())
     folder_ = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
   // A folder that isn't there would stand in the dialog as the name of a file.

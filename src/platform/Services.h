@@ -53,6 +53,7 @@ struct FileDialogRequest {
 };
 
 class FileDialogs {
+  QString folder;  ///< where it comes up; where there is no such folder, in that of its last use
  public:
   virtual ~FileDialogs() = default;
   /// The full path that was chosen, or an empty text when the dialog was cancelled.

@@ -26,8 +26,11 @@ bool CommonDialog::ShowPrinter(bool selection) {
 }
 
 FileDialogRequest CommonDialog::Request() const {
-  return {
-      .title = DialogTitle, .filter = Filter, .filter_index = FilterIndex, .file_name = FileName};
+  return {.title = DialogTitle,
+          .filter = Filter,
+          .filter_index = FilterIndex,
+          .file_name = QFileInfo(FileName).isAbsolute() ? FileName : QString(),
+          .folder = {}};
 }
 
 void CommonDialog::Take(const QString& path) {

@@ -18,7 +18,9 @@ class CommonDialog : public QObject {
   QString DialogTitle;
   QString Filter;
   int FilterIndex = 1;
-  QString FileName;  ///< the full path that was chosen; empty when the dialog was cancelled
+  /// The full path that was chosen; empty when the dialog was cancelled. The next dialog comes up
+  /// with it; anything else that is left here is nothing that was chosen, and shows nowhere.
+  QString FileName;
   /// The name without its folder of what was chosen last; empty when the dialog was cancelled.
   [[nodiscard]] QString FileTitle() const;
 

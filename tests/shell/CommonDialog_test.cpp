@@ -17,7 +17,7 @@ TEST_F(CommonDialogTest, ShowsItsPropertiesAndHoldsWhatWasChosenToOpen) {
   dialog.DialogTitle = QStringLiteral("Open");
   dialog.Filter = QStringLiteral("All Files (*.*)|*.*");
   dialog.FilterIndex = 2;
-  dialog.FileName = QStringLiteral("before.kfe");
+  dialog.FileName = QStringLiteral("/data/before.kfe");
   desk.dialogs.ChooseToOpen(QStringLiteral("/data/guards.kfe"));
 
   dialog.ShowOpen();
@@ -30,7 +30,7 @@ TEST_F(CommonDialogTest, ShowsItsPropertiesAndHoldsWhatWasChosenToOpen) {
   EXPECT_EQ(request.title, "Open");
   EXPECT_EQ(request.filter, "All Files (*.*)|*.*");
   EXPECT_EQ(request.filter_index, 2);
-  EXPECT_EQ(request.file_name, "before.kfe");
+  EXPECT_EQ(request.file_name, "/data/before.kfe");
 }
 
 TEST_F(CommonDialogTest, HoldsWhatWasChosenToSave) {
@@ -41,6 +41,15 @@ TEST_F(CommonDialogTest, HoldsWhatWasChosenToSave) {
   EXPECT_EQ(dialog.FileName, "/data/press.kfe");
   EXPECT_EQ(dialog.FileTitle(), "press.kfe");
   EXPECT_TRUE(desk.dialogs.Requests().first().to_save);
+}
+
+TEST_F(CommonDialogTest, WhatAFormLeftAsTheNameShowsNowhere) {
+  dialog.FileName = QStringLiteral("1");
+  desk.dialogs.ChooseToSave(QString());
+
+  dialog.ShowSave();
+
+  EXPECT_EQ(desk.dialogs.Requests().first().request.file_name, "");
 }
 
 TEST_F(CommonDialogTest, CancelledDialogLeavesNoNameAndNoTitleOfAnEarlierUse) {
