@@ -1,7 +1,10 @@
 #include "platform/QtShell.h"
 
+#include <unistd.h>
+
 #include <QDesktopServices>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
@@ -28,6 +31,29 @@ bool IsLauncher(const QFileInfo& file) {
   throw Failure(failure::kInvalidCall, QStringLiteral("Failed to open \"%1\": %2.").arg(path, why));
 }
 
+/// Hands `document` to `opener`; false when that can't be started. An opener may go on as long as
+/// the application that it started, and longer than this program: nothing ends its process.
+bool Open(const QString& opener, const QString& document, const std::function<void()>& failed) {
+  auto* process = new QProcess;
+  process->setInputChannelMode(QProcess::ForwardedInputChannel);
+  process->setProcessChannelMode(QProcess::ForwardedChannels);
+  process->setChildProcessModifier([] { ::setsid(); });
+  QElapsedTimer started;
+  started.start();
+  QObject::connect(process, &QProcess::finished, process,
+                   [process, failed, started](int code, QProcess::ExitStatus status) {
+                     process->deleteLater();
+                     // After this the document was open, and its application has ended badly.
+                     constexpr qint64 kOpening = 30'000;
+                     const bool ended_well = status == QProcess::NormalExit && code == 0;
+                     if (failed && !ended_well && !started.hasExpired(kOpening)) failed();
+                   });
+  process->start(opener, {document});
+  if (process->waitForStarted()) return true;
+  delete process;
+  return false;
+}
+
 }  // namespace
 
 void QtShell::StartCompanion(const QString& name) {
@@ -39,7 +65,7 @@ void QtShell::StartCompanion(const QString& name) {
                   QStringLiteral("Failed to start \"%1\": there is no such program.").arg(program));
 }
 
-void QtShell::OpenDocument(const QString& path) {
+void QtShell::OpenDocument(const QString& path, const std::function<void()>& failed) {
   const QString document = InCurrentFolder(path);
   const QFileInfo file(document);
   if (path.isEmpty() || !file.exists())
@@ -48,9 +74,8 @@ void QtShell::OpenDocument(const QString& path) {
   if (IsLauncher(file)) FailToOpen(document, QStringLiteral("it is no document"));
 
   const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
-  const bool opened = opener.isEmpty()
-                          ? QDesktopServices::openUrl(QUrl::fromLocalFile(document))
-                          : QProcess::startDetached(opener, {document}, QDir::currentPath());
+  const bool opened = opener.isEmpty() ? QDesktopServices::openUrl(QUrl::fromLocalFile(document))
+                                       : Open(opener, document, failed);
   if (!opened) FailToOpen(document, QStringLiteral("the desktop has no opener"));
 }
 

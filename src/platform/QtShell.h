@@ -11,7 +11,8 @@ namespace kestrix {
 class QtShell : public Shell {
  public:
   void StartCompanion(const QString& name) override;
-  void OpenDocument(const QString& path) override;
+  using Shell::OpenDocument;
+  void OpenDocument(const QString& path, const std::function<void()>& failed) override;
 };
 
 }  // namespace kestrix

@@ -6,6 +6,7 @@
 #include <QPair>
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 class QTextDocument;
 class QImage;
@@ -21,8 +22,10 @@ class Shell {
   virtual void StartCompanion(const QString& name) = 0;
   /// Hands a file (a name in the current folder, or a full path) to the desktop's opener for its
   /// type. Never executes the file itself. Fails with kFileNotFound when there is no such file, and
-  /// with kInvalidCall when the desktop has no opener.
-  virtual void OpenDocument(const QString& path) = 0;
+  /// with kInvalidCall when the desktop has no opener. `failed` is told later when the opener ends
+  /// with an error, as where no application takes the type.
+  virtual void OpenDocument(const QString& path, const std::function<void()>& failed) = 0;
+  void OpenDocument(const QString& path) { OpenDocument(path, {}); }
 };
 
 /// The top-level windows of all programs on the desktop, by their exact titles.

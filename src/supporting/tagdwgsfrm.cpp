@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QTreeWidget>
 #include <utility>
+#include <QPointer>
 
 #include "formkit/Controls.h"
 #include "formkit/PictureView.h"
@@ -265,7 +266,7 @@ void tagdwgsfrm::fllst_DblClick() {
   try {
     OpenSelectedFile();
   } catch (const Failure&) {
-    Tell(Icon::kInformation, kTitle, QStringLiteral("Unable to open file."));
+    TellNotOpened();
   }
 }
 
@@ -281,7 +282,9 @@ void tagdwgsfrm::OpenSelectedFile() {
   const QString folder = ui_->Pathlenstr->text();
   files().ChangeFolder(folder.isEmpty() ? QDir::rootPath() : folder);
   const WaitCursor wait;
-  platform().shell.OpenDocument(opened_path_);
+  platform().shell.OpenDocument(opened_path_, [form = QPointer(this)] {
+    if (form) form->Guarded([form] { form->TellNotOpened(); });
+  });
 }
 
 /// The folder is cut off by way of the clipboard, which then holds it.
@@ -298,3 +301,7 @@ void tagdwgsfrm::CutFolderToScratch(const QString& path, const QString& title) {
 }
 
 }  // namespace kestrix
+void tagdwgsfrm::TellNotOpened() {
+  Tell(Icon::kInformation, kTitle, QStringLiteral("Unable to open file."));
+}
+

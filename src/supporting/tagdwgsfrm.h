@@ -49,6 +49,7 @@ class tagdwgsfrm : public SessionForm {
   void LinkChosenFile();
   void AddLink(const QString& path, const QString& title);
   void OpenSelectedFile();
+  void TellNotOpened();
   void CutFolderToScratch(const QString& path, const QString& title);
   void FillList();
   void ShowPath(const QString& text);

@@ -128,6 +128,21 @@ TEST_F(QtShellTest, MissingDocumentIsNotFound) {
   EXPECT_EQ(FailureOf([&] { shell_.OpenDocument(""); }), failure::kFileNotFound);
 }
 
+TEST_F(QtShellTest, OpenerThatEndsWithAnErrorIsTold) {
+  WriteFile(At("here/plan.jpg"), "x");
+  WriteFile(At("bin/xdg-open"), "#!/bin/sh\necho $1 >> '" + At("opened").toUtf8() +
+                                    "'\ncase $1 in *plan.jpg) exit 4;; esac\n");
+  MakeExecutable("bin/xdg-open");
+  qputenv("PATH", At("bin").toUtf8() + ':' + path_);
+  QStringList failed;
+  for (const QString name : {"plan.jpg", "../bin/xdg-open", "plan.jpg"}) {
+    shell_.OpenDocument(name, [&failed, name] { failed += name; });
+  }
+  EXPECT_TRUE(QTest::qWaitFor([&] { return failed.size() == 2; }, kTimeLimit));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return ReadFile(At("opened")).count('\n') == 3; }, kTimeLimit));
+  EXPECT_EQ(failed, QStringList({"plan.jpg", "plan.jpg"}));
+}
+
 TEST_F(QtShellTest, DesktopWithoutAnOpenerSaysSo) {
   WriteFile(At("here/plan.jpg"), "x");
   qputenv("PATH", At("bin").toUtf8());

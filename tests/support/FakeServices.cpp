@@ -18,7 +18,7 @@ void FakeShell::StartCompanion(const QString& name) {
   companions_.append({name, files_.CurrentFolder()});
 }
 
-void FakeShell::OpenDocument(const QString& path) {
+void FakeShell::OpenDocument(const QString& path, const std::function<void()>& /*failed*/) {
   FailIfTold();
   documents_.append({path, files_.CurrentFolder()});
 }

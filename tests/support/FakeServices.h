@@ -25,7 +25,8 @@ class FakeShell : public Shell {
   explicit FakeShell(const FileSystem& files) : files_(files) {}
 
   void StartCompanion(const QString& name) override;
-  void OpenDocument(const QString& path) override;
+  using Shell::OpenDocument;
+  void OpenDocument(const QString& path, const std::function<void()>& failed) override;
 
   /// Every later start and opening fails with `number`; 0 ends that.
   void FailWith(int number) { failure_ = number; }

@@ -404,10 +404,10 @@ class tagdwgsfrmDesktopTest : public tagdwgsfrmTest {
 class WatchingShell : public FakeShell {
  public:
   using FakeShell::FakeShell;
-  void OpenDocument(const QString& path) override {
+  void OpenDocument(const QString& path, const std::function<void()>& failed) override {
     const QCursor* cursor = QApplication::overrideCursor();
     waits = cursor != nullptr && cursor->shape() == Qt::WaitCursor;
-    FakeShell::OpenDocument(path);
+    FakeShell::OpenDocument(path, failed);
   }
   bool waits = false;
 };
@@ -627,6 +627,16 @@ TEST_F(tagdwgsfrmTest, RemovingTheLastLinkSaysThatThereAreNone) {
   EXPECT_EQ(TextOf("pathdsply"), "No files linked.");
   EXPECT_TRUE(StoredPaths().isEmpty());
 }
+TEST_F(tagdwgsfrmOpenerTest, AnOpenerThatEndsWithAnErrorIsTold) {
+  Script(installation.Outside("opener/xdg-open"), "#!/bin/sh\nexit 3\n");
+  GivenLink(GivenFile("report.unknown"));
+  OpenOn(opener, desk.files);
+  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
+  ClickLink(0, true);
+  EXPECT_TRUE(WaitUntil([&] { return desk.messages.Waiting() == 0; }));
+  CloseDesktop();
+}
+
 
 TEST_F(tagdwgsfrmTest, OfTwoRowsWithOnePathTheFirstGoes) {
   GivenLink("/tmp/a.txt");
