@@ -173,7 +173,9 @@ bool PictureView::eventFilter(QObject* watched, QEvent* event) {
 
 void PictureView::Fit() {
   const qreal ratio = label_->devicePixelRatioF();
-  const QSize room = (QSizeF(label_->contentsRect().size()) * ratio).toSize().expandedTo({1, 1});
+  // A small picture is shown as it is: larger it would only be coarser.
+  const QSizeF most = label_->contentsRect().size().boundedTo(picture_.size());
+  const QSize room = (most * ratio).toSize().expandedTo({1, 1});
   QPixmap shown =
       QPixmap::fromImage(picture_.scaled(room, Qt::KeepAspectRatio, Qt::SmoothTransformation));
   shown.setDevicePixelRatio(ratio);

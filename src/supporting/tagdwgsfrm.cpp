@@ -175,16 +175,20 @@ void tagdwgsfrm::ShowPath(const QString& text) {
 void tagdwgsfrm::fllst_ItemClick() {
   try {
     preview_->Clear();
-    preview_->Load(SelectedItem().text(kPath));
+    ui_->NoPreviewLbl->clear();
+    preview_->LoadBesideEvents(SelectedItem().text(kPath), [this](PictureView::Outcome outcome) {
+      if (outcome == PictureView::Outcome::kFailed) Guarded([this] { ShowFallback(); });
+    });
   } catch (const Failure&) {
     ShowFallback();
   }
 }
 
-/// What is no picture, or is gone, shows a picture that says so.
+/// What is no picture, or is gone, shows a picture that says so. A file that is there can be opened
+/// all the same.
 void tagdwgsfrm::ShowFallback() {
   session().FileFoundA = files().FileExists(installation().PictureError());
-  if (!session().FileFoundA || ui_->fllst->currentItem() == nullptr) return;
+  if (!session().FileFoundA || selected == nullptr) return;
   PassOver([&] { preview_->Clear(); }, [&] { preview_->Load(installation().PictureError()); });
 }
 
@@ -195,6 +199,10 @@ void tagdwgsfrm::fllst_Click() {
     ShowPath(path);
   } catch (const Failure&) {
     ShowPath(kNoFiles);
+  }
+  const QTreeWidgetItem* selected = ui_->fllst->currentItem();
+  if (selected != nullptr && files().FileExists(selected->text(kPath))) {
+    ui_->NoPreviewLbl->setText(QStringLiteral("No preview – double click opens it"));
   }
 }
 

@@ -66,7 +66,7 @@ class PictureViewTest : public ::testing::Test {
 
   void SetUp() override {
     whole_ = Path("whole.bmp");
-    ASSERT_TRUE(TwoHalves({60, 40}).save(whole_));
+    ASSERT_TRUE(TwoHalves({600, 400}).save(whole_));
   }
 
   QTemporaryDir place_;
@@ -84,6 +84,12 @@ TEST_F(PictureViewTest, PictureFillsItsLabelAndKeepsItsShape) {
   EXPECT_EQ(Shown().size(), QSize(300, 200));
   EXPECT_EQ(Shown().pixelColor(10, 100), QColor(Qt::red));
   EXPECT_EQ(Shown().pixelColor(290, 100), QColor(Qt::blue));
+}
+
+TEST_F(PictureViewTest, PictureSmallerThanItsLabelIsShownAsItIs) {
+  ASSERT_TRUE(TwoHalves({60, 40}).save(Path("small.bmp")));
+  view_.Load(Path("small.bmp"));
+  EXPECT_EQ(Shown().size(), QSize(60, 40));
 }
 
 TEST_F(PictureViewTest, PictureFollowsTheSizeOfItsLabel) {

@@ -10,6 +10,7 @@
 
 #include "platform/QtShell.h"
 #include "support/FormTest.h"
+#include "support/ReadersHeld.h"
 
 namespace kestrix {
 namespace {
@@ -377,6 +378,41 @@ TEST_F(tagdwgsfrmTest, ADoubleClickOpensTheDocumentAndLeavesTheFolderOnTheClipbo
   EXPECT_EQ(desk.files.CurrentFolder(), QFileInfo(path).path());
   EXPECT_FALSE(IsVisible("Pathlenstr"));
   EXPECT_EQ(TextOf("Pathlenstr"), QFileInfo(path).path());
+TEST_F(tagdwgsfrmTest, AFileWithoutAPreviewSaysHowItIsSeen) {
+  GivenLink(GivenPicture("a.png"));
+  GivenLink(GivenFile("a.txt"));
+  GivenLink(installation.Outside("gone.png"));
+  Open<tagdwgsfrm>();
+  for (const auto& [row, line] :
+       {std::pair{0, ""}, {1, "No preview – double click opens it"}, {2, ""}}) {
+    ClickLink(row);
+    EXPECT_EQ(TextOf("NoPreviewLbl"), line) << row;
+  }
+}
+
+TEST_F(tagdwgsfrmTest, ALargePictureIsReadWhileTheListIsUsedAndASmallOneIsNotBlownUp) {
+  QImage large(4000, 3000, QImage::Format_RGB32);
+  large.fill(Qt::blue);
+  ASSERT_TRUE(large.save(installation.Outside("large.png"), "PNG"));
+  GivenLink(GivenPicture("small.png"));
+  GivenLink(installation.Outside("large.png"));
+  QFile::copy(installation.Outside("large.png"), installation.Outside("torn.png"));
+  ASSERT_TRUE(QFile::resize(installation.Outside("torn.png"), 5000));
+  GivenLink(installation.Outside("torn.png"));
+  auto& form = Open<tagdwgsfrm>();
+  EXPECT_EQ(Preview().size(), QSize(40, 30));
+  ReadersHeld held(form);
+  ClickLink(1);
+  EXPECT_TRUE(Preview().isNull());
+  EXPECT_EQ(TextOf("pathdsply"), installation.Outside("large.png")) << "the list goes on";
+  held.LetGo();
+  EXPECT_TRUE(WaitUntil([&] { return IsBlue(Preview()); }));
+  ClickLink(2);
+  EXPECT_TRUE(WaitUntil([&] { return !Preview().isNull(); }));
+  EXPECT_FALSE(IsBlue(Preview())) << "the fallback";
+  EXPECT_NE(TextOf("NoPreviewLbl"), "");
+}
+
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
