@@ -53,10 +53,10 @@ struct FileDialogRequest {
   QString filter;
   int filter_index = 1;  ///< from 1
   QString file_name;
+  QString folder;  ///< where it comes up; where there is no such folder, in that of its last use
 };
 
 class FileDialogs {
-  QString folder;  ///< where it comes up; where there is no such folder, in that of its last use
  public:
   virtual ~FileDialogs() = default;
   /// The full path that was chosen, or an empty text when the dialog was cancelled.

@@ -13,8 +13,10 @@ QString CommonDialog::FileTitle() const {
   return file_title_;
 }
 
-void CommonDialog::ShowOpen() {
-  Take(platform_.dialogs.Open(Request()));
+void CommonDialog::ShowOpen(const QString& folder) {
+  FileDialogRequest request = Request();
+  request.folder = folder;
+  Take(platform_.dialogs.Open(request));
 }
 
 void CommonDialog::ShowSave() {

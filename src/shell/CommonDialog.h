@@ -24,7 +24,8 @@ class CommonDialog : public QObject {
   /// The name without its folder of what was chosen last; empty when the dialog was cancelled.
   [[nodiscard]] QString FileTitle() const;
 
-  void ShowOpen();
+  /// Comes up in `folder`, or where the last dialog was when there is no such folder.
+  void ShowOpen(const QString& folder = {});
   void ShowSave();
   /// False when it was cancelled.
   bool ShowPrinter(bool selection);

@@ -10,6 +10,9 @@ namespace kestrix::sources {
 [[nodiscard]] QString ProjectSql(const QString& active_org_name);
 [[nodiscard]] QString RiskSql(const QString& project_number);
 [[nodiscard]] QString FileLinkSql(const QString& project_number);
+/// The links of all projects, the newest first.
+inline const QString kNewestLinks =
+    QStringLiteral("SELECT fileLink.FilePath FROM fileLink ORDER BY rowid DESC");
 /// The tasks of all projects whose picture, before or after, is the file of this name. An
 /// apostrophe in the name is a letter like any other here.
 [[nodiscard]] QString TasksOfPicture(QString name);

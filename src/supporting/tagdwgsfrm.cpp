@@ -1,12 +1,14 @@
 #include "supporting/tagdwgsfrm.h"
 
 #include <QDir>
+#include <QFileInfo>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QTreeWidget>
 #include <utility>
-#include <QPointer>
 
 #include "formkit/Controls.h"
 #include "formkit/PictureView.h"
@@ -34,6 +36,9 @@ const QString kNoFiles = QStringLiteral("No files linked. ");
 tagdwgsfrm::tagdwgsfrm(Context& context)
     : SessionForm(context), ui_(std::make_unique<Ui::tagdwgsfrm>()) {
   ui_->setupUi(this);
+  // The path takes the room that the title leaves.
+  ui_->fllst->header()->setSectionResizeMode(kPath, QHeaderView::Stretch);
+  ui_->fllst->header()->setStretchLastSection(false);
   preview_ = std::make_unique<PictureView>(ui_->ImgAccd2);
   On(ui_->fllst, &QTreeWidget::currentItemChanged, &tagdwgsfrm::fllst_ItemClick);
   // Clicks count on the whole list, also where it has no row.
@@ -151,12 +156,20 @@ void tagdwgsfrm::FillList() {
   const Recordset::Walk walk(Links());
   QList<QTreeWidgetItem*> items;
   for (Links().MoveFirst(); !Links().Eof(); Links().MoveNext()) {
-    items += new QTreeWidgetItem({Links().Text(kFilePath), Links().Text(kShortDescription)});
-    items.back()->setToolTip(kPath, ui_->fllst->toolTip());
-    items.back()->setToolTip(kName, ui_->fllst->toolTip());
+    items += ItemOf(Links().Text(kFilePath), Links().Text(kShortDescription));
   }
   ui_->fllst->addTopLevelItems(items);
   ui_->fllst->setCurrentItem(items.front());
+}
+
+QTreeWidgetItem* tagdwgsfrm::ItemOf(const QString& path, const QString& title) const {
+  auto* item = new QTreeWidgetItem({path, title});
+  // What a column has no room for can be read here. The fixed text comes first, so that no name is
+  // taken for markup.
+  for (const int column : {kPath, kName}) {
+    item->setToolTip(column, ui_->fllst->toolTip() + u'\n' + item->text(column));
+  }
+  return item;
 }
 
 const QTreeWidgetItem& tagdwgsfrm::SelectedItem() const {
@@ -187,6 +200,10 @@ void tagdwgsfrm::fllst_ItemClick() {
 /// What is no picture, or is gone, shows a picture that says so. A file that is there can be opened
 /// all the same.
 void tagdwgsfrm::ShowFallback() {
+  const QTreeWidgetItem* selected = ui_->fllst->currentItem();
+  if (selected != nullptr && files().FileExists(selected->text(kPath))) {
+    ui_->NoPreviewLbl->setText(QStringLiteral("No preview – double click opens it"));
+  }
   session().FileFoundA = files().FileExists(installation().PictureError());
   if (!session().FileFoundA || selected == nullptr) return;
   PassOver([&] { preview_->Clear(); }, [&] { preview_->Load(installation().PictureError()); });
@@ -199,10 +216,6 @@ void tagdwgsfrm::fllst_Click() {
     ShowPath(path);
   } catch (const Failure&) {
     ShowPath(kNoFiles);
-  }
-  const QTreeWidgetItem* selected = ui_->fllst->currentItem();
-  if (selected != nullptr && files().FileExists(selected->text(kPath))) {
-    ui_->NoPreviewLbl->setText(QStringLiteral("No preview – double click opens it"));
   }
 }
 
@@ -221,7 +234,7 @@ void tagdwgsfrm::LinkChosenFile() {
   dialog().FileName.clear();
   dialog().Filter = QStringLiteral("Folders|Folders|*..");
   dialog().FilterIndex = 2;
-  dialog().ShowOpen();
+  dialog().ShowOpen(FolderOfNewestLink());
   const QString path = dialog().FileName;
   const QString title = dialog().FileTitle();
   if (Links().RecordCount() > 0 && lookup::WalkTo(Links(), path, kFilePath)) {
@@ -229,11 +242,27 @@ void tagdwgsfrm::LinkChosenFile() {
          QStringLiteral("File already exists."));
     return;
   }
-  ui_->fllst->addTopLevelItem(new QTreeWidgetItem({path, title}));
+  ui_->fllst->addTopLevelItem(ItemOf(path, title));
   AddLink(path, title);
   FillList();
+  ui_->fllst->scrollToItem(ui_->fllst->topLevelItem(ui_->fllst->topLevelItemCount() - 1));
   Links().MoveFirst();
   ShowPath(u' ' + SelectedItem().text(kPath));
+}
+
+/// Where the last file was linked, in whichever project; files for one machine lie together.
+QString tagdwgsfrm::FolderOfNewestLink() const {
+  QString folder;
+  // The dialog comes up also where the links can't be read.
+  PassOver([&] {
+    DataControl links(QStringLiteral("newestLinks"));
+    links.SetDatabaseName(installation().Study(session().ActiveStudyNo));
+    links.SetRecordSource(sources::kNewestLinks);
+    links.Refresh();
+    const Recordset& newest = links.Recordset();
+    if (newest.RecordCount() > 0) folder = QFileInfo(newest.Text(0)).path();
+  });
+  return folder;
 }
 
 void tagdwgsfrm::AddLink(const QString& path, const QString& title) {
@@ -278,6 +307,10 @@ void tagdwgsfrm::fllst_DblClick() {
   }
 }
 
+void tagdwgsfrm::TellNotOpened() {
+  Tell(Icon::kInformation, kTitle, QStringLiteral("Unable to open file."));
+}
+
 void tagdwgsfrm::OpenSelectedFile() {
   opened_path_ = SelectedItem().text(kPath);
   ui_->Pathlenstr->setText(opened_path_);
@@ -309,7 +342,3 @@ void tagdwgsfrm::CutFolderToScratch(const QString& path, const QString& title) {
 }
 
 }  // namespace kestrix
-void tagdwgsfrm::TellNotOpened() {
-  Tell(Icon::kInformation, kTitle, QStringLiteral("Unable to open file."));
-}
-

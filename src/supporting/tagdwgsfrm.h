@@ -52,6 +52,8 @@ class tagdwgsfrm : public SessionForm {
   void TellNotOpened();
   void CutFolderToScratch(const QString& path, const QString& title);
   void FillList();
+  [[nodiscard]] QTreeWidgetItem* ItemOf(const QString& path, const QString& title) const;
+  [[nodiscard]] QString FolderOfNewestLink() const;
   void ShowPath(const QString& text);
   void ShowFallback();
   [[nodiscard]] const QTreeWidgetItem& SelectedItem() const;

@@ -238,6 +238,39 @@ TEST_F(tagdwgsfrmTest, ALinkThatTheStudyRefusesIsToldAndForgotten) {
   EXPECT_TRUE(StoredPaths().isEmpty());
 }
 
+TEST_F(tagdwgsfrmTest, TheDialogComesUpWhereTheLastFileWasLinked) {
+  Open<tagdwgsfrm>();
+  Link(GivenFile("x.txt"));
+  EXPECT_EQ(desk.dialogs.Requests().last().request.folder, "");
+  ASSERT_TRUE(QDir().mkpath(installation.Outside("drawings")));
+  Link(GivenFile("drawings/y.txt"));
+  EXPECT_EQ(desk.dialogs.Requests().last().request.folder,
+            QFileInfo(installation.Outside("x")).path());
+  project.number = QStringLiteral("P-2");
+  Open<tagdwgsfrm>();
+  Link(GivenFile("z.txt"));
+  EXPECT_EQ(desk.dialogs.Requests().last().request.folder, installation.Outside("drawings"));
+}
+
+TEST_F(tagdwgsfrmTest, ANewLinkIsInSightAndItsColumnsFitTheWindow) {
+  for (int i = 0; i < 60; ++i) GivenLink(QStringLiteral("/tmp/%1.txt").arg(i));
+  auto& form = Open<tagdwgsfrm>();
+  const QString path = GivenFile(QString(200, u'n') + ".txt");
+  Link(path);
+  auto& list = Control<QTreeWidget>("fllst");
+  const QTreeWidgetItem* added = list.topLevelItem(60);
+  EXPECT_TRUE(list.viewport()->rect().contains(list.visualItemRect(added)));
+  EXPECT_EQ(list.currentItem(), list.topLevelItem(0));
+  EXPECT_TRUE(added->toolTip(0).contains(path));
+  EXPECT_TRUE(added->toolTip(1).contains(QFileInfo(path).fileName()));
+  EXPECT_NE(list.textElideMode(), Qt::ElideNone);
+  const int width = list.columnWidth(0);
+  form.resize(form.width() + 200, form.height());
+  Settle();
+  EXPECT_GT(list.columnWidth(0), width);
+  EXPECT_LE(list.columnWidth(0) + list.columnWidth(1), list.viewport()->width());
+}
+
 TEST_F(tagdwgsfrmTest, CapitalsMakeAnotherFile) {
   GivenLink(installation.Outside("A.txt"));
   Open<tagdwgsfrm>();
@@ -345,39 +378,6 @@ TEST_F(tagdwgsfrmTest, WhatIsNoPictureOrIsGoneShowsTheFallback) {
   }
 }
 
-TEST_F(tagdwgsfrmTest, ADamagedFallbackPictureLeavesThePreviewClear) {
-  GivenLink(GivenPicture("a.png"));
-  GivenLink(GivenFile("a.txt"));
-  QFile fallback(installation.Path("RskAsmtFld/errImgLoad.jpg"));
-  ASSERT_TRUE(fallback.open(QIODevice::WriteOnly));
-  fallback.close();
-  Open<tagdwgsfrm>();
-  ClickLink(0);
-  ClickLink(1);
-  EXPECT_TRUE(Preview().isNull());
-}
-
-TEST_F(tagdwgsfrmTest, WithoutTheFallbackPictureThePreviewStaysClear) {
-  ASSERT_TRUE(QFile::remove(installation.Path("RskAsmtFld/errImgLoad.jpg")));
-  GivenLink(GivenPicture("a.png"));
-  GivenLink(GivenFile("a.txt"));
-  Open<tagdwgsfrm>();
-  ClickLink(0);
-  ClickLink(1);
-  EXPECT_TRUE(Preview().isNull());
-}
-
-TEST_F(tagdwgsfrmTest, ADoubleClickOpensTheDocumentAndLeavesTheFolderOnTheClipboard) {
-  const QString path = GivenFile("report.txt");
-  GivenLink(path);
-  Open<tagdwgsfrm>();
-  desk.clipboard.SetText("what the user had");
-  ClickLink(0, true);
-  EXPECT_EQ(Opened(), QStringList{path});
-  EXPECT_EQ(desk.clipboard.Text(), QFileInfo(path).path());
-  EXPECT_EQ(desk.files.CurrentFolder(), QFileInfo(path).path());
-  EXPECT_FALSE(IsVisible("Pathlenstr"));
-  EXPECT_EQ(TextOf("Pathlenstr"), QFileInfo(path).path());
 TEST_F(tagdwgsfrmTest, AFileWithoutAPreviewSaysHowItIsSeen) {
   GivenLink(GivenPicture("a.png"));
   GivenLink(GivenFile("a.txt"));
@@ -413,6 +413,39 @@ TEST_F(tagdwgsfrmTest, ALargePictureIsReadWhileTheListIsUsedAndASmallOneIsNotBlo
   EXPECT_NE(TextOf("NoPreviewLbl"), "");
 }
 
+TEST_F(tagdwgsfrmTest, ADamagedFallbackPictureLeavesThePreviewClear) {
+  GivenLink(GivenPicture("a.png"));
+  GivenLink(GivenFile("a.txt"));
+  QFile fallback(installation.Path("RskAsmtFld/errImgLoad.jpg"));
+  ASSERT_TRUE(fallback.open(QIODevice::WriteOnly));
+  fallback.close();
+  Open<tagdwgsfrm>();
+  ClickLink(0);
+  ClickLink(1);
+  EXPECT_TRUE(Preview().isNull());
+}
+
+TEST_F(tagdwgsfrmTest, WithoutTheFallbackPictureThePreviewStaysClear) {
+  ASSERT_TRUE(QFile::remove(installation.Path("RskAsmtFld/errImgLoad.jpg")));
+  GivenLink(GivenPicture("a.png"));
+  GivenLink(GivenFile("a.txt"));
+  Open<tagdwgsfrm>();
+  ClickLink(0);
+  ClickLink(1);
+  EXPECT_TRUE(Preview().isNull());
+}
+
+TEST_F(tagdwgsfrmTest, ADoubleClickOpensTheDocumentAndLeavesTheFolderOnTheClipboard) {
+  const QString path = GivenFile("report.txt");
+  GivenLink(path);
+  Open<tagdwgsfrm>();
+  desk.clipboard.SetText("what the user had");
+  ClickLink(0, true);
+  EXPECT_EQ(Opened(), QStringList{path});
+  EXPECT_EQ(desk.clipboard.Text(), QFileInfo(path).path());
+  EXPECT_EQ(desk.files.CurrentFolder(), QFileInfo(path).path());
+  EXPECT_FALSE(IsVisible("Pathlenstr"));
+  EXPECT_EQ(TextOf("Pathlenstr"), QFileInfo(path).path());
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
@@ -594,6 +627,16 @@ TEST_F(tagdwgsfrmOpenerTest, ALauncherIsNoDocument) {
   CloseDesktop();
 }
 
+TEST_F(tagdwgsfrmOpenerTest, AnOpenerThatEndsWithAnErrorIsTold) {
+  Script(installation.Outside("opener/xdg-open"), "#!/bin/sh\nexit 3\n");
+  GivenLink(GivenFile("report.unknown"));
+  OpenOn(opener, desk.files);
+  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
+  ClickLink(0, true);
+  EXPECT_TRUE(WaitUntil([&] { return desk.messages.Waiting() == 0; }));
+  CloseDesktop();
+}
+
 class tagdwgsfrmOpenerNameTest : public tagdwgsfrmOpenerTest,
                                  public ::testing::WithParamInterface<const char*> {};
 
@@ -663,16 +706,6 @@ TEST_F(tagdwgsfrmTest, RemovingTheLastLinkSaysThatThereAreNone) {
   EXPECT_EQ(TextOf("pathdsply"), "No files linked.");
   EXPECT_TRUE(StoredPaths().isEmpty());
 }
-TEST_F(tagdwgsfrmOpenerTest, AnOpenerThatEndsWithAnErrorIsTold) {
-  Script(installation.Outside("opener/xdg-open"), "#!/bin/sh\nexit 3\n");
-  GivenLink(GivenFile("report.unknown"));
-  OpenOn(opener, desk.files);
-  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
-  ClickLink(0, true);
-  EXPECT_TRUE(WaitUntil([&] { return desk.messages.Waiting() == 0; }));
-  CloseDesktop();
-}
-
 
 TEST_F(tagdwgsfrmTest, OfTwoRowsWithOnePathTheFirstGoes) {
   GivenLink("/tmp/a.txt");
