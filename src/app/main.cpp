@@ -5,6 +5,7 @@
 #include <future>
 
 #include "app/Workbench.h"
+#include "formkit/FocusMark.h"
 #include "platform/FontsAhead.h"
 #include "platform/QtPlatform.h"
 
@@ -36,6 +37,7 @@ int main(int argc, char** argv) {
   kestrix::FontsAhead fonts;
   QApplication::setQuitOnLastWindowClosed(false);
   Application application(argc, argv);
+  QApplication::setStyle(new kestrix::FocusMark);
   QApplication::setApplicationName(QStringLiteral("KestrixStudy"));
   QApplication::setApplicationVersion(QStringLiteral(KESTRIX_VERSION));
 

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace kestrix {
+
+/// The desktop's style with a focus mark that covers nothing: a frame of two pixels. A mark that
+/// tints what it surrounds would change the colours of a picture, and colours mean something here.
+class FocusMark : public QProxyStyle {
+  Q_OBJECT
+
+ public:
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+};
+
+}  // namespace kestrix
