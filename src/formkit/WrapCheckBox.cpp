@@ -1,5 +1,7 @@
 #include "formkit/WrapCheckBox.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
@@ -32,6 +34,50 @@ QString ShownText(const QCheckBox& box) {
   return box.text().trimmed();
 }
 
+bool IsBlank(const QCheckBox& box) {
+  return ShownText(box).isEmpty();
+}
+
+/// What an assistive tool reads of a box: one without a text is there for its place alone, and is
+/// passed over.
+class WrapCheckBoxAccess : public QAccessibleWidget {
+ public:
+  explicit WrapCheckBoxAccess(WrapCheckBox* box)
+      : QAccessibleWidget(box, QAccessible::CheckBox), box_(box) {}
+
+  [[nodiscard]] QAccessible::Role role() const override {
+    return IsBlank(*box_) ? QAccessible::NoRole : QAccessible::CheckBox;
+  }
+  [[nodiscard]] QString text(QAccessible::Text kind) const override {
+    const QString given = QAccessibleWidget::text(kind);
+    return kind == QAccessible::Name && given.isEmpty() ? ShownText(*box_).remove(u'&') : given;
+  }
+  [[nodiscard]] QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.checkable = true;
+    state.checked = box_->isChecked();
+    state.invisible = state.invisible || IsBlank(*box_);
+    return state;
+  }
+  [[nodiscard]] QStringList actionNames() const override {
+    QStringList names = QAccessibleWidget::actionNames();
+    if (box_->isEnabled()) names.prepend(toggleAction());
+    return names;
+  }
+  void doAction(const QString& name) override {
+    if (name != toggleAction()) return QAccessibleWidget::doAction(name);
+    box_->click();
+  }
+
+ private:
+  WrapCheckBox* box_;
+};
+
+QAccessibleInterface* MakeAccess(const QString& /*class_name*/, QObject* object) {
+  auto* box = qobject_cast<WrapCheckBox*>(object);
+  return box ? new WrapCheckBoxAccess(box) : nullptr;
+}
+
 /// A window that is drawn larger asks for one width after the other.
 constexpr qsizetype kMostWidths = 32;
 
@@ -39,6 +85,8 @@ constexpr qsizetype kMostWidths = 32;
 
 WrapCheckBox::WrapCheckBox(QWidget* parent)
     : QCheckBox(parent), measured_{QString(), fontMetrics(), {}} {
+  // Installing the same function again changes nothing.
+  QAccessible::installFactory(MakeAccess);
   QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum, QSizePolicy::CheckBox);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
@@ -84,6 +132,7 @@ QSize WrapCheckBox::minimumSizeHint() const {
 }
 
 void WrapCheckBox::paintEvent(QPaintEvent* /*event*/) {
+  if (IsBlank(*this)) return;
   QPainter painter(this);
   QStyleOptionButton option;
   initStyleOption(&option);

@@ -7,7 +7,8 @@
 namespace kestrix {
 
 /// A check box whose text wraps within the width it has, and whose empty box stands out in light
-/// and in dark themes. A press anywhere on it counts.
+/// and in dark themes. A press anywhere on it counts. Without a text it draws nothing, and
+/// assistive tools pass it over.
 class WrapCheckBox : public QCheckBox {
   Q_OBJECT
 

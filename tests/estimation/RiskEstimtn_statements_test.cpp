@@ -1,6 +1,8 @@
 // The five statements, their scores, Restart, and every result that is shown.
 #include <gmock/gmock.h>
 
+#include <QAccessible>
+
 #include "estimation/EstimationTest.h"
 
 namespace kestrix {
@@ -215,6 +217,58 @@ TEST_F(RiskEstimtnStatementsTest, BoxesAreWorkedByKeyboard) {
   EXPECT_EQ(SavedScores()[0], "2");
   PressKey(Qt::Key_Space);
   EXPECT_EQ(SavedScores()[0], "0");
+}
+
+TEST_F(RiskEstimtnStatementsTest, AltAndANumberTicksItsStatementAndTheFocusStays) {
+  OpenOn({});
+  PickLevels({"S2, Serious", "F2, Frequent"});
+  for (const char* box : {"SevertyCbo", "ExposureCbo"}) {
+    Focus(box);
+    for (int number = 1; number <= 5; ++number) {
+      PressKey(static_cast<Qt::Key>(Qt::Key_0 + number), Qt::AltModifier);
+      EXPECT_EQ(FocusName(), box);
+    }
+  }
+  EXPECT_EQ(SavedScores(), QStringList({"4", "5", "0", "0"}))
+      << "a box without a text scores nothing";
+  PressKey(Qt::Key_5, Qt::AltModifier);
+  EXPECT_EQ(SavedScores(), QStringList({"4", "0", "0", "0"}));
+}
+
+TEST_F(RiskEstimtnStatementsTest, PressOnAResultBringsItsStatementsUpWhileItsBoxIsOpen) {
+  OpenOn({});
+  PickLevels({"S2, Serious", "F2, Frequent"});
+  for (const QStringList& labels : {kStatementLabels, kScoreLabels}) {
+    for (int parameter = 0; parameter < 4; ++parameter) {
+      Focus("SevertyCbo");
+      Click(labels[parameter]);
+      const bool open = parameter < 3;
+      EXPECT_EQ(FocusName(), open ? kBoxes[parameter] : kBoxes[0]);
+      EXPECT_EQ(session.ActiveParameterBox, open ? kBoxes[parameter] : kBoxes[0]);
+    }
+  }
+}
+
+TEST_F(RiskEstimtnStatementsTest, BoxWithoutATextIsNotDrawnAndPassedOver) {
+  OpenOn({});
+  for (const auto& [name, blank] : {std::pair{"Chk_5", true}, {"Chk_4", false}}) {
+    auto& box = Control<QCheckBox>(name);
+    const QImage image = box.grab().toImage();
+    bool drawn = false;
+    for (int y = 0; y < image.height() && !drawn; ++y) {
+      for (int x = 0; x < image.width(); ++x) drawn |= image.pixel(x, y) != image.pixel(0, 0);
+    }
+    EXPECT_EQ(drawn, !blank) << name;
+    const QAccessibleInterface* access = QAccessible::queryAccessibleInterface(&box);
+    EXPECT_EQ(access->state().invisible, blank) << name;
+    EXPECT_EQ(access->role(), blank ? QAccessible::NoRole : QAccessible::CheckBox) << name;
+    EXPECT_TRUE(box.isVisible());
+  }
+  QAccessibleInterface* access = QAccessible::queryAccessibleInterface(&Control<QWidget>("Chk_4"));
+  EXPECT_EQ(access->text(QAccessible::Name), Control<QCheckBox>("Chk_4").text().trimmed());
+  access->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  EXPECT_TRUE(access->state().checked);
+  EXPECT_EQ(SavedScores()[0], "4");
 }
 
 TEST_F(RiskEstimtnStatementsTest, WithoutAParameterNothingIsStoredAndTheLabelsRefresh) {

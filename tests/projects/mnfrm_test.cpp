@@ -2,6 +2,7 @@
 
 #include "projects/mnfrm.h"
 
+#include <QAccessible>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -30,6 +31,18 @@ TEST_F(MnfrmTest, LoadShowsTheFormBeforeAnythingIsConnected) {
   EXPECT_EQ(Control<DataControl>("CboBxLstDB").DatabaseName(), installation.Lists());
   EXPECT_EQ(Control<DataControl>("AccdDptBd").DatabaseName(), installation.Lists());
   EXPECT_FALSE(Control<DataControl>("dtsorce1").HasRecordset());
+}
+
+TEST_F(MnfrmTest, AssistiveToolsReadTheOrganisationAndWhatTheButtonsOfTheStagesDo) {
+  installation.GivenStudy(1);
+  OpenOrganisation("ACME", 1);
+  const auto name_of = [this](const char* control) {
+    return QAccessible::queryAccessibleInterface(&Control<QWidget>(control))
+        ->text(QAccessible::Name);
+  };
+  EXPECT_TRUE(name_of("Orglbltxt").contains("ACME")) << name_of("Orglbltxt").toStdString();
+  EXPECT_EQ(name_of("adddt0"), "Click to add to Project stage");
+  EXPECT_EQ(name_of("dletedt0"), "Click to delete from Project stage");
 }
 
 TEST_F(MnfrmTest, TheFormStartsWithItsTextsAndToolTips) {
