@@ -30,6 +30,8 @@ constexpr QRgb kDarkInk = 0x101418;
 constexpr QStringView kMediumWord = u"Medium";
 constexpr QStringView kMediumShort = u"Med.";
 
+// The letters of the picture beside a font of the usual size, 9 points, at the usual scale.
+constexpr int kUsualFontPixels = 12;
 constexpr int kTextPixels = 10;
 constexpr int kIndexPixels = 12;
 // Below this no text is readable on a common screen, so it is never made smaller.
@@ -100,10 +102,12 @@ class RiskGraphView::Brush {
       : painter_(painter),
         view_(view),
         scale_(view.ScalesInForce().least()),
+        text_scale_(std::max(view.FontScale(), std::min(scale_, kGreatestTextScale))),
         ratio_(painter.device()->devicePixelRatioF()),
         ink_(view.palette().color(QPalette::WindowText)),
         paper_(view.palette().color(QPalette::Base)) {
     painter_.setRenderHint(QPainter::Antialiasing);
+    painter_.setLayoutDirection(Qt::LeftToRight);
   }
 
   [[nodiscard]] QPainter& painter() const { return painter_; }
@@ -162,8 +166,7 @@ class RiskGraphView::Brush {
                               bool bold) const {
     QFont font = view_.font();
     font.setBold(bold);
-    const qreal scale = std::min(scale_, kGreatestTextScale);
-    const int wanted = std::max(kLeastTextPixels, static_cast<int>(pixels * scale));
+    const int wanted = std::max(kLeastTextPixels, static_cast<int>(pixels * text_scale_));
     for (int size = wanted; size > kLeastTextPixels; --size) {
       font.setPixelSize(size);
       const QRect needed = QFontMetrics(font, painter_.device())
@@ -211,6 +214,7 @@ class RiskGraphView::Brush {
   QPainter& painter_;
   const RiskGraphView& view_;
   qreal scale_;
+  qreal text_scale_;
   qreal ratio_;
   QColor ink_;
   QColor paper_;
@@ -238,8 +242,18 @@ void RiskGraphView::Show(const RiskGraphState& state, Part part) {
   connect(&state, &RiskGraphState::LitIndexLabelsChanged, this,
           &RiskGraphView::LitIndexLabelsChanged);
   connect(&state, &RiskGraphState::MarkedCellChanged, this, &RiskGraphView::MarkedCellChanged);
-  updateGeometry();
+  setMinimumSize(minimumSizeHint());
   update();
+}
+
+// The picture grows with its letters, which follow the font.
+void RiskGraphView::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::FontChange) setMinimumSize(minimumSizeHint());
+  QWidget::changeEvent(event);
+}
+
+qreal RiskGraphView::FontScale() const {
+  return std::max(1.0, 1.0 * QFontInfo(font()).pixelSize() / kUsualFontPixels);
 }
 
 QStringList RiskGraphView::litLines() const {
@@ -294,7 +308,7 @@ QRectF RiskGraphView::WidgetRectOf(const QRectF& twips) const {
 }
 
 QSize RiskGraphView::minimumSizeHint() const {
-  return part_ == Part::kGraph ? QSize(430, 188) : QSize(330, 165);
+  return (part_ == Part::kGraph ? QSize(430, 188) : QSize(330, 190)) * FontScale();
 }
 
 QSize RiskGraphView::sizeHint() const {

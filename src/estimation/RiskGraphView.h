@@ -61,6 +61,7 @@ class RiskGraphView : public QWidget {
  protected:
   bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   class Brush;
@@ -99,6 +100,7 @@ class RiskGraphView : public QWidget {
     [[nodiscard]] qreal least() const { return std::min(x, y); }
   };
   [[nodiscard]] Scales ScalesInForce() const;
+  [[nodiscard]] qreal FontScale() const;
   [[nodiscard]] std::optional<Tip> TipAt(QPoint place) const;
   void Describe(const QString& words);
   bool ShowTip(const QHelpEvent& event);

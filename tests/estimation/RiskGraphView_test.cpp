@@ -133,6 +133,31 @@ TEST_F(RiskGraphViewTest, ViewTellsOfEveryChange) {
   EXPECT_EQ(marker.size(), 1);
 }
 
+TEST_F(RiskGraphViewTest, LettersFollowTheFontAndThePictureMakesRoomForThem) {
+  // The letters of the class "5-7", which stand alone on their ground.
+  const auto height_of_letters = [this] {
+    const QRectF head = matrix_.WidgetRectOf(risk_graph::kColumnHeads[1].place);
+    const QImage image = ImageOf(matrix_).copy(head.toAlignedRect().adjusted(4, 3, -4, -3));
+    int rows = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      bool ink = false;
+      for (int x = 0; x < image.width(); ++x) ink |= qGray(image.pixel(x, y)) < 128;
+      rows += ink ? 1 : 0;
+    }
+    return rows;
+  };
+  matrix_.resize(matrix_.minimumSize());
+  const int before = height_of_letters();
+  const QSize room = matrix_.minimumSize();
+  QFont font = matrix_.font();
+  font.setPixelSize(24);
+  matrix_.setFont(font);
+  EXPECT_GE(matrix_.minimumSize().width(), 2 * room.width() - 1);
+  EXPECT_GE(matrix_.minimumSize().height(), 2 * room.height() - 1);
+  matrix_.resize(matrix_.minimumSize());
+  EXPECT_GE(height_of_letters(), before * 3 / 2);
+}
+
 TEST_F(RiskGraphViewTest, ViewWithoutAStateIsEmpty) {
   RiskGraphView view;
   view.resize(200, 100);
