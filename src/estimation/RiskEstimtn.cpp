@@ -20,6 +20,7 @@ RiskEstimtn::RiskEstimtn(Context& context)
   ConnectStatements();
   ConnectStages();
   ConnectPictures();
+  ui_->TaskLbl->installEventFilter(this);
 }
 
 RiskEstimtn::~RiskEstimtn() = default;
@@ -27,6 +28,7 @@ RiskEstimtn::~RiskEstimtn() = default;
 void RiskEstimtn::Load() {
   try {
     graph_.SetStage(Stage::kBefore);
+    ShowTask();
     ReplayStage(Replay::kAtLoad);
     for (const QString& folder :
          {installation().PictureRoot(), installation().PictureFolder(session().ActiveStudyNo)}) {
@@ -55,6 +57,39 @@ void RiskEstimtn::QueryUnload() {
   before_->view.Clear();
   dialog().FileName = QStringLiteral("1");
   files().ChangeFolder(installation().ApplicationFolder());
+}
+
+/// Which task this is: its place in the list, its reference number and its title.
+void RiskEstimtn::ShowTask() {
+  const QString task = QStringLiteral("Task %1 of %2\nReference number %3\n%4")
+                           .arg(Task().AbsolutePosition())
+                           .arg(Task().RecordCount())
+                           .arg(Stored(u"RefNo"), Stored(u"FuntnTaskMachry"));
+  constexpr int kLettersALine = 28;
+  ui_->TaskLbl->setMinimumWidth(fontMetrics().averageCharWidth() * kLettersALine);
+  ui_->TaskLbl->setToolTip(task);
+  ui_->TaskLbl->setAccessibleName(task);
+  CutTask();
+}
+
+/// Cuts the text of the task to the room of its corner.
+void RiskEstimtn::CutTask() {
+  QLabel* label = ui_->TaskLbl;
+  const QString task = label->accessibleName();
+  const QRect room = label->contentsRect();
+  qsizetype length = task.size();
+  QString shown = task;
+  while (length > 0 &&
+         !room.contains(label->fontMetrics().boundingRect(room, Qt::TextWordWrap, shown))) {
+    shown = task.left(--length).trimmed() + u'…';
+  }
+  label->setText(shown);
+}
+
+bool RiskEstimtn::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == ui_->TaskLbl && event->type() == QEvent::Resize) CutTask();
+  if (event->type() == QEvent::MouseButtonPress) PressOnResult(watched);
+  return SessionForm::eventFilter(watched, event);
 }
 
 void RiskEstimtn::clsfrm_Click() {

@@ -41,6 +41,7 @@ class RiskEstimtn : public SessionForm {
  protected:
   void Load() override;
   void QueryUnload() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   using Parameter = model::Parameter;
@@ -50,6 +51,8 @@ class RiskEstimtn : public SessionForm {
   void ConnectStatements();
   void ConnectStages();
   void ConnectPictures();
+  void ShowTask();
+  void CutTask();
 
   // The chain of level boxes.
   void SevertyCbo_Click();
@@ -76,6 +79,9 @@ class RiskEstimtn : public SessionForm {
   void RestartBtn_Click();
   void ShowStatementLabels();
   void MarkActiveParameter();
+  void TickByKey(int number);
+  void PressOnResult(const QObject* pressed);
+  [[nodiscard]] std::array<QLabel*, 2> ResultsOf(Parameter parameter) const;
 
   // The results.
   void RefreshRiskDisplay();

@@ -1,4 +1,8 @@
 #include "estimation/RiskEstimtn.h"
+
+#include <QShortcut>
+#include <algorithm>
+
 #include "formkit/Controls.h"
 #include "formkit/WrapCheckBox.h"
 #include "store/Recordset.h"
@@ -13,6 +17,11 @@ void RiskEstimtn::ConnectStatements() {
   for (int number = kFirstStatementBox; number <= kLastStatementBox; ++number) {
     connect(Chk(number), &QCheckBox::toggled, this,
             [this, number] { Guarded([&] { Chk_Click(number); }); });
+    connect(new QShortcut(QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_0 + number)), this),
+            &QShortcut::activated, this, [this, number] { TickByKey(number); });
+  }
+  for (const Parameter parameter : model::kParameters) {
+    for (QLabel* label : ResultsOf(parameter)) label->installEventFilter(this);
   }
   On(ui_->RestartBtn, &QPushButton::clicked, &RiskEstimtn::RestartBtn_Click);
 }
@@ -49,6 +58,7 @@ void RiskEstimtn::LoadStatements(Parameter parameter) {
     const auto& statement = statements[static_cast<std::size_t>(number - kFirstStatementBox)];
     Chk(number)->setText(statement.text.toString());
     Chk(number)->setEnabled(statement.enabled);
+    Chk(number)->setToolTip(statement.enabled ? QStringLiteral("Alt+%1").arg(number) : QString());
   }
   const qint64 score = Task().Number(Fields().ScoreOf(parameter).toString());
   if (score == 0) {
@@ -79,18 +89,40 @@ void RiskEstimtn::ShowStatementLabels() {
   }
 }
 
-void RiskEstimtn::MarkActiveParameter() {
+/// The labels with the statement and the score of a parameter.
+std::array<QLabel*, 2> RiskEstimtn::ResultsOf(Parameter parameter) const {
   const std::array<std::array<QLabel*, 2>, 4> pairs{{{ui_->SerChkStd, ui_->SerScrStd},
                                                      {ui_->ExChkStdStd, ui_->ExScrStd},
                                                      {ui_->OcrChkStd, ui_->OCrScrStd},
                                                      {ui_->AvrChkStd, ui_->AvrScrStd}}};
-  for (const auto& pair : pairs) {
-    for (QLabel* label : pair) SetSystemBack(label);
+  return pairs[model::IndexOf(parameter)];
+}
+
+void RiskEstimtn::MarkActiveParameter() {
+  for (const Parameter parameter : model::kParameters) {
+    for (QLabel* label : ResultsOf(parameter)) SetSystemBack(label);
   }
   if (const std::optional<Parameter> parameter = ActiveParameter()) {
-    for (QLabel* label : pairs[model::IndexOf(*parameter)]) {
-      SetBackColour(label, colour::kPaleYellow);
+    for (QLabel* label : ResultsOf(*parameter)) SetBackColour(label, colour::kPaleYellow);
+  }
+}
+
+/// Clicks the statement of this place. The focus stays in the box of the level, so that a whole
+/// estimation goes by keyboard.
+void RiskEstimtn::TickByKey(int number) {
+  ui_->StatementsArea->ensureWidgetVisible(Chk(number));
+  Chk(number)->click();
+}
+
+/// A press on the result of a parameter brings its statements up, as far as the path has come.
+void RiskEstimtn::PressOnResult(const QObject* pressed) {
+  for (const Parameter parameter : model::kParameters) {
+    const auto labels = ResultsOf(parameter);
+    if (std::ranges::find(labels, pressed) == labels.end() || !BoxOf(parameter)->isEnabled()) {
+      continue;
     }
+    BoxOf(parameter)->setFocus(Qt::MouseFocusReason);
+    Guarded([&] { TakeParameter(parameter); });
   }
 }
 

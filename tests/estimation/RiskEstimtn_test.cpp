@@ -6,9 +6,11 @@
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyleOptionComboBox>
 #include <cmath>
 
 #include "estimation/EstimationTest.h"
+#include "estimation/RiskGraphView.h"
 
 namespace kestrix {
 namespace {
@@ -235,6 +237,51 @@ TEST_F(RiskEstimtnTest, GraphAndMatrixShareWhatIsLitAndMarked) {
               QStringList{"RILbl0"});
     EXPECT_EQ(Control<QWidget>(view).property("markedCell").toString(), "");
   }
+}
+
+TEST_F(RiskEstimtnTest, CornerTellsTheTaskInItsRoom) {
+  const QString title = QString("Loading of the press table by hand ").repeated(6).trimmed();
+  GivenTask({{"RefNo", "1.1"}, {"FuntnTaskMachry", "First"}});
+  installation.GivenTask(
+      kStudy, {{"Project_Number", "P-1"}, {"RefNo", "01.10"}, {"FuntnTaskMachry", title}});
+  GivenTaskInHand(kStudy, "P-1");
+  OpenForm();
+  EXPECT_EQ(TextOf("TaskLbl"), "Task 1 of 2\nReference number 1.1\nFirst");
+  Close();
+  task.source.Recordset().MoveNext();
+  OpenForm();
+  const auto& label = Control<QLabel>("TaskLbl");
+  EXPECT_EQ(label.toolTip(), "Task 2 of 2\nReference number 01.10\n" + title);
+  EXPECT_EQ(label.accessibleName(), label.toolTip());
+  EXPECT_TRUE(label.text().startsWith("Task 2 of 2\nReference number 01.10\nLoading of"));
+  EXPECT_TRUE(label.text().endsWith(u'…')) << label.text().toStdString();
+  EXPECT_LE(label.heightForWidth(label.width()), label.height());
+  EXPECT_LT(label.geometry().bottom(), Control<QWidget>("clsfrm").geometry().top());
+}
+
+// Right to left the graph is drawn as ever, and so its columns stay below their boxes.
+TEST_F(RiskEstimtnTest, BoxesStandOverTheirColumnsInEitherDirection) {
+  for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    QGuiApplication::setLayoutDirection(direction);
+    OpenOn({});
+    auto& graph = Control<RiskGraphView>("RiskGraph");
+    for (std::size_t column = 0; column < 4; ++column) {
+      const auto& box = Control<QComboBox>(kBoxes[static_cast<qsizetype>(column)]);
+      const QRectF place = graph.WidgetRectOf(risk_graph::kColumns[column]);
+      const int middle = box.mapTo(graph.window(), box.rect().center()).x();
+      EXPECT_NEAR(middle, graph.mapTo(graph.window(), place.center().toPoint()).x(), 40)
+          << column << " direction " << direction;
+      QStyleOptionComboBox option;
+      option.initFrom(&box);
+      option.editable = true;
+      const QRect arrow =
+          box.style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxArrow, &box);
+      EXPECT_FALSE(arrow.intersects(box.lineEdit()->geometry()));
+    }
+    Close();
+    Exec(Study(), "DELETE FROM Risk_records");
+  }
+  QGuiApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST_F(RiskEstimtnTest, ChoiceWaitsInTheRowUntilItsCommit) {
