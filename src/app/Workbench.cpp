@@ -80,7 +80,11 @@ void Workbench::ConnectFrame(frmMain& form) {
     projects_.Unload();
     evaluation_.Unload();
   });
-  connect(&form, &frmMain::RestoreRequested, this, [this] { folder_dialog_.Get().ShowForm(); });
+  connect(&form, &frmMain::RestoreRequested, this, [this] {
+    // A backup form that is there stands for other work, and no button of it would do this one.
+    backup_.Unload();
+    folder_dialog_.Get().ShowForm();
+  });
   connect(&form, &frmMain::Closing, this, [this] {
     projects_.Unload();
     organisations_.Unload();
@@ -158,9 +162,15 @@ void Workbench::ConnectFolderDialog(opnflddlg& form) {
   };
   connect(&form, &opnflddlg::BackupFolderChosen, this,
           [show_with] { show_with(BkUpfrm::kBackup); });
-  connect(&form, &opnflddlg::RestoreFolderChosen, this, [this] { backup_.Get().ShowForm(); });
-  connect(&form, &opnflddlg::PresetFolderChosen, this,
-          [show_with] { show_with(BkUpfrm::kRestore); });
+  // Each restore begins with a form of its own: one that is there shows what it did before.
+  connect(&form, &opnflddlg::RestoreFolderChosen, this, [this] {
+    backup_.Unload();
+    backup_.Get().ShowForm();
+  });
+  connect(&form, &opnflddlg::PresetFolderChosen, this, [this, show_with] {
+    backup_.Unload();
+    show_with(BkUpfrm::kRestore);
+  });
   connect(&form, &opnflddlg::Cancelled, this, [this] { backup_.Get().ShowForm(); });
 }
 

@@ -26,10 +26,11 @@ class opnflddlg : public SessionForm {
   /// BkUpfrm::kBackup, which loads that form, and it is shown. This dialog unloads itself behind
   /// that.
   void BackupFolderChosen();
-  /// A folder with a set was taken: BkUpfrm is shown. This dialog unloads itself behind that.
+  /// A folder with a set was taken: BkUpfrm is loaded, a second time if need be, and shown. This
+  /// dialog unloads itself behind that.
   void RestoreFolderChosen();
-  /// A folder with a set of the reserved mode was taken, and this dialog is unloaded: the main
-  /// button of BkUpfrm gets the caption BkUpfrm::kRestore and its tool tip, and it is shown.
+  /// A folder with a set of the reserved mode was taken, and this dialog is unloaded: BkUpfrm is
+  /// loaded, a second time if need be, gets the caption BkUpfrm::kRestore, and is shown.
   void PresetFolderChosen();
   /// No folder was taken and this dialog is unloaded: BkUpfrm is shown again.
   void Cancelled();

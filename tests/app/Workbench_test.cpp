@@ -324,6 +324,93 @@ TEST_F(WorkbenchTest, ABackupAndARestoreGoThroughTheirForms) {
   EXPECT_EQ(Front(), "frmMain");
 }
 
+class RestoreAfterTest : public WorkbenchTest {
+ protected:
+  RestoreAfterTest() {
+    GivenPressShop();
+    QDir().mkpath(Outside("documents"));
+    desk.environment.SetDocumentsFolder(Outside("documents"));
+    Start();
+  }
+  /// From the menu to the button that begins the backup.
+  void ChooseBackup() {
+    hands->Choose("Bkup");
+    hands->Click("clsd");
+    hands->Click("slctfld");
+  }
+  void ChooseRestore() {
+    hands->LookAt(*Shown("frmMain"));
+    hands->Choose("RtrBkUp");
+    hands->LookAtFront();
+  }
+  void GivenSet() {
+    ChooseBackup();
+    hands->Click("clsd");
+    ASSERT_EQ(hands->TextOf("clsd"), "&Backup complete");
+    set_ = Outside("documents/") + bench->session().BackupDateName;
+    Exec(Study(1), "DELETE FROM Risk_records");
+  }
+  void ExpectRestores() {
+    bench->session().BackupFolder = set_;
+    ChooseRestore();
+    ASSERT_EQ(Front(), "opnflddlg");
+    EXPECT_EQ(Shown("BkUpfrm"), nullptr);
+    hands->Click("slctfld");
+    ASSERT_EQ(Front(), "BkUpfrm");
+    EXPECT_EQ(hands->Window().windowTitle(), " BELTROVAN : HAZOP study files ");
+    EXPECT_EQ(hands->TextOf("clsd"), "&Restore Study files");
+    EXPECT_EQ(hands->TextOf("pctdsp"), "0 % complete");
+    EXPECT_EQ(hands->ItemsOf("BKList1"), QStringList{"Press shop"});
+    hands->Click("clsd");
+    EXPECT_EQ(hands->TextOf("clsd"), "&Study files Restored complete");
+    EXPECT_EQ(RowsOf(Study(1), "Risk_records").size(), 2);
+  }
+
+  QString set_;
+};
+
+TEST_F(RestoreAfterTest, AFinishedBackupThatIsStillOpen) {
+  GivenSet();
+  ExpectRestores();
+}
+
+TEST_F(RestoreAfterTest, ABackupThatHasNotBegun) {
+  GivenSet();
+  hands->Click("clsd");
+  ChooseBackup();
+  ASSERT_EQ(hands->TextOf("clsd"), "&Backup Study files");
+  ExpectRestores();
+}
+
+TEST_F(RestoreAfterTest, AnotherRestoreThatIsStillOpen) {
+  GivenSet();
+  ExpectRestores();
+  Exec(Study(1), "DELETE FROM Risk_records");
+  ExpectRestores();
+}
+
+TEST_F(RestoreAfterTest, ARestoreThatFailed) {
+  GivenSet();
+  hands->Click("clsd");
+  ASSERT_TRUE(QFile::rename(set_ + "/Prj1", set_ + "/aside"));
+  bench->session().BackupFolder = set_;
+  ChooseRestore();
+  hands->Click("slctfld");
+  hands->Click("clsd");
+  ASSERT_EQ(Front(), "frmMain");
+  ASSERT_TRUE(QFile::rename(set_ + "/aside", set_ + "/Prj1"));
+  Exec(Study(1), "DELETE FROM Risk_records");
+  ExpectRestores();
+}
+
+TEST_F(RestoreAfterTest, ACancelledFolderLeavesNoFormThatNoButtonWorksOn) {
+  ChooseBackup();
+  ChooseRestore();
+  hands->Click("cls1");
+  EXPECT_EQ(Front(), "frmMain");
+  EXPECT_EQ(Shown("BkUpfrm"), nullptr);
+}
+
 TEST_F(WorkbenchTest, ACancelledFolderLeadsBackToTheBackupAndOutOfARestore) {
   Start();
   hands->Choose("Bkup");
