@@ -20,7 +20,7 @@ constexpr int kPresetMode = 3;
 
 /// What a folder's name can't hold on some disk that a set may be carried to.
 bool IsForbidden(QChar letter) {
-  return letter.unicode() < 0x20 || QStringView(u"/\\:*?<>|").contains(letter);
+  return letter.unicode() < 0x20 || QStringView(u"/\\:*?\"<>|").contains(letter);
 }
 
 bool LiesOn(const QString& path, const QString& drive) {
