@@ -1,5 +1,7 @@
 #include "backup/opnflddlg.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <algorithm>
@@ -21,6 +23,18 @@ constexpr int kPresetMode = 3;
 /// What a folder's name can't hold on some disk that a set may be carried to.
 bool IsForbidden(QChar letter) {
   return letter.unicode() < 0x20 || QStringView(u"/\\:*?\"<>|").contains(letter);
+}
+
+/// Whether a restore, which empties the picture folders first, would delete what lies in `folder`
+/// before it reads it: a set in one of them, or the pictures of a set beside them.
+bool IsAmongPictures(const QString& folder, const QString& picture_root) {
+  const auto is_below = [](const QString& path, const QString& root) {
+    const QString way = QDir(root).relativeFilePath(path);
+    return way == u'.' || way.startsWith(QStringLiteral("Prj"));
+  };
+  const QString real_root = QFileInfo(picture_root).canonicalFilePath();
+  return is_below(folder, picture_root) ||
+         (!real_root.isEmpty() && is_below(QFileInfo(folder).canonicalFilePath(), real_root));
 }
 
 bool LiesOn(const QString& path, const QString& drive) {
@@ -165,6 +179,11 @@ void opnflddlg::slctfld_Click() {
       return UnloadForm();
     case kRestoreMode:
       if (!files().FileExists(set.Register())) return RefuseFolder();
+      if (IsAmongPictures(session().BackupFolder, installation().PictureRoot())) {
+        messages().Beep();
+        return Tell(Icon::kCritical, title::kProgramFilesMissing,
+                    QStringLiteral("1. Restored Files missing. contact M/s. BELTROVAN"));
+      }
       Q_EMIT RestoreFolderChosen();
       return UnloadForm();
     case kPresetMode:

@@ -319,6 +319,48 @@ TEST_F(opnflddlgTest, ParentOfADatedFolderHoldsNoSet) {
   EXPECT_EQ(TextOf("clsd"), "&Restore Study files");
 }
 
+class opnflddlgPicturesTest : public opnflddlgTest,
+                              public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(opnflddlgPicturesTest, SetThatARestoreWouldDeleteBeforeItReadsItIsRefused) {
+  GivenFullOrganisation("Press shop", 1);
+  session.BackupFolder = installation.Path(GetParam());
+  QDir().mkpath(session.BackupFolder);
+  WriteFile(InSet("ktx_RskSmt.kbp"), ReadFile(installation.Register()));
+  // The same folder by another way.
+  ASSERT_TRUE(QFile::link(session.BackupFolder, installation.Outside("way")));
+  const Tree before = TreeOf(Data());
+  for (const QString& folder : {session.BackupFolder, installation.Outside("way")}) {
+    session.BackupFolder = folder;
+    OpenForRestore();
+    desk.messages.ExpectTell(Icon::kCritical, "KESTRIX : Files missing",
+                             "1. Restored Files missing. contact M/s. BELTROVAN");
+    Click("slctfld");
+    EXPECT_TRUE(folders.IsLoaded());
+    EXPECT_FALSE(backup.IsLoaded());
+    folders.Unload();
+  }
+  EXPECT_EQ(desk.messages.Beeps(), 2);
+  EXPECT_EQ(TreeOf(Data()), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(EachPlace, opnflddlgPicturesTest,
+                         ::testing::Values("RskAsmtFld/Picfolder", "RskAsmtFld/Picfolder/Prj1",
+                                           "RskAsmtFld/Picfolder/Prj7/sets/today"),
+                         [](const auto& row) { return "Place" + std::to_string(row.index + 1); });
+
+TEST_F(opnflddlgTest, SetInTheInstallationBesideItsPicturesIsRestored) {
+  GivenFullOrganisation("Press shop", 1);
+  session.BackupFolder = installation.Path("RskAsmtFld/Picfolder sets");
+  ASSERT_TRUE(QDir().mkpath(session.BackupFolder));
+  ForBackup();
+  Run();
+  ChooseRestoreOf(InSet(kToday));
+  Click("clsd");
+  EXPECT_EQ(TextOf("clsd"), "&Study files Restored complete");
+  EXPECT_EQ(ReadFile(Picture(1, "a.jpg")), "before of Press shop");
+}
+
 TEST_F(opnflddlgTest, ReservedModeAsksForBothOfItsFiles) {
   session.BackupMode = session.BackupSubMode = 3;
   folders.Get().ShowForm();
