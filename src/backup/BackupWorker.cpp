@@ -83,9 +83,11 @@ BackupWorker::End BackupWorker::Backup() {
     // same.
     FileBatch batch(files(), chosen);
     CopyGroup databases(chosen);
-    whole = RunSteps([&](int step) { return BackUpStep(set, step, Sync::With(databases)); });
-    databases.Finish();
-    batch.End();
+    whole = RunSteps([&](int step) { return BackUpStep(set, step, Sync::With(databases)); },
+                     [&] {
+                       databases.Finish();
+                       batch.End();
+                     });
   });
   if (!whole) TellFailed(QStringLiteral("Backup"));
   TellLinks();
@@ -102,8 +104,7 @@ void BackupWorker::Restore() {
   bool whole = false;
   RunCopies([&] {
     FileBatch batch(files(), installation_.DataFolder());
-    whole = RunSteps([&](int step) { return RestoreStep(set, step); });
-    batch.End();
+    whole = RunSteps([&](int step) { return RestoreStep(set, step); }, [&] { batch.End(); });
   });
   if (!whole) TellFailed(QStringLiteral("Restore"));
   TellLinks();
@@ -128,10 +129,14 @@ void BackupWorker::RunCopies(const std::function<void()>& copies) {
   runner_(copies);
 }
 
-/// Runs the steps, told after each how far they are. False when one of them couldn't be done.
-bool BackupWorker::RunSteps(const std::function<bool(int)>& step) {
+/// Runs the steps, told after each how far they are; the last one is done when all is on the disk.
+/// False when one of them couldn't be done.
+bool BackupWorker::RunSteps(const std::function<bool(int)>& step,
+                            const std::function<void()>& bring_onto_disk) {
   for (step_ = 1; step_ <= total_; ++step_) {
-    if (!step(step_)) return false;
+    const bool done = step(step_);
+    if (!done || step_ == total_) bring_onto_disk();
+    if (!done) return false;
     step_done_(ProgressAfter(step_));
   }
   return true;

@@ -36,7 +36,7 @@ class BackupWorker {
     double percent = 0;  ///< 0 to 100
     QString text;        ///< "42 % complete"
   };
-  /// Told after each step, by the thread that copies.
+  /// Told after each step, by the thread that copies; after the last one when all is on the disk.
   using StepDone = std::function<void(const Progress&)>;
   using Runner = std::function<void(const std::function<void()>&)>;
 
@@ -55,7 +55,8 @@ class BackupWorker {
 
   // What runs beside the events: all that looks at the disk.
   [[nodiscard]] bool HoldsASet(const BackupSet& set) const;
-  [[nodiscard]] bool RunSteps(const std::function<bool(int)>& step);
+  [[nodiscard]] bool RunSteps(const std::function<bool(int)>& step,
+                              const std::function<void()>& bring_onto_disk);
   [[nodiscard]] bool BackUpStep(const BackupSet& set, int step, Sync when);
   [[nodiscard]] bool RestoreStep(const BackupSet& set, int step);
   void BackUpOrganisation(const BackupSet& set, int number, Sync when);

@@ -1,7 +1,8 @@
 #include "backup/BkUpfrm.h"
 
 #include <QCloseEvent>
-#include <QScopedValueRollback>
+#include <QCoreApplication>
+#include <QScopeGuard>
 #include <limits>
 
 #include "backup/BackupSet.h"
@@ -31,11 +32,11 @@ const std::array kTips{
 }  // namespace
 
 BkUpfrm::BkUpfrm(Context& context)
-    : SessionForm(context),
+    : BackupForm(context),
       ui(std::make_unique<Ui::BkUpfrm>()),
       worker_(context.session, context.installation, context.kit.platform) {
   ui->setupUi(this);
-  HoldFront();
+  SetKeys(ui->clsd, ui->clsed);
   orgndata_.SetRecordSource(sources::kOrgtnTable);
   ui->progPic1->installEventFilter(this);
   On(ui->clsd, &QPushButton::clicked, &BkUpfrm::clsd_Click);
@@ -124,17 +125,12 @@ void BkUpfrm::Activate() {
   SetMainCaption(ui->clsd->text());
 }
 
-void BkUpfrm::Deactivate() {
-  TakeFrontBack();
-}
-
 void BkUpfrm::closeEvent(QCloseEvent* event) {
-  if (copying_) return event->ignore();
-  SessionForm::closeEvent(event);
+  if (!ui->clsed->isEnabled()) return event->ignore();
+  BackupForm::closeEvent(event);
 }
 
 void BkUpfrm::clsd_Click() {
-  if (copying_) return;
   if (session().BackupMode == kBackupMode) ClickInBackup();
   if (session().BackupMode == kRestoreMode) ClickInRestore();
 }
@@ -176,12 +172,16 @@ void BkUpfrm::CountRows() {
 
 void BkUpfrm::RunWorker() {
   const WaitCursor wait;
-  const QScopedValueRollback<bool> copying(copying_, true);
+  EnableButtons(false);
+  const auto enable = qScopeGuard([this] { EnableButtons(true); });
   try {
     const auto end = worker_.Run(orgndata_.Recordset(), [this](const auto& progress) {
       QMetaObject::invokeMethod(
           this, [this, progress] { ShowProgress(progress); }, Qt::QueuedConnection);
     });
+    // The second click of a double click comes now, and mustn't close a form that has just
+    // finished.
+    QCoreApplication::processEvents();
     if (session().BackupMode != kBackupMode) return;
     if (end == BackupWorker::End::kRefused) SetMainCaption(kSelectFolder);
     if (end == BackupWorker::End::kAtEnd) SetMainCaption(kBackupComplete);
@@ -189,6 +189,13 @@ void BkUpfrm::RunWorker() {
     Q_EMIT CopyingFailed();
     UnloadForm();
   }
+}
+
+void BkUpfrm::EnableButtons(bool enable) {
+  ui->clsd->setEnabled(enable);
+  ui->clsed->setEnabled(enable);
+  // A button that is disabled gives the focus away.
+  if (enable) ui->clsd->setFocus();
 }
 
 void BkUpfrm::ShowProgress(const BackupWorker::Progress& progress) {
@@ -208,11 +215,10 @@ void BkUpfrm::FitBar() {
 
 bool BkUpfrm::eventFilter(QObject* watched, QEvent* event) {
   if (watched == ui->progPic1 && event->type() == QEvent::Resize) FitBar();
-  return SessionForm::eventFilter(watched, event);
+  return BackupForm::eventFilter(watched, event);
 }
 
 void BkUpfrm::clsed_Click() {
-  if (copying_) return;
   PassOver(
       [&] {
         if (session().BackupMode == 1 && session().BackupSubMode == 1)

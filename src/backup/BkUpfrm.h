@@ -3,8 +3,8 @@
 #include <QString>
 #include <memory>
 
+#include "backup/BackupForm.h"
 #include "backup/BackupWorker.h"
-#include "shell/SessionForm.h"
 #include "store/DataControl.h"
 
 namespace kestrix {
@@ -17,8 +17,9 @@ class BkUpfrm;
 /// the organisations that take part and how far the copying is. What is copied where is the
 /// worker's business.
 ///
-/// While copying it is painted, moved and resized as ever, and can't be closed.
-class BkUpfrm : public SessionForm {
+/// While copying it is painted, moved and resized as ever, and can't be closed. Its buttons are
+/// disabled then, also for the clicks and keys that had to wait for the end of the copying.
+class BkUpfrm : public BackupForm {
   Q_OBJECT
 
  public:
@@ -52,7 +53,6 @@ class BkUpfrm : public SessionForm {
  protected:
   void Load() override;
   void Activate() override;
-  void Deactivate() override;
   void closeEvent(QCloseEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -69,6 +69,7 @@ class BkUpfrm : public SessionForm {
   void ClickInRestore();
   void CountRows();
   void RunWorker();
+  void EnableButtons(bool enable);
   void ShowProgress(const BackupWorker::Progress& progress);
   void FitBar();
 
@@ -78,7 +79,6 @@ class BkUpfrm : public SessionForm {
   QString system_root_;  ///< SYSTEMROOT of the process when the form was loaded
   QString temp_;         ///< its TEMP, where the register of a set is looked at
   double percent_ = -1;  ///< of the bar; below 0 before the first step
-  bool copying_ = false;
 };
 
 }  // namespace kestrix

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
 
+#include "backup/PathLabel.h"
 #include "platform/FileSystem.h"
 
 namespace kestrix {
@@ -41,7 +42,7 @@ FolderList::FolderList(QWidget* parent) : QListWidget(parent) {
 }
 
 void FolderList::Want(const QListWidgetItem* item) {
-  // The list is made anew behind the event that has the item in hand.
+  // The list is filled again after the event that has the item in hand.
   const QString path = item->data(kPathRole).toString();
   QMetaObject::invokeMethod(
       this, [this, path] { Q_EMIT Wanted(path); }, Qt::QueuedConnection);
@@ -49,7 +50,9 @@ void FolderList::Want(const QListWidgetItem* item) {
 
 void FolderList::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (!enter || !currentItem()) return QListWidget::keyPressEvent(event);
+  const bool walks = currentItem() && currentItem()->data(kPathRole).toString() != path_;
+  // On the open folder there is nothing to open, and the key is the form's.
+  if (!enter || !walks) return QListWidget::keyPressEvent(event);
   event->accept();
   Want(currentItem());
 }
@@ -68,21 +71,30 @@ void FolderList::Fill(const QString& path, const QStringList& folders) {
   clear();
   int depth = 0;
   QString above;
-  AddFolder(QStringLiteral("/"), QStringLiteral("/"), depth, true);
+  AddFolder(QStringLiteral("/"), QStringLiteral("/"), depth);
   for (const QString& name : path.split(u'/', Qt::SkipEmptyParts)) {
     above += u'/' + name;
-    AddFolder(name, above, ++depth, true);
+    AddFolder(name, above, ++depth);
   }
-  setCurrentRow(depth);
-  for (const QString& name : folders) AddFolder(name, above + u'/' + name, depth + 1, false);
+  MarkOpen(item(depth));
+  for (const QString& name : folders) AddFolder(name, above + u'/' + name, depth + 1);
   scrollToItem(currentItem());
 }
 
-void FolderList::AddFolder(const QString& name, const QString& path, int depth, bool open) {
-  auto* item = new QListWidgetItem(open ? open_folder_ : folder_, name, this);
-  item->setData(kPathRole, path);
-  item->setData(kDepthRole, depth);
-  item->setToolTip(path);
+void FolderList::AddFolder(const QString& name, const QString& path, int depth) {
+  auto* folder = new QListWidgetItem(folder_, name, this);
+  folder->setData(kPathRole, path);
+  folder->setData(kDepthRole, depth);
+  folder->setToolTip(PathTip(path));
+}
+
+/// The highlighted row is not always the open folder: a click moves the highlight alone.
+void FolderList::MarkOpen(QListWidgetItem* folder) {
+  QFont bold = font();
+  bold.setBold(true);
+  folder->setFont(bold);
+  folder->setIcon(open_folder_);
+  setCurrentItem(folder);
 }
 
 }  // namespace kestrix

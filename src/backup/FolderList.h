@@ -10,8 +10,9 @@ namespace kestrix {
 class FileSystem;
 
 /// The folders of a disk to walk through: the way from its root down to the open folder, and below
-/// that the folders in it. A double click, or Enter, on one of them asks for it to be opened. It
-/// changes nothing on the disk.
+/// that the folders in it. The open folder's row is bold and has the picture of an open folder. A
+/// double click, or Enter, on another one asks for that to be opened. It changes nothing on the
+/// disk.
 class FolderList : public QListWidget {
   Q_OBJECT
   /// The folder that is open, a full path without a separator at its end, except for a root.
@@ -41,7 +42,8 @@ class FolderList : public QListWidget {
  private:
   void Want(const QListWidgetItem* item);
   void Fill(const QString& path, const QStringList& folders);
-  void AddFolder(const QString& name, const QString& path, int depth, bool open);
+  void AddFolder(const QString& name, const QString& path, int depth);
+  void MarkOpen(QListWidgetItem* folder);
 
   const QIcon folder_ = DrawnIcon(Drawing::kFolder);
   const QIcon open_folder_ = DrawnIcon(Drawing::kOpenFolder);

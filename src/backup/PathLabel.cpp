@@ -1,16 +1,21 @@
 #include "backup/PathLabel.h"
 
 #include <QPainter>
+#include <QTextDocument>
 
 namespace kestrix {
+
+QString PathTip(const QString& path) {
+  if (!Qt::mightBeRichText(path)) return path;
+  return QStringLiteral("<p style='white-space:pre'>") + path.toHtmlEscaped() +
+         QStringLiteral("</p>");
+}
 
 PathLabel::PathLabel(QWidget* parent) : QLabel(parent) {}
 
 void PathLabel::ShowPath(const QString& path) {
   setText(path);
-  // A tool tip would read a name with angle brackets as markup.
-  setToolTip(QStringLiteral("<p style='white-space:pre'>") + path.toHtmlEscaped() +
-             QStringLiteral("</p>"));
+  setToolTip(PathTip(path));
 }
 
 void PathLabel::paintEvent(QPaintEvent* /*event*/) {

@@ -4,6 +4,9 @@
 
 namespace kestrix {
 
+/// The text of a tool tip that reads `path`: a name with angle brackets is no markup.
+[[nodiscard]] QString PathTip(const QString& path);
+
 /// Shows a path in the room it has: broken anywhere when a line is too short for it, and with its
 /// middle left out when the lines are too few. Its text is always the whole path.
 class PathLabel : public QLabel {

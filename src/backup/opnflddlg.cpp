@@ -1,5 +1,6 @@
 #include "backup/opnflddlg.h"
 
+#include <QCloseEvent>
 #include <QDir>
 #include <QFileInfo>
 #include <QLineEdit>
@@ -44,13 +45,14 @@ bool LiesOn(const QString& path, const QString& drive) {
 }  // namespace
 
 opnflddlg::opnflddlg(Context& context)
-    : SessionForm(context), ui_(std::make_unique<Ui::opnflddlg>()) {
+    : BackupForm(context), ui_(std::make_unique<Ui::opnflddlg>()) {
   ui_->setupUi(this);
-  HoldFront();
+  SetKeys(ui_->slctfld, ui_->cls1);
   ui_->ktxDir->SetFiles(files());
   ui_->crtfldbtn->setIcon(DrawnIcon(Drawing::kNewFolder));
 
   On(ui_->ktxdrv, &QComboBox::currentIndexChanged, &opnflddlg::ktxdrv_Change);
+  On(ui_->ktxdrv, &QComboBox::activated, &opnflddlg::ktxdrv_Click);
   On(ui_->ktxDir, &FolderList::Change, &opnflddlg::ktxDir_Change);
   On(ui_->ktxDir, &FolderList::clicked, &opnflddlg::ktxDir_Change);
   On(ui_->ktxDir, &FolderList::Wanted, &opnflddlg::ktxDir_Wanted);
@@ -113,13 +115,15 @@ void opnflddlg::Activate() {
   TakePath();
 }
 
-void opnflddlg::Deactivate() {
-  TakeFrontBack();
+void opnflddlg::closeEvent(QCloseEvent* event) {
+  event->accept();
+  cls1_Click();
 }
 
 void opnflddlg::TakePath() {
   ui_->curntpathlbl->ShowPath(ui_->ktxDir->Path());
   session().BackupFolder = ui_->ktxDir->Path();
+  ui_->slctfld->setToolTip(PathTip(QStringLiteral("Select ") + ui_->ktxDir->Path()));
 }
 
 void opnflddlg::ktxdrv_Change() {
@@ -132,12 +136,23 @@ void opnflddlg::ktxdrv_Change() {
   }
 }
 
+/// The drive that stands in the box already changes nothing there when it is picked.
+void opnflddlg::ktxdrv_Click() {
+  if (ui_->ktxDir->Path() != ui_->ktxdrv->currentText()) ktxdrv_Change();
+}
+
 void opnflddlg::ktxDir_Change() {
   TakePath();
 }
 
 void opnflddlg::ktxDir_Wanted(const QString& path) {
-  ui_->ktxDir->SetPath(path);
+  try {
+    ui_->ktxDir->SetPath(path);
+  } catch (const Failure& failure) {
+    if (failure.number() != failure::kPathNotFound) throw;
+    // It was deleted meanwhile, and maybe the open folder with it: the list shows what is there.
+    OpenFirstFolder(ui_->ktxDir->Path());
+  }
 }
 
 void opnflddlg::crtfldbtn_Click() {

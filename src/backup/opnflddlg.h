@@ -3,7 +3,7 @@
 #include <QString>
 #include <memory>
 
-#include "shell/SessionForm.h"
+#include "backup/BackupForm.h"
 
 namespace kestrix {
 
@@ -14,7 +14,7 @@ class opnflddlg;
 /// Picks the folder of a backup set. For a backup any folder will do and a new one can be made; for
 /// a restore only one that holds a set. The folder that is open in its list is BackupFolder of the
 /// session at every moment, and stays so when the dialog is gone.
-class opnflddlg : public SessionForm {
+class opnflddlg : public BackupForm {
   Q_OBJECT
 
  public:
@@ -32,16 +32,17 @@ class opnflddlg : public SessionForm {
   /// A folder with a set of the reserved mode was taken, and this dialog is unloaded: BkUpfrm is
   /// loaded, a second time if need be, gets the caption BkUpfrm::kRestore, and is shown.
   void PresetFolderChosen();
-  /// No folder was taken and this dialog is unloaded: BkUpfrm is shown again.
+  /// No folder was taken for a backup and this dialog is unloaded: BkUpfrm is shown again.
   void Cancelled();
 
  protected:
   void Load() override;
   void Activate() override;
-  void Deactivate() override;
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   void ktxdrv_Change();
+  void ktxdrv_Click();
   void ktxDir_Change();
   void ktxDir_Wanted(const QString& path);
   void crtfldbtn_Click();

@@ -282,9 +282,12 @@ TEST_F(BkUpfrmTest, CopyRunsBesideTheEventsAndTheFormCannotBeClosedMeanwhile) {
     watch.stop();
     text_while_copying = TextOf("clsd");
     width_while_copying = BarWidth();
+    EXPECT_FALSE(IsEnabled("clsd"));
+    EXPECT_FALSE(IsEnabled("clsed"));
     backup.IfLoaded()->close();
     Control<QPushButton>("clsd").click();
     Control<QPushButton>("clsed").click();
+    QTest::keyClick(backup.IfLoaded(), Qt::Key_Escape);
     writer.reset();
   });
   watch.start(1);
@@ -293,6 +296,8 @@ TEST_F(BkUpfrmTest, CopyRunsBesideTheEventsAndTheFormCannotBeClosedMeanwhile) {
   EXPECT_EQ(text_while_copying, "&Backup Study files");
   EXPECT_NEAR(width_while_copying, whole * 2 / 3.0, 1);
   EXPECT_EQ(TextOf("clsd"), "&Backup complete");
+  EXPECT_TRUE(IsEnabled("clsed"));
+  EXPECT_TRUE(HasFocus("clsd"));
 }
 
 TEST_F(BkUpfrmTest, BarKeepsItsShareWhenTheFormIsMadeWider) {
@@ -394,6 +399,19 @@ TEST_F(BkUpfrmTest, WorksByKeysAlone) {
   PressKey(Qt::Key_B, Qt::AltModifier);
   EXPECT_EQ(TextOf("clsd"), "&Backup complete");
   PressKey(Qt::Key_E, Qt::AltModifier);
+  EXPECT_FALSE(backup.IsLoaded());
+}
+
+TEST_F(BkUpfrmTest, ReturnPressesTheButtonOfTheStateAndEscapeLeadsOut) {
+  ChooseBackup();
+  EXPECT_TRUE(Control<QPushButton>("clsd").isDefault());
+  PressKey(Qt::Key_Return);
+  ASSERT_TRUE(folders.IsLoaded());
+  PressKey(Qt::Key_Return);
+  ASSERT_EQ(TextOf("clsd"), "&Backup Study files");
+  PressKey(Qt::Key_Return);
+  EXPECT_EQ(TextOf("clsd"), "&Backup complete");
+  PressKey(Qt::Key_Escape);
   EXPECT_FALSE(backup.IsLoaded());
 }
 

@@ -1,6 +1,8 @@
 #include "backup/opnflddlg.h"
 
 #include <QComboBox>
+#include <QPushButton>
+#include <QTextDocumentFragment>
 
 #include "backup/BackupTest.h"
 #include "backup/FolderList.h"
@@ -146,6 +148,28 @@ TEST_F(opnflddlgTest, ListShowsTheWayDownAndTheFoldersBelow) {
   EXPECT_EQ(Control<FolderList>("ktxDir").currentItem()->text(), "documents");
 }
 
+TEST_F(opnflddlgTest, OpenFolderStandsOutAndSelectNamesIt) {
+  Place("documents/<b>below");
+  OpenForBackup();
+  const auto picture = [&](const QString& name) { return Row(name)->icon().cacheKey(); };
+  const auto bold_rows = [&] {
+    QStringList rows;
+    for (auto* row : Control<FolderList>("ktxDir").findItems("*", Qt::MatchWildcard))
+      if (row->font().bold()) rows.append(row->text());
+    return rows;
+  };
+  ClickFolder("<b>below");
+  EXPECT_EQ(bold_rows(), QStringList{"documents"});
+  EXPECT_NE(picture("documents"), picture("<b>below"));
+  EXPECT_NE(picture("documents"), picture("/"));
+  EXPECT_EQ(TipOf("slctfld"), "Select " + documents_);
+  OpenRow("<b>below");
+  EXPECT_EQ(bold_rows(), QStringList{"<b>below"});
+  EXPECT_EQ(picture("documents"), picture("/"));
+  EXPECT_EQ(QTextDocumentFragment::fromHtml(TipOf("slctfld")).toPlainText(),
+            "Select " + documents_ + "/<b>below");
+}
+
 TEST_F(opnflddlgTest, DoubleClickWalksDownAndUp) {
   Place("documents/it's/Цех №4");
   OpenForBackup();
@@ -166,6 +190,45 @@ TEST_F(opnflddlgTest, KeysWalkToo) {
   PressKey(Qt::Key_Down);
   PressKey(Qt::Key_Return);
   ExpectIsIn(documents_ + "/below");
+}
+
+TEST_F(opnflddlgTest, ReturnSelectsTheOpenFolderAndEscapeCancels) {
+  OpenForBackup();
+  EXPECT_TRUE(Control<QPushButton>("slctfld").isDefault());
+  Control<QWidget>("ktxDir").setFocus();
+  PressKey(Qt::Key_Return);
+  EXPECT_FALSE(folders.IsLoaded());
+  EXPECT_EQ(session.BackupFolder, documents_);
+  backup.Unload();
+  OpenForBackup();
+  LookAtFront();
+  PressKey(Qt::Key_Escape);
+  EXPECT_FALSE(folders.IsLoaded());
+  EXPECT_EQ(TextOf("clsd"), "&Select folder");
+}
+
+TEST_F(opnflddlgTest, ReturnPressesTheButtonThatHasTheFocus) {
+  OpenForRestore();
+  Control<QWidget>("cls1").setFocus();
+  PressKey(Qt::Key_Return);
+  EXPECT_FALSE(folders.IsLoaded());
+}
+
+TEST_F(opnflddlgTest, FolderThatWasDeletedMeanwhileLeavesTheListQuietly) {
+  const QString below = Place("documents/below");
+  const QString open = Place("documents/open");
+  OpenForBackup();
+  ASSERT_TRUE(QDir().rmdir(below));
+  OpenRow("below");
+  EXPECT_FALSE(ItemsOf("ktxDir").contains("below"));
+  ExpectIsIn(documents_);
+  OpenRow("open");
+  Place("documents/open/deep");
+  Control<FolderList>("ktxDir").Refresh();
+  ASSERT_TRUE(QDir(open).removeRecursively());
+  OpenRow("deep");
+  EXPECT_FALSE(ItemsOf("ktxDir").contains("open"));
+  ExpectIsIn(documents_);
 }
 
 TEST_F(opnflddlgTest, SingleClickOpensNothing) {
@@ -190,6 +253,9 @@ TEST_F(opnflddlgTest, DriveTakesTheListToItsRoot) {
   const QString stick = QDir::cleanPath(Place("stick"));
   desk.environment.SetDrives({"/", stick});
   OpenForBackup();
+  Pick("ktxdrv", stick);
+  ExpectIsIn(stick);
+  OpenRow("/");
   Pick("ktxdrv", stick);
   ExpectIsIn(stick);
 }
@@ -221,6 +287,15 @@ TEST_F(opnflddlgTest, NewFolderIsMadeAndOpened) {
   ExpectIsIn(documents_ + "/O'Brien 工場");
   EXPECT_FALSE(IsEnabled("crtfldnme"));
   EXPECT_EQ(session.MsgAnswer, Button::kYes);
+}
+
+TEST_F(opnflddlgTest, ReturnEndsTheLineForANewFolder) {
+  OpenForBackup();
+  TypeNewFolder("set");
+  ExpectCreateQuestion("set", Button::kYes);
+  PressKey(Qt::Key_Return);
+  ASSERT_TRUE(folders.IsLoaded());
+  ExpectIsIn(documents_ + "/set");
 }
 
 TEST_F(opnflddlgTest, FolderThatIsThereIsOpened) {
@@ -386,6 +461,10 @@ TEST_F(opnflddlgTest, CancelledBackupLeadsBackToItsForm) {
   ASSERT_TRUE(backup.IsLoaded());
   EXPECT_TRUE(backup.IfLoaded()->isVisible());
   EXPECT_EQ(TextOf("clsd"), "&Select folder");
+  Click("clsd");
+  CloseBox(*folders.IfLoaded());
+  EXPECT_FALSE(folders.IsLoaded());
+  EXPECT_EQ(TextOf("clsd"), "&Select folder");
 }
 
 TEST_F(opnflddlgTest, CancelledRestoreLeavesNothingOpen) {
@@ -395,6 +474,10 @@ TEST_F(opnflddlgTest, CancelledRestoreLeavesNothingOpen) {
   EXPECT_FALSE(folders.IsLoaded());
   EXPECT_FALSE(backup.IsLoaded());
   EXPECT_EQ(session.BackupSubMode, 0);
+  OpenForRestore();
+  CloseBox(*folders.IfLoaded());
+  EXPECT_FALSE(folders.IsLoaded());
+  EXPECT_FALSE(backup.IsLoaded());
 }
 
 TEST_F(opnflddlgTest, OtherSubModesStayWhenTheDialogIsCancelled) {
