@@ -13,19 +13,10 @@ namespace {
 
 /// What a Linux kernel mounts that no person stores files on.
 constexpr std::array kPseudoFileSystems = {
-    "autofs",      "binfmt_misc",
-    "bpf",         "cgroup",
-    "cgroup2",     "configfs",
-    "debugfs",     "devpts",
-    "devtmpfs",    "efivarfs",
-    "fusectl",     "hugetlbfs",
-    "mqueue",      "nsfs",
-    "overlay",     "proc",
-    "pstore",      "ramfs",
-    "rpc_pipefs",  "securityfs",
-    "squashfs",    "sysfs",
-    "tmpfs",       "tracefs",
-    "fuse.portal", "fuse.gvfsd-fuse",
+    "autofs", "binfmt_misc", "bpf",         "cgroup",          "cgroup2",    "configfs", "debugfs",
+    "devpts", "devtmpfs",    "efivarfs",    "fusectl",         "hugetlbfs",  "mqueue",   "nsfs",
+    "proc",   "pstore",      "ramfs",       "rpc_pipefs",      "securityfs", "squashfs", "sysfs",
+    "tmpfs",  "tracefs",     "fuse.portal", "fuse.gvfsd-fuse",
 };
 
 /// Mounted for the system itself.
@@ -42,6 +33,22 @@ bool IsOfTheSystem(const QString& root) {
     const QString name = QString::fromLatin1(folder);
     return root == name || root.startsWith(name + u'/');
   });
+}
+
+/// An overlay of folders that a system starts from or works in may be none that a person writes to.
+bool IsClosedOverlay(const QStorageInfo& volume) {
+  return volume.fileSystemType() == "overlay" && !QFileInfo(volume.rootPath()).isWritable();
+}
+
+/// Network folders that the desktop itself has connected lie side by side in one mount, which is
+/// none to write to.
+QStringList ConnectedShares() {
+  const QDir shares(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/gvfs"));
+  QStringList roots;
+  const auto all = shares.entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot);
+  for (const QFileInfo& share : all)
+    if (share.isWritable()) roots.append(share.filePath());
+  return roots;
 }
 
 /// The temporary folder that somebody chose, or else one of this user's own: what another user has
@@ -77,12 +84,13 @@ QString QtEnvironment::DocumentsFolder() const {
 }
 
 QStringList QtEnvironment::Drives() const {
-  QStringList drives;
+  QStringList drives = ConnectedShares();
   for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
     const QString root = volume.rootPath();
     if (root == QStringLiteral("/") || !volume.isValid() || !volume.isReady()) continue;
     // A container mounts single files as well.
-    if (IsPseudo(volume) || IsOfTheSystem(root) || !QFileInfo(root).isDir()) continue;
+    if (IsPseudo(volume) || IsClosedOverlay(volume) || IsOfTheSystem(root)) continue;
+    if (!QFileInfo(root).isDir()) continue;
     drives.append(root);
   }
   drives.sort();

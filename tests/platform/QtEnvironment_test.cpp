@@ -1,6 +1,8 @@
 #include "platform/QtEnvironment.h"
 
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -84,6 +86,46 @@ TEST(QtEnvironmentTest, DrivesAreFoldersWithTheRootFirstAndNoneOfTheKernelsOwn) 
     for (const char* kernels : {"/proc", "/sys", "/dev"})
       EXPECT_FALSE(drive.startsWith(kernels)) << drive.toStdString();
   }
+}
+
+TEST(QtEnvironmentTest, OverlayIsADriveForWhoCanWriteIt) {
+  const QTemporaryDir place;
+  const auto folder = [&](const char* name) {
+    const QString path = QFileInfo(place.path()).canonicalFilePath() + "/" + name;
+    QDir().mkpath(path);
+    return path;
+  };
+  const QByteArray options = ("lowerdir=" + folder("lower") + ",upperdir=" + folder("upper") +
+                              ",workdir=" + folder("work"))
+                                 .toUtf8();
+  const QString mount = folder("mount");
+  const auto is_drive_when = [&](bool read_only) {
+    return RunInChild([&] {
+             const bool is_mounted =
+                 ::unshare(CLONE_NEWNS) == 0 &&
+                 ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                 ::mount("overlay", mount.toUtf8().constData(), "overlay",
+                         read_only ? MS_RDONLY : 0, options.constData()) == 0;
+             if (!is_mounted) return QString("no mount");
+             return QString(QtEnvironment().Drives().contains(mount) ? "yes" : "no");
+           })
+        .value_or("<the child died>");
+  };
+  const QString open = is_drive_when(false);
+  if (open == "no mount") GTEST_SKIP() << "Nothing can be mounted here.";
+  EXPECT_EQ(open, "yes");
+  EXPECT_EQ(is_drive_when(true), "no");
+}
+
+TEST(QtEnvironmentTest, NetworkFoldersThatTheDesktopHasConnectedAreDrives) {
+  const QTemporaryDir session;
+  const QString share = session.path() + "/gvfs/smb-share:server=office,share=sets";
+  ASSERT_TRUE(QDir().mkpath(share));
+  const auto drives = RunInChild([&] {
+    qputenv("XDG_RUNTIME_DIR", session.path().toUtf8());
+    return QtEnvironment().Drives().join('\n');
+  });
+  EXPECT_TRUE(drives.value_or("").split('\n').contains(share)) << drives->toStdString();
 }
 
 TEST(QtClockTest, TodayIsADayOfTheSystemCalendar) {
