@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include "backup/BackupTest.h"
+#include "backup/OtherClient.h"
 
 namespace kestrix {
 namespace {
@@ -297,6 +298,37 @@ TEST_F(BkUpfrmTest, CopyRunsBesideTheEventsAndTheFormCannotBeClosedMeanwhile) {
   EXPECT_NEAR(width_while_copying, whole * 2 / 3.0, 1);
   EXPECT_EQ(TextOf("clsd"), "&Backup complete");
   EXPECT_TRUE(IsEnabled("clsed"));
+  EXPECT_TRUE(HasFocus("clsd"));
+}
+
+/// Runs once more, on a display, with the tests of what waits there.
+class BkUpfrmOnDisplayTest : public BkUpfrmTest {};
+
+TEST_F(BkUpfrmOnDisplayTest, KeyThatWaitedForTheEndOfTheCopyingPressesNothing) {
+  if (QGuiApplication::platformName() != "xcb") GTEST_SKIP() << "Runs on a display of its own.";
+  constexpr xcb_keycode_t kSpace = 65;
+  GivenFullOrganisation("Press shop", 1);
+  ChooseBackupInto(Place("sets"));
+  auto writer = std::make_unique<WriterAtWork>(installation.Study(1));
+  OtherClient other;
+  QTimer watch;
+  bool struck = false;
+  const QPoint before = Window().pos();
+  QObject::connect(&watch, &QTimer::timeout, backup.IfLoaded(), [&] {
+    if (TextOf("pctdsp") != "67 % complete") return;
+    if (!std::exchange(struck, true)) {
+      other.Strike(Window().winId(), kSpace);
+      other.Move(Window().winId(), before + QPoint(40, 30));
+    }
+    // The key came before the move.
+    if (Window().pos() == before) return;
+    watch.stop();
+    writer.reset();
+  });
+  watch.start(1);
+  Click("clsd");
+  ASSERT_TRUE(backup.IsLoaded());
+  EXPECT_EQ(TextOf("clsd"), "&Backup complete");
   EXPECT_TRUE(HasFocus("clsd"));
 }
 
