@@ -77,6 +77,7 @@ void RiskEvalFrm_1::ConnectTasks() {
   using Me = RiskEvalFrm_1;
   connect(&dtsorce2_, &DataControl::Shown, this, &Me::ShowProjectNumber);
   connect(&dtsorce2_, &DataControl::Shown, this, [this] { controls_.ShowBeginnings(); });
+  connect(&dtsorce2_, &DataControl::Shown, this, &Me::SettleTyping);
   On(ui_->DB1, &Grid::RowColChange, &Me::DB1_RowColChange);
   OnGotFocus(ui_->DB1, &Me::DB1_GotFocus);
   On(ui_->addNewRcd, &QPushButton::clicked, &Me::addNewRcd_Click);
@@ -228,6 +229,12 @@ void RiskEvalFrm_1::ShowProjectNumber() {
 void RiskEvalFrm_1::RiskEsmtBtn_Click() {
   if (TaskCount() == 0) {
     Tell(Icon::kInformation, title::kProgram, QStringLiteral("No task entered. Please add task."));
+/// What is typed without a task, or past the last one, would go nowhere.
+void RiskEvalFrm_1::SettleTyping() {
+  const bool has_task = dtsorce2_.HasRecordset() && Tasks().HasCurrentRow();
+  if (ui_->FuntnTaskMachry->isReadOnly() == has_task) controls_.AllowTyping(has_task);
+}
+
     return;
   }
   HideForm();

@@ -67,6 +67,7 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   void EnableCombos(bool enable);
   void DisableLists();
   void ShowProjectNumber();
+  void SettleTyping();
   void RiskEsmtBtn_Click();
   void ClsedDg_Click();
 

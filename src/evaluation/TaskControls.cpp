@@ -42,6 +42,10 @@ void SetText(QWidget* control, const QString& text) {
   static_cast<QPlainTextEdit*>(control)->setPlainText(text);
 }
 
+bool IsDate(int field) {
+  return field == task_field::kDate || field == task_field::kActionDate;
+}
+
 template <class Control>
 bool Tie(DataControl& source, const QString& field, QWidget* widget) {
   auto* control = qobject_cast<Control*>(widget);
@@ -104,7 +108,7 @@ void TaskControls::ShowUnset(const QString& today) const {
     if (field == task_field::kProjectNumber) continue;
     if (auto* box = qobject_cast<QCheckBox*>(control)) {
       box->setChecked(false);
-    } else if (field == task_field::kDate || field == task_field::kActionDate) {
+    } else if (IsDate(field)) {
       SetText(control, today);
     } else if (field == task_field::kReference) {
       SetText(control, kNoReference);
@@ -114,10 +118,18 @@ void TaskControls::ShowUnset(const QString& today) const {
   }
 }
 
+void TaskControls::AllowTyping(bool allow) const {
+  for (const auto& [field, name, control] : controls_) {
+    if (IsDate(field)) continue;
+    if (auto* box = qobject_cast<QLineEdit*>(control)) SetLocked(box, !allow);
+    if (auto* box = qobject_cast<QPlainTextEdit*>(control)) SetLocked(box, !allow);
+  }
+}
+
 void TaskControls::ShowBeginnings() const {
   for (const auto& [field, name, control] : controls_) {
     // In a date box the cursor stands where the next digit belongs.
-    if (field == task_field::kDate || field == task_field::kActionDate) continue;
+    if (IsDate(field)) continue;
     auto* box = qobject_cast<QLineEdit*>(control);
     if (const auto* combo = qobject_cast<const QComboBox*>(control)) box = combo->lineEdit();
     if (box != nullptr) ShowBeginning(box);

@@ -31,6 +31,8 @@ class TaskControls {
   /// What a task holds before anything was entered: `today` in both dates, "0" as the reference
   /// number, no tick, "None." in all others. The project number's label stays as it is.
   void ShowUnset(const QString& today) const;
+  /// Lets the text boxes be typed into or not. The dates always are: they have rules of their own.
+  void AllowTyping(bool allow) const;
   /// Shows long texts from their beginning, except where somebody is typing.
   void ShowBeginnings() const;
 

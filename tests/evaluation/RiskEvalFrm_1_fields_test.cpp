@@ -1,12 +1,39 @@
 // The rules of the single fields.
 #include <QLineEdit>
+#include <QPlainTextEdit>
 
 #include "evaluation/EvaluationTest.h"
 
 namespace kestrix {
 namespace {
 
-class RiskEvalFrm_1FieldsTest : public EvaluationTest {};
+class RiskEvalFrm_1FieldsTest : public EvaluationTest {
+ protected:
+  /// Whether the text boxes take what is typed, and look so; the dates always do.
+  void ExpectTyping(bool allowed) const {
+    for (const char* box : {"RefNo", "FuntnTaskMachry", "HazrdLoctn"}) {
+      EXPECT_NE(Control<QLineEdit>(box).isReadOnly(), allowed) << box;
+      EXPECT_EQ(BackOf(box) == BackOf("dateOfRcd"), allowed) << box;
+    }
+    for (const char* box : {"HzrdDscptnTXT", "ReccdtnTxt"}) {
+      EXPECT_NE(Control<QPlainTextEdit>(box).isReadOnly(), allowed) << box;
+      EXPECT_EQ(BackOf(box) == BackOf("dateOfRcd"), allowed) << box;
+    }
+    for (const char* box : {"dateOfRcd", "actnDt"}) {
+      EXPECT_FALSE(Control<QLineEdit>(box).isReadOnly()) << box;
+    }
+  }
+};
+
+TEST_F(RiskEvalFrm_1FieldsTest, TheTextBoxesTakeNothingUntilThereIsATask) {
+  OpenForm();
+  ExpectTyping(false);
+  Click("addNewRcd");
+  ExpectTyping(true);
+  ExpectAsk("BELTROVAN", "Wish to delete task None. Dated : 15/02/2013", Button::kYes);
+  Click("DleteRcd");
+  ExpectTyping(false);
+}
 
 struct DateBox {
   const char* name;
@@ -313,6 +340,7 @@ TEST_F(RiskEvalFrm_1FieldsTest, WhatIsTypedPastTheLastTaskGoesNowhere) {
   Type("x");
   Control<QLineEdit>("HazrdLoctn").setText("Nowhere");
   PressTab();
+  ExpectTyping(false);
   CloseForm();
   EXPECT_EQ(AllTasks(), before);
 }

@@ -135,6 +135,50 @@ TEST_F(RiskEvalFrm_1TasksTest, TheListIsToPickFromAndNotToTypeInto) {
 
 TEST_F(RiskEvalFrm_1TasksTest, LeavingARowStoresWhatWasTypedAndTicked) {
   GivenTasks({"Feed", "Clean"});
+TEST_F(RiskEvalFrm_1TasksTest, TheListIsWalkedToItsEndsAndCopiedByRows) {
+  GivenTasks({"Feed", "Clean", "Set"});
+  OpenForm();
+  ClickRow("DB1", 1);
+  PressKey(Qt::Key_End);
+  EXPECT_EQ(Position(), " Recorded task 3 of 3 ");
+  PressKey(Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(desk.clipboard.Text(), RowsShownIn("DB1").last().join(u'\t'));
+  PressKey(Qt::Key_Home);
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed");
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, ATaskOfTheListTellsItsWholeTitleAndBothRisks) {
+  const QString title = QString(200, u'w') + "<b>";
+  GivenTasks({"Feed"});
+  GivenTask({{"FuntnTaskMachry", title}, {"RiskIndex", 5}, {"RiskIndexAftr", 9}});
+  OpenForm();
+  const auto tip = [this](int row) {
+    return Control<Grid>("DB1").model()->index(row, 1).data(Qt::ToolTipRole).toString();
+  };
+  EXPECT_EQ(tip(1),
+            "<p>" + title.toHtmlEscaped() +
+                "</p><p>Before recommendations: 5 (High Risk)<br>After recommendations: 9</p>");
+  EXPECT_TRUE(tip(0).contains("Before recommendations: 0 (No Risk)"));
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, TheTitleTakesTheRoomThatTheNumbersLeave) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  const QHeaderView& header = *Control<Grid>("DB1").horizontalHeader();
+  EXPECT_EQ(header.sectionSize(2), header.sectionSizeHint(2));
+  EXPECT_EQ(header.length(), Control<Grid>("DB1").viewport()->width());
+  EXPECT_EQ(header.sectionResizeMode(1), QHeaderView::Stretch);
+}
+
+TEST_F(RiskEvalFrm_1TasksTest, AnEmptyListSaysWhatToDoFirst) {
+  OpenForm();
+  auto& grid = Control<Grid>("DB1");
+  EXPECT_TRUE(grid.placeholderText().contains("Add New Task"));
+  const QImage said = grid.viewport()->grab().toImage();
+  grid.setPlaceholderText(QString());
+  EXPECT_NE(grid.viewport()->grab().toImage(), said);
+}
+
   OpenForm();
   SetText("HazrdLoctn", "");
   SetText("RefNo", "7");
