@@ -203,8 +203,10 @@ void RiskEvalFrm_1::ClearTaskForm() {
   ui_->PrjDesptn->setText(QStringLiteral("No task recorded. Click 'Add New Task' to record task"));
   ui_->HzrdTyp->setText(QStringLiteral("No task recorded"));
   controls_.ShowUnset(Today());
-  ui_->RIBRtxt->setText(QStringLiteral("0"));
-  ui_->RIARtxt->setText(QStringLiteral("0"));
+  for (QLabel* label : {ui_->RIBRtxt, ui_->RIARtxt}) {
+    label->setText(QStringLiteral("0"));
+    label->setToolTip(QString());
+  }
   ui_->TotAcdRCDDsply->setText(QStringLiteral(" Recorded task 0 "));
 }
 

@@ -93,6 +93,9 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   // Risk summary: RiskEvalFrm_1_summary.cpp
   void ShowRiskSummary();
   void ShowIndexes();
+  void ShowVerdict(const QString& verdict);
+  void ShowHints();
+  [[nodiscard]] QString TaskTip(int position) const;
   void ShowClass(QLabel* label, int severity, int class_score);
   void SyncReducedCheck();
 

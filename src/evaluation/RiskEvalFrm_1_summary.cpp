@@ -1,4 +1,6 @@
 // What the estimation found for the task in hand: both risk indexes, both classes, the verdict.
+#include <algorithm>
+
 #include "estimation/model/RiskModel.h"
 #include "evaluation/RiskEvalFrm_1.h"
 #include "formkit/Controls.h"
@@ -12,6 +14,7 @@ using model::Stage;
 using model::StageFields;
 
 constexpr QRgb kOpaque = 0xFF000000;
+const QString kNotEstimated = QStringLiteral("Not estimated yet");
 
 qint16 WholeOf(const Recordset& task, QStringView field) {
   const QString text = task.Text(field.toString());
@@ -62,6 +65,54 @@ void RiskEvalFrm_1::ShowRiskSummary() {
   ShowClass(ui_->ClassScorLBL, state.SeverityBefore, state.ClassBefore);
   ShowClass(ui_->ClassScorLBLA, state.SeverityAfter, state.ClassAfter);
 }
+  ShowHints();
+}
+
+/// Why a label reads "No Risk" though nobody has judged the risk.
+void RiskEvalFrm_1::ShowHints() {
+  struct StageLabels {
+    Stage stage;
+    QLabel* index;
+    QLabel* class_score;
+  };
+  for (const auto& [stage, index, class_score] :
+       {StageLabels{Stage::kBefore, ui_->RIBRtxt, ui_->ClassScorLBL},
+        StageLabels{Stage::kAfter, ui_->RIARtxt, ui_->ClassScorLBLA}}) {
+    const StageFields& fields = model::FieldsOf(stage);
+    const QString level = Tasks().Text(fields.LevelOf(Parameter::kSeverity).toString());
+    const auto unset = [&](const QLabel* label) {
+      return level == model::kSeverityReset && label->text() == NoRisk(0);
+    };
+    const bool missing =
+        std::any_of(fields.score.begin(), fields.score.end(),
+                    [this](QStringView score) { return WholeOf(Tasks(), score) == 0; });
+    index->setToolTip(unset(index) ? kNotEstimated : QString());
+    class_score->setToolTip(unset(class_score) ? kNotEstimated
+                            : missing          ? QStringLiteral("A statement is missing")
+                                               : QString());
+  }
+}
+
+/// The label beside the box asks the question; the sentence in the box answers it.
+void RiskEvalFrm_1::ShowVerdict(const QString& verdict) {
+  ui_->RskRdsdtnY_N->setText(verdict);
+  ui_->RskRdsdtnY_N->setAccessibleDescription(verdict);
+}
+
+/// The whole title and both risks of a task in the list.
+QString RiskEvalFrm_1::TaskTip(int position) const {
+  const Recordset& tasks = dtsorce2_.Recordset();
+  const auto risk = [&](int field) {
+    const QString index = tasks.ShownText(position, field);
+    const auto number = model::WholePartOf(index);
+    const auto band = number ? model::IndexLabelOf(*number) : std::nullopt;
+    return band ? model::CaptionOf(*number, *band) : index;
+  };
+  // Marked up, so that a long title is broken into lines.
+  return QStringLiteral("<p>%1</p><p>Before recommendations: %2<br>After recommendations: %3</p>")
+      .arg(tasks.ShownText(position, task_field::kTitle).toHtmlEscaped(),
+           risk(task_field::kRiskIndex).toHtmlEscaped(),
+           risk(task_field::kRiskIndexAfter).toHtmlEscaped());
 
 void RiskEvalFrm_1::ShowIndexes() {
   const int before = session().RiskIndexBefore;

@@ -1,4 +1,6 @@
 // What the form shows of the estimation.
+#include <QLabel>
+
 #include "evaluation/EvaluationTest.h"
 
 namespace kestrix {
@@ -58,6 +60,28 @@ TEST_F(RiskEvalFrm_1SummaryTest, AFallenIndexReadsYes) {
   EXPECT_EQ(TextOf("RskRdsdtnY_N"), "Yes");
   EXPECT_EQ(session.RiskIndexBefore, 5);
   EXPECT_EQ(session.RiskIndexAfter, 2);
+}
+
+TEST_F(RiskEvalFrm_1SummaryTest, ALabelSaysWhyItReadsNoRisk) {
+  GivenTask({{"SevertyCboAftr", "S1, Slight"}, {"2Chk_OptnSltdAftr", 3}, {"RiskIndexAftr", 1}});
+  GivenTask({{"SevertyCbo", "S1, Slight"}});
+  OpenForm();
+  const auto tips = [this] {
+    QStringList shown;
+    for (const char* label : {"RIBRtxt", "ClassScorLBL", "RIARtxt", "ClassScorLBLA"}) {
+      shown += Control<QLabel>(label).toolTip();
+    }
+    return shown;
+  };
+  const QString unset = "Not estimated yet";
+  const QString missing = "A statement is missing";
+  EXPECT_EQ(tips(), (QStringList{unset, unset, "", missing}));
+  ClickRow("DB1", 1);
+  EXPECT_EQ(tips(), (QStringList{"", missing, unset, unset}));
+  ChangeTask(2, "\"1Chk_OptnSltd\"=1,\"2Chk_OptnSltd\"=1,\"3Chk_OptnSltd\"=1,\"4Chk_OptnSltd\"=1");
+  ClickRow("DB1", 0);
+  ClickRow("DB1", 1);
+  EXPECT_EQ(tips(), (QStringList{"", "", unset, unset}));
 }
 
 TEST_F(RiskEvalFrm_1SummaryTest, EqualIndexesMayRequireFurtherReduction) {
