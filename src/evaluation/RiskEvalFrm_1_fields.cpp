@@ -84,7 +84,7 @@ void RiskEvalFrm_1::ActntkenOptnY_N_Click() {
 }
 
 void RiskEvalFrm_1::RskRdsdtnY_N_Click() {
-  ui_->RskRdsdtnY_N->setText(ui_->RskRdsdtnY_N->isChecked() ? kYes : kNo);
+  ShowVerdict(ui_->RskRdsdtnY_N->isChecked() ? kYes : kNo);
 }
 
 void RiskEvalFrm_1::FuntnTaskMachry_LostFocus() {

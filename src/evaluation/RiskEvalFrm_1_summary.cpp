@@ -129,7 +129,7 @@ void RiskEvalFrm_1::ShowIndexes() {
     Paint(ui_->RIARtxt, model::kGreen);
     after_text = NoRisk(after);
   }
-  ui_->RskRdsdtnY_N->setText(model::Verdict(before, after).toString());
+  ShowVerdict(model::Verdict(before, after).toString());
   if (const auto band = model::IndexLabelOf(before)) {
     before_text = model::CaptionOf(before, *band);
     Paint(ui_->RIBRtxt, band->colour);

@@ -88,6 +88,8 @@ TEST_F(RiskEvalFrm_1SummaryTest, EqualIndexesMayRequireFurtherReduction) {
   GivenIndexes(4, 4);
   OpenForm();
   EXPECT_EQ(TextOf("RskRdsdtnY_N"), "May require further risk reduction.");
+  EXPECT_EQ(Control<QWidget>("RskRdsdtnY_N").accessibleDescription(), TextOf("RskRdsdtnY_N"))
+      << "the label beside the box only asks";
 }
 
 TEST_F(RiskEvalFrm_1SummaryTest, TwoZeroesReadNoRisk) {
