@@ -38,6 +38,7 @@ RiskEvalFrm_1::RiskEvalFrm_1(Context& context)
                       {{QStringLiteral("Ref.No."), QStringLiteral("RefNo")},
                        {QStringLiteral("Functions and Task "), QStringLiteral("FuntnTaskMachry")},
                        {QStringLiteral("nunberauto"), QStringLiteral("nunberauto")}});
+  ui_->DB1->SetToolTips([this](int position) { return TaskTip(position); });
   SettleLooks();
   ConnectTasks();
   ConnectLists();
@@ -76,8 +77,8 @@ void RiskEvalFrm_1::SettleLooks() {
 void RiskEvalFrm_1::ConnectTasks() {
   using Me = RiskEvalFrm_1;
   connect(&dtsorce2_, &DataControl::Shown, this, &Me::ShowProjectNumber);
-  connect(&dtsorce2_, &DataControl::Shown, this, [this] { controls_.ShowBeginnings(); });
   connect(&dtsorce2_, &DataControl::Shown, this, &Me::SettleTyping);
+  connect(&dtsorce2_, &DataControl::Shown, this, [this] { controls_.ShowBeginnings(); });
   On(ui_->DB1, &Grid::RowColChange, &Me::DB1_RowColChange);
   OnGotFocus(ui_->DB1, &Me::DB1_GotFocus);
   On(ui_->addNewRcd, &QPushButton::clicked, &Me::addNewRcd_Click);
@@ -228,15 +229,15 @@ void RiskEvalFrm_1::ShowProjectNumber() {
   PassOver([this] { ui_->ESINoLBLCp->setText(Tasks().Text(0)); });
 }
 
-void RiskEvalFrm_1::RiskEsmtBtn_Click() {
-  if (TaskCount() == 0) {
-    Tell(Icon::kInformation, title::kProgram, QStringLiteral("No task entered. Please add task."));
 /// What is typed without a task, or past the last one, would go nowhere.
 void RiskEvalFrm_1::SettleTyping() {
   const bool has_task = dtsorce2_.HasRecordset() && Tasks().HasCurrentRow();
   if (ui_->FuntnTaskMachry->isReadOnly() == has_task) controls_.AllowTyping(has_task);
 }
 
+void RiskEvalFrm_1::RiskEsmtBtn_Click() {
+  if (TaskCount() == 0) {
+    Tell(Icon::kInformation, title::kProgram, QStringLiteral("No task entered. Please add task."));
     return;
   }
   HideForm();

@@ -93,8 +93,9 @@ void RiskEvalFrm_1::FuntnTaskMachry_LostFocus() {
 
 void RiskEvalFrm_1::FndESINo_Change() {
   find_active_ = true;
-  if (TaskCount() == 0) return;
   const QString wanted = ui_->FndESINo->text();
+  SetSystemBack(ui_->FndESINo);
+  if (TaskCount() == 0) return;
   bool missed = false;
   {
     const Recordset::Walk walk(Tasks());
@@ -105,7 +106,9 @@ void RiskEvalFrm_1::FndESINo_Change() {
     }
   }
   // The list stood on each row in turn, on the last one at the end.
-  if (Tasks().Eof()) RememberPosition(TaskCount());
+  if (!Tasks().Eof()) return;
+  RememberPosition(TaskCount());
+  SetBackColour(ui_->FndESINo, colour::kWarning);
 }
 
 void RiskEvalFrm_1::FndESINo_LostFocus() {

@@ -3,6 +3,7 @@
 
 #include "estimation/model/RiskModel.h"
 #include "evaluation/RiskEvalFrm_1.h"
+#include "evaluation/TaskFields.h"
 #include "formkit/Controls.h"
 #include "ui_RiskEvalFrm_1.h"
 
@@ -13,8 +14,8 @@ using model::Parameter;
 using model::Stage;
 using model::StageFields;
 
-constexpr QRgb kOpaque = 0xFF000000;
 const QString kNotEstimated = QStringLiteral("Not estimated yet");
+constexpr QRgb kOpaque = 0xFF000000;
 
 qint16 WholeOf(const Recordset& task, QStringView field) {
   const QString text = task.Text(field.toString());
@@ -64,7 +65,6 @@ void RiskEvalFrm_1::ShowRiskSummary() {
   state.ClassAfter = ClassOf(Tasks(), Stage::kAfter);
   ShowClass(ui_->ClassScorLBL, state.SeverityBefore, state.ClassBefore);
   ShowClass(ui_->ClassScorLBLA, state.SeverityAfter, state.ClassAfter);
-}
   ShowHints();
 }
 
@@ -113,6 +113,7 @@ QString RiskEvalFrm_1::TaskTip(int position) const {
       .arg(tasks.ShownText(position, task_field::kTitle).toHtmlEscaped(),
            risk(task_field::kRiskIndex).toHtmlEscaped(),
            risk(task_field::kRiskIndexAfter).toHtmlEscaped());
+}
 
 void RiskEvalFrm_1::ShowIndexes() {
   const int before = session().RiskIndexBefore;

@@ -18,6 +18,8 @@ inline constexpr int kReduced = 13;
 inline constexpr int kActionBy = 14;
 inline constexpr int kActionDate = 15;
 inline constexpr int kActionTaken = 16;
+inline constexpr int kRiskIndex = 21;
+inline constexpr int kRiskIndexAfter = 30;
 inline constexpr int kKey = 45;
 inline constexpr int kCount = 48;
 

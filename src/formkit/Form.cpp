@@ -13,6 +13,7 @@
 #include "formkit/ActiveForms.h"
 #include "formkit/Controls.h"
 #include "formkit/FocusEvents.h"
+#include "formkit/Grid.h"
 #include "store/DataControl.h"
 
 namespace kestrix {
@@ -34,6 +35,11 @@ void Form::SettleControls() {
   for (QComboBox* combo : combos) SettleCombo(combo);
   const auto buttons = findChildren<QPushButton*>();
   for (QPushButton* button : buttons) button->setAutoDefault(false);
+  const auto grids = findChildren<Grid*>();
+  for (const Grid* grid : grids) {
+    connect(grid, &Grid::CopyRequested, this,
+            [this](const QString& row) { platform().clipboard.SetText(row); });
+  }
 }
 
 void Form::ShowForm() {

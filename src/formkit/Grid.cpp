@@ -81,7 +81,9 @@ int GridModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
-  if (role != Qt::DisplayRole || !index.isValid() || !source_.HasRecordset()) return {};
+  if (!index.isValid() || !source_.HasRecordset()) return {};
+  if (role == Qt::ToolTipRole && tool_tip_) return tool_tip_(index.row() + 1);
+  if (role != Qt::DisplayRole) return {};
   const int field = fields_.at(index.column());
   if (field < 0) return {};
   try {
@@ -145,6 +147,10 @@ void Grid::SettleColumns() {
     if (header->sectionSize(column) > header->sectionSize(widest)) widest = column;
   }
   header->setSectionResizeMode(widest, QHeaderView::Stretch);
+}
+
+void Grid::SetToolTips(std::function<QString(int position)> tip) {
+  model_->tool_tip_ = std::move(tip);
 }
 
 int Grid::Row() const {
@@ -236,7 +242,24 @@ void Grid::keyPressEvent(QKeyEvent* event) {
     Q_EMIT DblClick();
     return;
   }
+  if (event->matches(QKeySequence::Copy)) {
+    if (Row() >= 0) Q_EMIT CopyRequested(RowText());
+    return;
+  }
+  const bool home = event->key() == Qt::Key_Home;
+  if ((home || event->key() == Qt::Key_End) && Row() >= 0) {
+    setCurrentIndex(model_->index(home ? 0 : model_->rowCount() - 1, currentIndex().column()));
+    return;
+  }
   QTableView::keyPressEvent(event);
+}
+
+QString Grid::RowText() const {
+  QStringList texts;
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    texts += model_->index(Row(), column).data().toString();
+  }
+  return texts.join(u'\t');
 }
 
 void Grid::keyboardSearch(const QString& /*search*/) {

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QString>
 #include <QTableView>
+#include <functional>
 
 namespace kestrix {
 
@@ -36,7 +37,9 @@ class GridModel : public QAbstractTableModel {
   void CurrentRowChanged();
   void ReadShape();
 
+  friend class Grid;
   DataControl& source_;
+  std::function<QString(int position)> tool_tip_;
   QList<GridColumn> columns_;
   QList<int> fields_;  ///< of each column; -1 for one that the record source doesn't have
   int rows_ = 0;
@@ -63,6 +66,8 @@ class Grid : public QTableView {
   void SetAllowUpdate(bool allow) { allow_update_ = allow; }
   [[nodiscard]] QString placeholderText() const { return placeholder_; }
   void setPlaceholderText(const QString& text);
+  /// What the pointer over the row at `position` (from 1) is told. Called after SetSource.
+  void SetToolTips(std::function<QString(int position)> tip);
   /// The row within the grid, from 0; -1 without one.
   [[nodiscard]] int Row() const;
 
@@ -75,6 +80,8 @@ class Grid : public QTableView {
   void Click();
   /// The same twice, or Enter was pressed on a row.
   void DblClick();
+  /// The current row is to be copied: its columns, with tabs between them.
+  void CopyRequested(const QString& row);
 
  protected:
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
@@ -87,6 +94,7 @@ class Grid : public QTableView {
   void SettleColumns();
   void FollowCursor();
   void CursorMoved();
+  [[nodiscard]] QString RowText() const;
   [[nodiscard]] int CursorRow() const;
 
   DataControl* source_ = nullptr;

@@ -325,10 +325,12 @@ TEST_F(RiskEvalFrm_1FieldsTest, AFindWithoutAMatchStandsPastTheLastTaskAndSaysNo
   EXPECT_EQ(session.TaskPosition, 3);
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "");
   EXPECT_EQ(EnabledOf(kCombos), QStringList());
+  EXPECT_EQ(BackOf("FndESINo"), colour::kWarning & 0xFFFFFF);
   EXPECT_EQ(TextOf("ESINoLBLCp"), "P-1");
   PressTab();
   EXPECT_EQ(EnabledOf(kCombos), kCombos);
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed") << "leaving the box goes to the first task";
+  EXPECT_EQ(BackOf("FndESINo"), BackOf("FuntnTaskMachry"));
   EXPECT_EQ(TextOf("FndESINo"), "");
 }
 
@@ -338,9 +340,9 @@ TEST_F(RiskEvalFrm_1FieldsTest, WhatIsTypedPastTheLastTaskGoesNowhere) {
   OpenForm();
   Click("FndESINo");
   Type("x");
+  ExpectTyping(false);
   Control<QLineEdit>("HazrdLoctn").setText("Nowhere");
   PressTab();
-  ExpectTyping(false);
   CloseForm();
   EXPECT_EQ(AllTasks(), before);
 }

@@ -1,6 +1,7 @@
 // Showing, saving, adding, copying and deleting tasks.
 #include <QComboBox>
 #include <QFile>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
@@ -33,6 +34,7 @@ TEST_F(RiskEvalFrm_1TasksTest, ATaskIsShownFieldByField) {
              {"ReccdtnTxt", "Guard"},
              {"ReccdtnTypTxt", "Fixed"},
              {"RskRdsdtnY_N", 1},
+             {"RiskIndex", 1},
              {"ActnByCbo", "Kim"},
              {"actnDt", "11/02/2013"},
              {"ActntkenOptnY_N", 1}});
@@ -133,8 +135,6 @@ TEST_F(RiskEvalFrm_1TasksTest, TheListIsToPickFromAndNotToTypeInto) {
 
 // Saving
 
-TEST_F(RiskEvalFrm_1TasksTest, LeavingARowStoresWhatWasTypedAndTicked) {
-  GivenTasks({"Feed", "Clean"});
 TEST_F(RiskEvalFrm_1TasksTest, TheListIsWalkedToItsEndsAndCopiedByRows) {
   GivenTasks({"Feed", "Clean", "Set"});
   OpenForm();
@@ -179,6 +179,8 @@ TEST_F(RiskEvalFrm_1TasksTest, AnEmptyListSaysWhatToDoFirst) {
   EXPECT_NE(grid.viewport()->grab().toImage(), said);
 }
 
+TEST_F(RiskEvalFrm_1TasksTest, LeavingARowStoresWhatWasTypedAndTicked) {
+  GivenTasks({"Feed", "Clean"});
   OpenForm();
   SetText("HazrdLoctn", "");
   SetText("RefNo", "7");
