@@ -6,19 +6,40 @@
 #include <QTextDocument>
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
 namespace kestrix {
+namespace {
+
+/// As much of `text` as has at most `limit` characters. Half a character is none.
+QString Beginning(const QString& text, int limit) {
+  if (text.size() <= limit) return text;
+  const bool splits = limit > 0 && text[limit].isLowSurrogate();
+  return text.left(splits ? limit - 1 : limit);
+}
+
+}  // namespace
 
 TextLimit::TextLimit(QPlainTextEdit* box, int limit) : QObject(box), box_(box), limit_(limit) {
   connect(box->document(), &QTextDocument::contentsChange, this, &TextLimit::Note);
   connect(box, &QPlainTextEdit::textChanged, this, &TextLimit::Cut);
 }
 
-QString TextLimit::Taken(const QPlainTextEdit* box, const QString& text) {
+int TextLimit::LimitOf(const QPlainTextEdit* box) {
   const auto* limit = box->findChild<const TextLimit*>(QString(), Qt::FindDirectChildrenOnly);
-  if (limit == nullptr || text.size() <= limit->limit_) return text;
-  const bool splits = limit->limit_ > 0 && text[limit->limit_].isLowSurrogate();
-  return text.left(splits ? limit->limit_ - 1 : limit->limit_);
+  return limit ? limit->limit_ : std::numeric_limits<int>::max();
+}
+
+QString TextLimit::Taken(const QPlainTextEdit* box, const QString& text) {
+  return Beginning(text, LimitOf(box));
+}
+
+QString TextLimit::Pasted(const QPlainTextEdit* box, QString text) {
+  const QTextCursor cursor = box->textCursor();
+  const int kept =
+      box->document()->characterCount() - 1 - (cursor.selectionEnd() - cursor.selectionStart());
+  text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+  return Beginning(text, std::max(0, LimitOf(box) - kept));
 }
 
 void TextLimit::Note(int position, int /*removed*/, int added) {

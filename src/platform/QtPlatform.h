@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/PasteGuard.h"
 #include "platform/QtClipboard.h"
 #include "platform/QtClock.h"
 #include "platform/QtEnvironment.h"
@@ -36,7 +35,6 @@ class QtPlatform {
   QtClipboard clipboard_;
   QtClock clock_;
   QtEnvironment environment_;
-  PasteGuard paste_guard_;
   Platform platform_;
 };
 

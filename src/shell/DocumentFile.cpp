@@ -52,7 +52,8 @@ QString DocumentFile::Read() const {
   const QByteArray bytes = file.read(kMostBytes + 1);
   if (bytes.size() > kMostBytes) {
     FailToRead(failure::kInvalidCall, path_,
-               QStringLiteral("it has more than %1 MB").arg(kMostBytes / (1024LL * 1024)));
+               QStringLiteral("it is too large, it has more than %1 MB")
+                   .arg(kMostBytes / (1024LL * 1024)));
   }
   if (file.error() != QFileDevice::NoError)
     FailToRead(failure::kDeviceError, path_, file.errorString());

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/Failure.h"
 #include "platform/Measures.h"
 #include "platform/Services.h"
 #include "shell/DocumentFile.h"
@@ -32,6 +33,7 @@ frmDocument::frmDocument(SessionState& session, Frame& frame)
   ui_->setupUi(this);
   document_ = new SelfContainedDocument(ui_->rtfText);
   ui_->rtfText->setDocument(document_);
+  connect(ui_->rtfText, &RichTextBox::Pasting, this, &frmDocument::Pasting);
   Form_Load();
 }
 
@@ -85,7 +87,9 @@ void frmDocument::SetText(const QString& text) {
 }
 
 void frmDocument::LoadFile(const QString& path) {
-  document_->Take(DocumentFile(path).Read());
+  if (!document_->Take(DocumentFile(path).Read()))
+    throw Failure(failure::kInvalidCall,
+                  QStringLiteral("Failed to open \"%1\": it is too large to be shown.").arg(path));
 }
 
 void frmDocument::SaveFile(const QString& path) {
@@ -102,13 +106,17 @@ QString frmDocument::SelRTF() const {
 }
 
 void frmDocument::SetSelRTF(const QString& text) {
+  if (!document_->HasRoomFor(text))
+    throw Failure(failure::kInvalidCall,
+                  QStringLiteral("Failed to paste: the text is too large to be shown."));
   QTextCursor cursor = ui_->rtfText->textCursor();
-  if (IsRichText(text)) {
+  if (KindOf(text) == TextKind::kRich) {
     cursor.insertHtml(text);
   } else {
     cursor.insertText(text);
   }
   ui_->rtfText->setTextCursor(cursor);
+  ui_->rtfText->ensureCursorVisible();
 }
 
 void frmDocument::RemoveSelection() {

@@ -35,18 +35,23 @@ class frmDocument : public QWidget {
   [[nodiscard]] bool IsUntouched() const;
 
   void SetText(const QString& text);
-  /// Fail as DocumentFile does.
+  /// Fail as DocumentFile does, LoadFile also for a text that is too large to be shown.
   void LoadFile(const QString& path);
   void SaveFile(const QString& path);
 
   [[nodiscard]] bool HasSelection() const;
   /// The selection as rich text.
   [[nodiscard]] QString SelRTF() const;
-  /// Puts `text`, rich or plain, in place of the selection.
+  /// Puts `text`, rich or plain, in place of the selection. Fails with kInvalidCall when there is
+  /// no room for it.
   void SetSelRTF(const QString& text);
   void RemoveSelection();
   /// Prints the selection, or all of the text when there is none. Fails as Printing does.
   void SelPrint(Printing& printing) const;
+
+ Q_SIGNALS:
+  /// A text was pasted or dropped by hand; it is to go in by SetSelRTF.
+  void Pasting(const QString& text);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;

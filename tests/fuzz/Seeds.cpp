@@ -174,7 +174,7 @@ void AddPictures(const Corpus& corpus) {
 
 void AddDocuments(const Corpus& corpus) {
   const QByteArray picture = PictureAs("PNG", 4, 4).toBase64();
-  corpus.AddTexts({
+  QList<QByteArray> texts = {
       "Press line 4, guard \xC3\xBC"
       "berbr\xC3\xBC"
       "ckt\r\nStop.\r\n",
@@ -183,20 +183,28 @@ void AddDocuments(const Corpus& corpus) {
       "\xEF\xBB\xBFPress",
       "Gr\xF6\xDF"
       "e",
-      "<!DOCTYPE html><html><head><style>p{color:#204080} b, .x{margin:2px}</style></head><body>"
-      "<h1>Press</h1><p align=\"center\" style=\"margin-left:20px\"><b>Guard</b> <i>open</i>"
-      "<span style=\"font-size:18pt;color:#aa0000\">stop</span> &amp; &#9888;</p></body></html>",
-      "<html><body><table border=\"1\" width=\"80%\" cellpadding=\"3\"><tr><td colspan=\"2\">1</td>"
-      "</tr><tr><td rowspan=\"2\">2</td><td width=\"40%\">3</td></tr></table></body></html>",
-      "<html><ul><li>one<ol start=\"3\" type=\"a\"><li>two</li></ol></li></ul><hr width=\"50%\"/>"
-      "<pre> x\ty </pre><a href=\"#n\" name=\"n\">here</a></html>",
-      "<html><img width=\"20\" height=\"20\" src=\"data:image/png;base64," + picture +
-          "\"/></html>",
       "<html><img src=\"file:///etc/hostname\"/><link rel=\"stylesheet\" href=\"a.css\"></html>",
-      "<html><p style=\"text-indent:9px; line-height:150%; white-space:pre-wrap; "
-      "page-break-before:always; float:right\">\t&nbsp;x&shy;y&#x1F6E0;</p></html>",
       "{\\rtf1\\ansi Press}",
-  });
+  };
+  // As our own saving writes them.
+  const QByteArray bodies[] = {
+      "<h1>Press</h1><p align=\"center\" style=\" margin-left:20px;\">Guard"
+      "<span style=\" font-size:18pt; color:#aa0000;\">stop</span> &amp; \xE2\x9A\xA0<br />x</p>",
+      "<table border=\"1\" width=\"80%\" cellpadding=\"3\"><tr><td colspan=\"2\">1</td></tr>"
+      "<tr><td rowspan=\"2\">2</td><td width=\"40%\">3</td></tr><tr><td>4</td></tr></table>",
+      "<ul><li>one<ol start=\"3\" type=\"a\"><li>two</li></ol></li></ul><hr width=\"50%\" />"
+      "<pre> x\ty </pre><p><a href=\"#n\">here</a></p>",
+      "<p style=\" text-indent:9px; line-height:150%; page-break-before:always;\">\t"
+      "<img width=\"20\" height=\"20\" src=\"data:image/png;base64," +
+          picture + "\" /></p>",
+  };
+  for (const QByteArray& body : bodies)
+    texts.append(
+        "<!DOCTYPE HTML PUBLIC \"-//W3C//DTD HTML 4.0//EN\" "
+        "\"http://www.w3.org/TR/REC-html40/strict.dtd\">\n"
+        "<html><head><meta name=\"qrichtext\" content=\"1\" /></head><body>" +
+        body + "</body></html>");
+  corpus.AddTexts(texts);
 }
 
 void AddDates(const Corpus& corpus) {

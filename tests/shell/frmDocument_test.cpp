@@ -1,6 +1,9 @@
 #include "shell/frmDocument.h"
 
+#include <QClipboard>
+#include <QMimeData>
 #include <QTextDocument>
+#include <memory>
 
 #include "FrameTest.h"
 
@@ -206,6 +209,64 @@ TEST_F(frmDocumentTest, FileThatCannotBeReadEndsTheCommandWithItsFailure) {
   OpenFile(File("none.kfe"));
   EXPECT_EQ(Child(0).Caption(), "");
   EXPECT_EQ(Box(0).toPlainText(), "mine");
+}
+
+TEST_F(frmDocumentTest, FileTooLargeToBeShownIsToldAndChangesNothing) {
+  Write("mine");
+  WriteFile(File("a.txt"), QByteArray(3'000'000, '\n'));
+  ExpectFailure(
+      QStringLiteral("Failed to open \"%1\": it is too large to be shown.").arg(File("a.txt")));
+  OpenFile(File("a.txt"));
+  EXPECT_EQ(Child(0).Caption(), "");
+  EXPECT_EQ(Box(0).toPlainText(), "mine");
+}
+
+TEST_F(frmDocumentTest, SmallFileWithHugeNumbersOpensAsItsText) {
+  const QByteArray text = "<html><table cellpadding=\"999999999\"><tr><td>x</td></tr></table>";
+  WriteFile(File("a.kfe"), text);
+  OpenFile(File("a.kfe"));
+  EXPECT_EQ(Box(0).toPlainText(), QString::fromLatin1(text));
+}
+
+// Pasting.
+
+TEST_F(frmDocumentTest, PastingByHandTakesWhatABoxOfOursCopiedAndElseTheText) {
+  Box(0).setHtml("<p>one <b>two</b></p>");
+  Box(0).selectAll();
+  Box(0).copy();
+  Trigger("mnuFileNew");
+  Box(1).paste();
+  EXPECT_EQ(Box(1).toPlainText(), "one two");
+  EXPECT_TRUE(Box(1).toHtml().contains("font-weight:700"));
+
+  auto page = std::make_unique<QMimeData>();
+  page->setHtml("<table cellpadding=\"999999999\"><tr><td>page</td></tr></table>");
+  page->setText("page");
+  QGuiApplication::clipboard()->setMimeData(page.release());
+  Box(1).selectAll();
+  Box(1).paste();
+  EXPECT_EQ(Box(1).toPlainText(), "page");
+  EXPECT_FALSE(Box(1).toHtml().contains("<table"));
+
+  QGuiApplication::clipboard()->clear();
+  Box(1).paste();
+  EXPECT_EQ(Box(1).toPlainText(), "page");
+}
+
+TEST_F(frmDocumentTest, PasteThatHasNoRoomIsToldAndChangesNothing) {
+  Write("mine");
+  const QString refusal = QStringLiteral("Failed to paste: the text is too large to be shown.");
+  const QString lines(30'000, u'\n');
+  QGuiApplication::clipboard()->setText(lines);
+  Box(0).paste();
+  EXPECT_EQ(Box(0).document()->blockCount(), 30'001);
+  ExpectFailure(refusal);
+  Box(0).paste();
+  EXPECT_EQ(Box(0).document()->blockCount(), 30'001);
+  desk.clipboard.SetText(lines);
+  ExpectFailure(refusal);
+  Trigger("mnuEditPaste");
+  EXPECT_EQ(Box(0).document()->blockCount(), 30'001);
 }
 
 // Saving.
