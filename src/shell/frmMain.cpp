@@ -55,11 +55,8 @@ constexpr std::array<ToolButton, 4> kToolButtons{{
     {&Ui_frmMain::tbFreeform, "Freeform", Drawing::kPencil},
 }};
 
-/// No desktop places or sizes a window beyond 16 bits.
-int PlacePixels(int twips) {
-  return std::clamp<int>(PixelsFromTwips(twips), std::numeric_limits<qint16>::min(),
-                         std::numeric_limits<qint16>::max());
-}
+/// A place or size that lies further than this beyond the screens was never stored by a frame.
+constexpr int kFarAway = 5000;  // pixels
 
 }  // namespace
 
@@ -237,10 +234,16 @@ int frmMain::Setting(const char* key, int default_value) const {
 }
 
 void frmMain::RestorePlacement() {
-  const int left = PlacePixels(Setting(kLeft, kDefaultPlace));
-  const int top = PlacePixels(Setting(kTop, kDefaultPlace));
-  const int width = PlacePixels(Setting(kWidth, kDefaultSize));
-  const int height = PlacePixels(Setting(kHeight, kDefaultSize));
+  const QRect desktop = screen()->virtualGeometry();
+  const auto pixels = [this](const char* key, int default_value, int from, int to) {
+    const int stored = PixelsFromTwips(Setting(key, default_value));
+    const bool is_far = stored < from - kFarAway || stored > to + kFarAway;
+    return is_far ? PixelsFromTwips(default_value) : stored;
+  };
+  const int left = pixels(kLeft, kDefaultPlace, desktop.left(), desktop.right());
+  const int top = pixels(kTop, kDefaultPlace, desktop.top(), desktop.bottom());
+  const int width = pixels(kWidth, kDefaultSize, 0, desktop.width());
+  const int height = pixels(kHeight, kDefaultSize, 0, desktop.height());
   move(left, top);
   resize(std::max(width, 1), std::max(height, 1));
   NotePlace();

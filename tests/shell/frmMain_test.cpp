@@ -70,17 +70,23 @@ TEST_F(frmMainTest, StoredPlacementComesBack) {
   EXPECT_EQ(main.size(), QSize(600, 500));
 }
 
-TEST_F(frmMainTest, StoredPlacementBeyondAnyDesktopStillLoads) {
+TEST_F(frmMainTest, StoredPlacementFarBeyondTheScreensIsTakenAsAbsent) {
   GivenSetting("MainLeft", "-99999999999");
+  GivenSetting("MainTop", "450000");
   GivenSetting("MainWidth", "99999999999");
   GivenSetting("MainHeight", "-15");
 
   auto& main = Make<frmMain>();
 
   EXPECT_FALSE(main.IsUnloading());
-  EXPECT_EQ(main.pos().x(), std::numeric_limits<qint16>::min());
-  EXPECT_EQ(main.width(), std::numeric_limits<qint16>::max());
+  EXPECT_EQ(main.pos(), QPoint(1000 / 15, 1000 / 15));
+  EXPECT_EQ(main.width(), 6500 / 15);
   EXPECT_GT(main.height(), 0);
+}
+
+TEST_F(frmMainTest, StoredPlaceOnAScreenThatIsUnpluggedStays) {
+  GivenSetting("MainLeft", "28800");
+  EXPECT_EQ(Make<frmMain>().pos().x(), 1920);
 }
 
 TEST_F(frmMainTest, DateOfTheBackupFolderHasAnEnglishMonthAndNoSeparators) {
