@@ -42,18 +42,36 @@ add_if_missing(RskAsmtFld/errImgLoad.jpg)
 
 # An entry for the desktop's menu, ready to be linked into the user's applications folder. It names
 # the place that the installation will have, so DESTDIR doesn't stand in it.
-set(place "${CMAKE_INSTALL_PREFIX}/KestrixStudy")
-set(program "${place}/KestrixStudy")
-string(REGEX REPLACE "([\"`$\\\\])" "\\\\\\1" program "${program}")
-string(REPLACE "\\" "\\\\" program "${program}")
+# A relative prefix is one of the folder that the installation runs in.
+get_filename_component(place "${CMAKE_INSTALL_PREFIX}/KestrixStudy" ABSOLUTE)
+
+# What a value of an entry can't hold as it stands.
+function(escape_value variable)
+  string(REPLACE "\\" "\\\\" ${variable} "${${variable}}")
+  string(REPLACE "\n" "\\n" ${variable} "${${variable}}")
+  string(REPLACE "\t" "\\t" ${variable} "${${variable}}")
+  string(REPLACE "\r" "\\r" ${variable} "${${variable}}")
+  set(${variable} "${${variable}}" PARENT_SCOPE)
+endfunction()
+
+# A word of a command is quoted as for a shell, and "%" stands for a file to open.
+string(REGEX REPLACE "([\"`$\\\\])" "\\\\\\1" program "${place}/KestrixStudy")
 string(REPLACE "%" "%%" program "${program}")
+set(command "\"${program}\"")
+if(program MATCHES "=")
+  # Some desktops take a first word with "=" for a variable of the environment.
+  set(command "sh -c \"exec \\\"\\$0\\\"\" ${command}")
+endif()
+escape_value(command)
+set(icon "${place}/kestrix.png")
+escape_value(icon)
 file(WRITE "${application}/KestrixStudy.desktop"
 "[Desktop Entry]
 Type=Application
 Name=KestrixStudy
 Comment=Risk assessment of machinery
-Exec=\"${program}\"
-Icon=${place}/kestrix.png
+Exec=${command}
+Icon=${icon}
 Categories=Office;Engineering;
 Terminal=false
 ")

@@ -266,6 +266,27 @@ StagedInstallationGoesBelowItsRoot() {
     fail "the desktop entry doesn't name the final place"
 }
 
+# A desktop takes the escapes of the value away and then the quotes, as a shell does.
+EntryStartsTheProgramWhateverTheFolderIsCalled() {
+  local name entry
+  cd "$scratch"
+  for name in 'plain' "a \"b\" \$c \`d\` %f 'e' #g" 'with=sign' $'two\nlines and a\ttab' 'semi;colon [x]'; do
+    "$CMAKE" --install "$BUILD" --prefix "$name" >"$scratch/log" 2>&1 || fail "no installation in $name"
+    printf '#!/bin/sh\nprintf %%s "$0" >"%s/started"\n' "$scratch" >"$scratch/$name/KestrixStudy/KestrixStudy"
+    chmod +x "$scratch/$name/KestrixStudy/KestrixStudy"
+    entry="$scratch/$name/KestrixStudy/KestrixStudy.desktop"
+    expect "lines of the entry" "8" "$(wc -l <"$entry")"
+    local command
+    command="$(printf %b "$(sed -n 's/^Exec=//p' "$entry")")"
+    eval "set -- ${command//%%/%}"
+    [ "$1" = sh ] || [ "${1#*=}" = "$1" ] || fail "the first word of the command holds \"=\": $1"
+    (cd / && "$@")
+    expect "program of the entry" "$scratch/$name/KestrixStudy/KestrixStudy" "$(cat "$scratch/started")"
+    expect "picture of the entry" "$scratch/$name/KestrixStudy/kestrix.png" \
+      "$(printf %b "$(sed -n 's/^Icon=//p' "$entry")")"
+  done
+}
+
 FolderThatCannotBeMadeIsSaid() {
   mkdir -p "$family"
   echo "in the way" >"$application"
