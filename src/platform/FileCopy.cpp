@@ -13,16 +13,15 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <algorithm>
+#include <QThread>
 #include <cerrno>
-#include <limits>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <system_error>
 #include <vector>
 
 #include "platform/Descriptor.h"
-#include "platform/EarlyWriter.h"
 #include "platform/Leftovers.h"
 
 namespace kestrix {
@@ -97,6 +96,7 @@ class Replacement {
   Replacement(QString target, mode_t mode, QString action)
       : target_(std::move(target)), folder_(ParentOf(target_)), action_(std::move(action)) {
     KeepRightsOfTarget(mode);
+    RemoveLeftover(folder_);
     file_ =
         Descriptor(::open(Encoded(folder_).constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, mode_));
     if (!file_.valid()) OpenNamed();
@@ -106,16 +106,16 @@ class Replacement {
       : target_(std::move(other.target_)),
         folder_(std::move(other.folder_)),
         action_(std::move(other.action_)),
-        temporary_(std::exchange(other.temporary_, {})),
         old_(other.old_),
         mode_(other.mode_),
         target_exists_(other.target_exists_),
+        has_name_(std::exchange(other.has_name_, false)),
         file_(std::move(other.file_)) {}
   Replacement(const Replacement&) = delete;
   Replacement& operator=(const Replacement&) = delete;
   Replacement& operator=(Replacement&&) = delete;
   ~Replacement() {
-    if (!temporary_.isEmpty()) ::unlink(Encoded(temporary_).constData());
+    if (has_name_) ::unlink(Encoded(PartIn(folder_)).constData());
   }
 
   [[nodiscard]] int fd() const { return file_.get(); }
@@ -126,26 +126,23 @@ class Replacement {
   }
 
   void BringToDisk() const { SyncOpen(fd(), target_, action_); }
-
-  /// Begins the writing to the disk without waiting for it.
-  void StartSync() const { ::sync_file_range(fd(), 0, 0, SYNC_FILE_RANGE_WRITE); }
   [[nodiscard]] bool ReplacesFile() const { return target_exists_; }
+  /// Whether its place may be given later: nobody else can use the one name of its folder till
+  /// then.
+  [[nodiscard]] bool CanWait() const { return target_exists_ && !has_name_; }
   /// Brings all to the disk that was written to the file system of this file.
   void BringAllToDisk() const {
     if (::syncfs(fd()) != 0) throw FailureFromErrno(errno, target_, action_);
   }
-  [[nodiscard]] dev_t Device() const {
-    struct stat status = {};
-    return ::fstat(fd(), &status) == 0 ? status.st_dev : 0;
-  }
-
   /// Gives the finished file its place. The folder is for the caller to sync.
   void Replace() {
-    if (temporary_.isEmpty() && !target_exists_ && LinkTo(target_) == 0) return;
-    if (temporary_.isEmpty()) GiveTemporaryName();
-    if (::rename(Encoded(temporary_).constData(), Encoded(target_).constData()) != 0)
-      throw FailureFromErrno(errno, target_, action_, failure::kPathNotFound);
-    temporary_.clear();
+    if (!has_name_ && !target_exists_ && LinkTo(target_) == 0) return;
+    // Nobody else can have a file in hand that has no name yet.
+    if (!has_name_) TakeName([this] { return HoldPart(fd()) ? LinkTo(PartIn(folder_)) : EEXIST; });
+    if (!LiesAt(PartIn(folder_), fd())) Fail(EBUSY);
+    if (::rename(Encoded(PartIn(folder_)).constData(), Encoded(target_).constData()) != 0)
+      Fail(errno);
+    has_name_ = false;
   }
 
  private:
@@ -174,26 +171,33 @@ class Replacement {
     (void)::fchmod(fd(), mode_);
   }
 
-  void OpenNamed() {
-    int error = EEXIST;
-    while (error == EEXIST) {
-      const QString name = NextUnfinishedName(folder_);
-      file_ = Descriptor(::open(Encoded(name).constData(),
-                                O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC | O_NOFOLLOW, mode_));
-      error = errno;
-      if (!file_.valid()) continue;
-      temporary_ = name;
-      if (HoldUnfinished(file_.get()) && HasName()) return;
-      // It was taken for a leftover before it could be held.
-      ::unlink(Encoded(std::exchange(temporary_, {})).constData());
-      error = EEXIST;
-    }
+  [[noreturn]] void Fail(int error) const {
     throw FailureFromErrno(error, target_, action_, failure::kPathNotFound);
   }
 
-  [[nodiscard]] bool HasName() const {
-    struct stat status = {};
-    return ::fstat(fd(), &status) == 0 && status.st_nlink > 0;
+  void OpenNamed() {
+    TakeName([this] {
+      file_ = Descriptor(::open(Encoded(PartIn(folder_)).constData(),
+                                O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC | O_NOFOLLOW, mode_));
+      if (!file_.valid()) return errno;
+      // It may be taken for a leftover before it is held.
+      return HoldPart(fd()) && LiesAt(PartIn(folder_), fd()) ? 0 : EEXIST;
+    });
+  }
+
+  /// Takes the name that one copy in a folder can have; `take` gives back an errno value. Whoever
+  /// else has it is waited for.
+  void TakeName(const std::function<int()>& take) {
+    constexpr int kTries = 2'000;
+    constexpr unsigned long kPauseMilliseconds = 5;
+    int error = EEXIST;
+    for (int tries = 0; error == EEXIST && tries < kTries; ++tries) {
+      if (tries > 0) QThread::msleep(kPauseMilliseconds);
+      error = take();
+      if (error == EEXIST) RemoveLeftover(folder_);
+    }
+    if (error != 0) Fail(error == EEXIST ? EBUSY : error);
+    has_name_ = true;
   }
 
   /// Gives the unnamed file a name that nobody has; the error where that can't be.
@@ -204,25 +208,13 @@ class Replacement {
     return linked == 0 ? 0 : errno;
   }
 
-  void GiveTemporaryName() {
-    // Nobody else can have a file in hand that has no name yet.
-    (void)HoldUnfinished(fd());
-    int error = EEXIST;
-    while (error == EEXIST) {
-      const QString name = NextUnfinishedName(folder_);
-      error = LinkTo(name);
-      if (error == 0) temporary_ = name;
-    }
-    if (error != 0) throw FailureFromErrno(error, target_, action_, failure::kPathNotFound);
-  }
-
   QString target_;
   QString folder_;
   QString action_;
-  QString temporary_;
   struct stat old_ = {};
   mode_t mode_ = 0;
   bool target_exists_ = false;
+  bool has_name_ = false;  ///< that of its folder's part file
   Descriptor file_;
 };
 
@@ -236,68 +228,23 @@ void WriteAll(int fd, const char* bytes, size_t size, const QString& path, const
   }
 }
 
-constexpr off_t kEndOfFile = std::numeric_limits<off_t>::max();
-
-void CopyByBlocks(int from, off_t offset, off_t end, int to, const QString& path) {
-  constexpr off_t kBlock = off_t{256} * 1024;
+/// The bytes of `from` into the empty file `to`: inside the kernel, which shares blocks where the
+/// file system can, and through a buffer of ours what it leaves.
+void CopyBytes(int from, int to, const QString& path) {
+  constexpr size_t kMost = size_t{1} << 30;
+  constexpr size_t kBlock = size_t{256} * 1024;
+  if (::ioctl(to, FICLONE, from) == 0) return;
+  loff_t offset = 0;
+  while (::copy_file_range(from, &offset, to, nullptr, kMost, 0) > 0) continue;
   const auto block = std::make_unique<char[]>(kBlock);
-  while (offset < end) {
-    const auto most = static_cast<size_t>(std::min(kBlock, end - offset));
-    const ssize_t got = ::pread(from, block.get(), most, offset);
+  for (;;) {
+    const ssize_t got = ::pread(from, block.get(), kBlock, offset);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) throw FailureFromErrno(errno, path, Copying());
     if (got == 0) return;
     WriteAll(to, block.get(), static_cast<size_t>(got), path, Copying());
     offset += got;
   }
-}
-
-bool KernelCannotCopy(int error) {
-  return error == EXDEV || error == EINVAL || error == ENOSYS || error == EOPNOTSUPP ||
-         error == EBADF || error == EPERM;
-}
-
-/// The bytes of `from` between `offset` and `end` to where `to` stands: inside the kernel, else
-/// through a buffer of ours.
-void CopyStretch(int from, loff_t offset, off_t end, int to, const QString& path) {
-  constexpr off_t kMost = off_t{1} << 30;
-  while (offset < end) {
-    const auto most = static_cast<size_t>(std::min(kMost, end - offset));
-    const ssize_t copied = ::copy_file_range(from, &offset, to, nullptr, most, 0);
-    if (copied > 0) continue;
-    if (copied < 0 && errno == EINTR) continue;
-    if (copied < 0 && !KernelCannotCopy(errno)) throw FailureFromErrno(errno, path, Copying());
-    // At the end of the file the blocks find nothing left; some file systems claim an early end.
-    return CopyByBlocks(from, offset, end, to, path);
-  }
-}
-
-bool HasGaps(const struct stat& file) {
-  constexpr off_t kBlock = 512;
-  return file.st_blocks * kBlock < file.st_size;
-}
-
-/// A gap of a file is one in its copy too: a giant file may be nothing else.
-void CopyBetweenGaps(int from, off_t size, int to, const QString& path) {
-  off_t at = 0;
-  while (at < kEndOfFile) {
-    off_t begin = ::lseek(from, at, SEEK_DATA);
-    if (begin < 0 && errno == ENXIO) break;
-    // Not every file system knows where its gaps are.
-    if (begin < 0) begin = at;
-    const off_t end = ::lseek(from, begin, SEEK_HOLE);
-    at = end > begin ? end : kEndOfFile;
-    if (::lseek(to, begin, SEEK_SET) < 0) throw FailureFromErrno(errno, path, Copying());
-    CopyStretch(from, begin, at, to, path);
-  }
-  if (at < size && ::ftruncate(to, size) != 0) throw FailureFromErrno(errno, path, Copying());
-}
-
-/// The bytes of `from` into the empty file `to`: shared blocks where the file system can.
-void CopyBytes(int from, const struct stat& source, int to, const QString& path) {
-  if (::ioctl(to, FICLONE, from) == 0) return;
-  if (HasGaps(source)) return CopyBetweenGaps(from, source.st_size, to, path);
-  CopyStretch(from, 0, kEndOfFile, to, path);
 }
 
 void KeepTimes(int fd, const struct stat& source) {
@@ -322,7 +269,7 @@ Replacement FilledReplacement(int source_fd, const QString& source, const QStrin
   if (replacement.Replaces(status))
     throw MakeFailure(failure::kPermissionDenied, Copying(), source,
                       QStringLiteral("it can't be copied onto itself"));
-  CopyBytes(source_fd, status, replacement.fd(), replacement.target());
+  CopyBytes(source_fd, replacement.fd(), replacement.target());
   KeepTimes(replacement.fd(), status);
   return replacement;
 }
@@ -362,12 +309,9 @@ class CopyGroup::Waiting {
     if (files_.size() >= kMost) Place();
   }
   void Add(FilledFolder folder) { folders_.push_back(std::move(folder)); }
-  void BeginToWrite(const Replacement& file) { early_.Begin(file.fd()); }
-  /// Whether this is the first look at `folder`.
-  [[nodiscard]] bool IsNew(const QString& folder) const { return !folders_seen_.contains(folder); }
   /// Whether what is copied into `folder` goes to the group's disk.
   [[nodiscard]] bool Covers(const QString& folder) {
-    if (IsNew(folder)) folders_seen_[folder] = disk_ && DiskOf(folder) == disk_;
+    if (!folders_seen_.contains(folder)) folders_seen_[folder] = disk_ && DiskOf(folder) == disk_;
     return folders_seen_[folder];
   }
 
@@ -397,57 +341,24 @@ class CopyGroup::Waiting {
 
   std::vector<Replacement> files_;
   std::vector<FilledFolder> folders_;
-  EarlyWriter early_;
   std::optional<dev_t> disk_;
   QHash<QString, bool> folders_seen_;  ///< and whether they lie on the group's disk
 };
 
 namespace {
 
-/// Makes `folder` ready for a copy, and says how that is to come onto the disk: what a killed
-/// process left there takes room that the copy may need.
-Sync ReadyFor(const QString& folder, Sync when) {
-  if (!when.group() || when.group()->waiting().IsNew(folder)) RemoveLeftovers(folder);
-  return when.group() && !when.group()->waiting().Covers(folder) ? Sync::kNow : when;
-}
-
 void Finish(Replacement replacement, Sync when) {
-  if (when.group())
-    when.group()->waiting().BeginToWrite(replacement);
-  else
-    replacement.BringToDisk();
-  if (when.group() && replacement.ReplacesFile())
-    return when.group()->waiting().Add(std::move(replacement));
+  const bool in_group = when.group() && when.group()->waiting().Covers(replacement.folder());
+  if (in_group && replacement.CanWait()) return when.group()->waiting().Add(std::move(replacement));
+  if (!in_group || replacement.ReplacesFile()) replacement.BringToDisk();
   replacement.Replace();
-  if (when.name_now()) SyncFolder(replacement.folder());
+  if (!in_group && when.name_now()) SyncFolder(replacement.folder());
 }
 
-/// Copies one folder tree. Unless it has a group to go with, files are staged in groups of its own:
-/// their writing is started together and waited for together. Folders are synced once, at the end,
-/// each before the one that holds it.
+/// Copies one folder tree, all of it in one group.
 class FolderCopy {
  public:
-  explicit FolderCopy(Sync when) : when_(when) {}
-
-  /// The links that were left out.
-  QStringList Run(const QString& source, const QString& target) {
-    when_ = ReadyFor(QFileInfo(target).isDir() ? target : ParentOf(target), when_);
-    CopyTree(source, target);
-    if (when_.group()) {
-      LeaveToGroup();
-      return links_;
-    }
-    Flush();
-    for (const FilledFolder& folder : folders_)
-      SyncOpen(folder.WithItsTimes().get(), folder.path, Copying());
-    SyncFolder(ParentOf(target));
-    return links_;
-  }
-
- private:
-  void LeaveToGroup() {
-    for (FilledFolder& folder : folders_) when_.group()->waiting().Add(std::move(folder));
-  }
+  explicit FolderCopy(CopyGroup& group) : group_(group) {}
 
   void CopyTree(const QString& source, const QString& target) {
     struct stat status = {};
@@ -455,12 +366,16 @@ class FolderCopy {
       throw FailureFromErrno(errno, source, Copying(), failure::kPathNotFound);
     if (!S_ISDIR(status.st_mode)) throw FailureFromErrno(ENOTDIR, source, Copying());
     MakeFolder(target, status.st_mode);
-    RemoveLeftovers(target);
     for (const QString& name : NamesIn(source))
       CopyEntry(source + u'/' + name, target + u'/' + name);
-    folders_.push_back({target, status});
+    group_.waiting().Add(FilledFolder{target, status});
+    if (!group_.waiting().Covers(target)) SyncFolder(ParentOf(target));
   }
 
+  /// The links that were left out.
+  [[nodiscard]] const QStringList& links() const { return links_; }
+
+ private:
   static QStringList NamesIn(const QString& folder) {
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(Encoded(folder).constData()),
                                                       [](DIR* dir) { return ::closedir(dir); });
@@ -488,30 +403,17 @@ class FolderCopy {
     if (::lstat(Encoded(source).constData(), &status) != 0)
       throw FailureFromErrno(errno, source, Copying());
     if (S_ISDIR(status.st_mode)) return CopyTree(source, target);
-    if (IsUnfinishedName(source.section(u'/', -1))) return;
-    if (S_ISREG(status.st_mode)) return Stage(source, target);
+    if (source.endsWith(kPartName)) return;
+    if (S_ISREG(status.st_mode)) return CopyFile(source, target);
     if (S_ISLNK(status.st_mode)) links_.append(source);
   }
 
-  void Stage(const QString& source, const QString& target) {
-    constexpr size_t kGroup = 64;
+  void CopyFile(const QString& source, const QString& target) {
     const Descriptor file = OpenForReading(source, O_NOFOLLOW);
-    Replacement copy = FilledReplacement(file.get(), source, target);
-    if (when_.group()) return Finish(std::move(copy), when_);
-    copy.StartSync();
-    staged_.push_back(std::move(copy));
-    if (staged_.size() >= kGroup) Flush();
+    Finish(FilledReplacement(file.get(), source, target), Sync::With(group_));
   }
 
-  void Flush() {
-    for (const Replacement& file : staged_) file.BringToDisk();
-    for (Replacement& file : staged_) file.Replace();
-    staged_.clear();
-  }
-
-  Sync when_;
-  std::vector<Replacement> staged_;
-  std::vector<FilledFolder> folders_;
+  CopyGroup& group_;
   QStringList links_;
 };
 
@@ -574,13 +476,10 @@ QString BehindLinks(const QString& path) {
 
 void CopyFileDurably(const QString& source, const QString& target, Sync when) {
   const Descriptor file = OpenForReading(source);
-  const QString real = BehindLinks(target);
-  when = ReadyFor(ParentOf(real), when);
-  Finish(FilledReplacement(file.get(), source, real), when);
+  Finish(FilledReplacement(file.get(), source, BehindLinks(target)), when);
 }
 
 void CopyOpenFileDurably(int source_fd, const QString& target, Sync when) {
-  when = ReadyFor(ParentOf(target), when);
   Finish(FilledReplacement(source_fd, target, target), when);
 }
 
@@ -589,14 +488,19 @@ QStringList CopyFolderDurably(const QString& source, const QString& target, Sync
   const QString from = WithoutTrailingSeparators(source);
   const QString to = WithoutTrailingSeparators(target);
   RefuseFolderIntoItself(from, to);
-  return FolderCopy(when).Run(from, to);
+  std::optional<CopyGroup> own;
+  FolderCopy copy(when.group() ? *when.group() : own.emplace(ParentOf(to)));
+  copy.CopyTree(from, to);
+  if (own) {
+    own->Finish();
+    SyncDisk(ParentOf(to));
+  }
+  return copy.links();
 }
 
 void WriteFileDurably(const QString& path, const QByteArray& bytes) {
   const QString action = QStringLiteral("write");
-  const QString real = BehindLinks(path);
-  RemoveLeftovers(ParentOf(real));
-  Replacement replacement(real, 0666, action);
+  Replacement replacement(BehindLinks(path), 0666, action);
   WriteAll(replacement.fd(), bytes.constData(), static_cast<size_t>(bytes.size()), path, action);
   Finish(std::move(replacement), Sync::kNow);
 }

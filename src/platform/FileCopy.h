@@ -47,7 +47,7 @@ class Sync {
  public:
   static const Sync kNow;
   static const Sync kBytesNow;
-  [[nodiscard]] static Sync With(CopyGroup& group) { return {&group, false}; }
+  [[nodiscard]] static Sync With(CopyGroup& group) { return {&group, true}; }
   /// Null for one that waits for no other.
   [[nodiscard]] CopyGroup* group() const { return group_; }
   [[nodiscard]] bool name_now() const { return name_now_; }

@@ -1,31 +1,26 @@
 #pragma once
 
 #include <QString>
-#include <chrono>
 
 namespace kestrix {
 
-/// A copy that has no place yet may stand beside its target under a name of its own, and a process
-/// that is killed leaves it there. These functions give such copies their names and know them
-/// again. A name tells which run of which machine wrote it, and the writer holds a lock on the file
-/// for as long as it lives.
+/// A copy has no name until it is whole, where the disk knows such files. On its way to the place
+/// of an older file, and all the time on other disks, it stands in its folder under the one name
+/// that is kept for that, and a process that is killed leaves it there. Its writer holds a lock on
+/// it for as long as it lives.
+inline constexpr QLatin1StringView kPartName(".kestrix.part");
 
-/// A name in `folder` for the next unfinished copy of this process.
-[[nodiscard]] QString NextUnfinishedName(const QString& folder);
-/// Whether a file of that name, without its folder, is an unfinished copy of any process.
-[[nodiscard]] bool IsUnfinishedName(const QString& name);
+[[nodiscard]] QString PartIn(const QString& folder);
 
-/// Marks the open file `fd`, which is to have or has such a name, as one that is being written. It
-/// stays so until it is closed. False when somebody who took it for a leftover was quicker: it may
-/// be gone at any moment.
-[[nodiscard]] bool HoldUnfinished(int fd);
+/// Whether the open file `fd` stands at `path`.
+[[nodiscard]] bool LiesAt(const QString& path, int fd);
 
-/// How long the copy of another machine, or of a run that a loss of power ended, must have been
-/// left alone to be taken for a leftover: a lock isn't seen from everywhere.
-inline constexpr std::chrono::seconds kQuietTime = std::chrono::hours(24);
+/// Marks the open file `fd` as one that is being written, until it is closed. False when somebody
+/// holds it: who writes it, or who took it for a leftover.
+[[nodiscard]] bool HoldPart(int fd);
 
-/// Removes from `folder` the unfinished copies whose writers are gone. One that can't be told from
-/// a copy that is being written stays, and so does one that may not be removed. Never fails.
-void RemoveLeftovers(const QString& folder, std::chrono::seconds quiet_time = kQuietTime);
+/// Removes from `folder` the copy whose writer is gone, and anything else of its name but a folder
+/// that holds something. What may not be removed stays. Never fails.
+void RemoveLeftover(const QString& folder);
 
 }  // namespace kestrix

@@ -1,12 +1,12 @@
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QFile>
 #include <QThread>
 #include <cerrno>
 
+#include "platform/Leftovers.h"
 #include "store/Database.h"
 
 namespace kestrix {
@@ -15,13 +15,6 @@ namespace {
 // Somebody who closes last holds the sign alone for a moment, while removing it.
 constexpr int kTries = 200;
 constexpr unsigned long kPauseMilliseconds = 5;
-
-bool LiesAt(const QByteArray& path, int descriptor) {
-  struct stat opened {};
-  struct stat named {};
-  return fstat(descriptor, &opened) == 0 && stat(path.constData(), &named) == 0 &&
-         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
-}
 
 /// A sign that another user made may be read only; that is enough to hold it. A pipe in its place
 /// isn't waited for.
@@ -47,7 +40,7 @@ LockSign::LockSign(const QString& database_path) : path_(PathFor(database_path))
     descriptor_ = OpenSign(path.constData());
     if (descriptor_ < 0) return;
     // The sign may have been removed between opening and locking it; then it is the wrong one.
-    if (flock(descriptor_, LOCK_SH | LOCK_NB) == 0 && LiesAt(path, descriptor_)) return;
+    if (flock(descriptor_, LOCK_SH | LOCK_NB) == 0 && LiesAt(path_, descriptor_)) return;
     close(descriptor_);
     descriptor_ = -1;
     QThread::msleep(kPauseMilliseconds);
@@ -57,7 +50,7 @@ LockSign::LockSign(const QString& database_path) : path_(PathFor(database_path))
 LockSign::~LockSign() {
   if (descriptor_ < 0) return;
   const QByteArray path = QFile::encodeName(path_);
-  if (flock(descriptor_, LOCK_EX | LOCK_NB) == 0 && LiesAt(path, descriptor_)) {
+  if (flock(descriptor_, LOCK_EX | LOCK_NB) == 0 && LiesAt(path_, descriptor_)) {
     unlink(path.constData());
   }
   close(descriptor_);

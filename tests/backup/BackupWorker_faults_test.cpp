@@ -483,7 +483,7 @@ class BackupWorkerKilledTest : public BackupWorkerFaultsTest {
   static Tree TargetsIn(const QString& folder) {
     Tree tree = TreeOf(folder);
     for (const QString& name : tree.keys())
-      if (IsUnfinishedName(name.section('/', -1))) tree.remove(name);
+      if (name.endsWith(kPartName)) tree.remove(name);
     return tree;
   }
   /// Every file of `now` is that of `old_files` or that of `new_files`, and nothing else is there.
@@ -496,7 +496,7 @@ class BackupWorkerKilledTest : public BackupWorkerFaultsTest {
   }
   /// Lays a half-finished copy, as a killed process of this machine leaves it, into that folder.
   static QString GivenLeftover(const QString& folder) {
-    const QString path = NextUnfinishedName(folder);
+    const QString path = PartIn(folder);
     WriteFile(path, "half of a copy");
     return path;
   }

@@ -66,35 +66,6 @@ TEST_F(FileCopyTest, FileThatTheKernelCannotCopyIsCopiedByBlocks) {
   EXPECT_EQ(ReadFile(At("target")), ReadFile("/proc/version"));
 }
 
-TEST_F(FileCopyTest, GapsOfAFileAreGapsOfItsCopy) {
-  constexpr qint64 kSize = qint64{1} << 30;
-  constexpr qint64 kMiddle = kSize / 2 + 1234;
-  const QByteArray bytes = Bytes(300'000, 'm');
-  QFile source(At("source"));
-  ASSERT_TRUE(source.open(QIODevice::WriteOnly));
-  source.write("head");
-  ASSERT_TRUE(source.seek(kMiddle));
-  source.write(bytes);
-  ASSERT_TRUE(source.resize(kSize));
-  source.close();
-  const auto on_disk = [this](const char* name) {
-    struct stat status = {};
-    EXPECT_EQ(::stat(QFile::encodeName(At(name)).constData(), &status), 0);
-    return qint64{status.st_blocks} * 512;
-  };
-  if (on_disk("source") > kSize / 2) GTEST_SKIP() << "there are no gaps on this disk";
-
-  CopyFileDurably(At("source"), At("target"));
-
-  EXPECT_LT(on_disk("target"), kSize / 100);
-  QFile target(At("target"));
-  ASSERT_TRUE(target.open(QIODevice::ReadOnly));
-  EXPECT_EQ(target.size(), kSize);
-  EXPECT_EQ(target.read(6), QByteArray("head\0\0", 6));
-  ASSERT_TRUE(target.seek(kMiddle - 1));
-  EXPECT_EQ(target.read(bytes.size() + 2), '\0' + bytes + '\0');
-}
-
 TEST_F(FileCopyTest, CopyAcrossFileSystemsHoldsTheBytes) {
   QTemporaryDir other("/dev/shm/kestrix-XXXXXX");
   if (!other.isValid()) GTEST_SKIP() << "there is no memory disk here";

@@ -1,6 +1,7 @@
 #include "platform/Leftovers.h"
 
 #include <fcntl.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,6 +9,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <csignal>
+#include <functional>
 
 #include "platform/Descriptor.h"
 #include "platform/FileCopy.h"
@@ -18,9 +20,6 @@
 namespace kestrix {
 namespace {
 
-/// Any run but this one.
-const QString kOfAnother = QStringLiteral(".kestrix-ffffffff-12-3.tmp");
-
 class LeftoversTest : public ::testing::Test {
  protected:
   [[nodiscard]] QString At(const QString& name) const { return folder_.filePath(name); }
@@ -30,7 +29,7 @@ class LeftoversTest : public ::testing::Test {
   }
   /// What a process that was killed leaves in that folder.
   [[nodiscard]] QString GivenLeftover(const QString& folder = ".") const {
-    const QString path = NextUnfinishedName(QDir::cleanPath(At(folder)));
+    const QString path = PartIn(QDir::cleanPath(At(folder)));
     WriteFile(path, "half of a copy");
     return path;
   }
@@ -41,110 +40,84 @@ class LeftoversTest : public ::testing::Test {
   QTemporaryDir folder_;
 };
 
-TEST_F(LeftoversTest, NamesAreKnownAgainAndNeverTheSame) {
-  const QString first = NextUnfinishedName("/a");
-  const QString second = NextUnfinishedName("/a");
-  EXPECT_NE(first, second);
-  EXPECT_TRUE(first.startsWith("/a/.kestrix-"));
-  EXPECT_TRUE(IsUnfinishedName(first.section('/', -1)));
-  EXPECT_TRUE(IsUnfinishedName(kOfAnother));
-}
-
-TEST_F(LeftoversTest, FilesOfOtherNamesStay) {
-  const QStringList names{".kestrix",
-                          ".kestrix-12-3.tmp",
-                          ".kestrix-ffffffff-12-3.tmp.bak",
-                          ".kestrix-ffffffff-12-3.tmp\n",
-                          ".kestrix-ffffffff-x-3.tmp",
-                          "kestrix-ffffffff-12-3.tmp",
-                          "a.jpg",
-                          "my.kestrix-ffffffff-12-3.tmp"};
-  for (const QString& name : names) {
-    EXPECT_FALSE(IsUnfinishedName(name)) << name.toStdString();
-    WriteFile(At(name), "a person's own");
-  }
-  RemoveLeftovers(folder_.path(), std::chrono::seconds(0));
-  EXPECT_EQ(NamesIn().size(), names.size());
-}
-
 TEST_F(LeftoversTest, CopyOfALivingProcessStaysAndThatOfAKilledOneGoes) {
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);
   const Descriptor reading(ends[0]);
   Descriptor writing(ends[1]);
+  const QString part = GivenLeftover();
   const pid_t child = ::fork();
   ASSERT_GE(child, 0);
   if (child == 0) {
-    const Descriptor file(::open(NextUnfinishedName(folder_.path()).toUtf8().constData(),
-                                 O_CREAT | O_EXCL | O_WRONLY, 0600));
-    const bool held = file.valid() && HoldUnfinished(file.get());
-    if (!held || ::write(writing.get(), "h", 1) != 1) ::_exit(1);
+    const Descriptor file = Open(part);
+    if (!HoldPart(file.get()) || ::write(writing.get(), "h", 1) != 1) ::_exit(1);
     for (;;) ::pause();
   }
   writing = Descriptor();
   char told = 0;
   ASSERT_EQ(::read(reading.get(), &told, 1), 1);
 
-  RemoveLeftovers(folder_.path(), std::chrono::seconds(0));
-  EXPECT_EQ(NamesIn().size(), 1);
+  RemoveLeftover(folder_.path());
+  EXPECT_TRUE(QFileInfo::exists(part));
 
   ::kill(child, SIGKILL);
   int status = 0;
   ASSERT_EQ(::waitpid(child, &status, 0), child);
-  RemoveLeftovers(folder_.path());
+  RemoveLeftover(folder_.path());
   EXPECT_EQ(NamesIn(), QStringList());
 }
 
-TEST_F(LeftoversTest, CopyOfAnotherMachineStaysUntilItWasLeftAlone) {
-  WriteFile(At(kOfAnother), "half of a copy");
-  RemoveLeftovers(folder_.path());
-  EXPECT_EQ(NamesIn(), QStringList{kOfAnother});
-  // Nor does an old time of its bytes, which is that of the source, make it one that was left.
-  const struct timespec times[2] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
-  ASSERT_EQ(::utimensat(AT_FDCWD, At(kOfAnother).toUtf8().constData(), times, 0), 0);
-  RemoveLeftovers(folder_.path());
-  EXPECT_EQ(NamesIn(), QStringList{kOfAnother});
-  RemoveLeftovers(folder_.path(), std::chrono::seconds(0));
-  EXPECT_EQ(NamesIn(), QStringList());
+TEST_F(LeftoversTest, CopyWaitsForThePlaceThatALivingOneHas) {
+  WriteFile(At("source"), "new");
+  WriteFile(At("target"), "old");
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  const Descriptor reading(ends[0]);
+  const Descriptor writing(ends[1]);
+  const QString part = GivenLeftover();
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const Descriptor file = Open(part);
+    const Descriptor openings(::inotify_init());
+    char event[4096];
+    // The other one looks at it before it begins, and whenever it wants the name.
+    const bool done =
+        HoldPart(file.get()) &&
+        ::inotify_add_watch(openings.get(), part.toUtf8().constData(), IN_OPEN) >= 0 &&
+        ::write(writing.get(), "h", 1) == 1 && ::read(openings.get(), event, sizeof event) > 0 &&
+        ::read(openings.get(), event, sizeof event) > 0 &&
+        ::rename(part.toUtf8().constData(), At("mine").toUtf8().constData()) == 0;
+    ::_exit(done ? 0 : 1);
+  }
+  char told = 0;
+  ASSERT_EQ(::read(reading.get(), &told, 1), 1);
+  CopyFileDurably(At("source"), At("target"));
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(ReadFile(At("mine")), "half of a copy");
+  EXPECT_EQ(ReadFile(At("target")), "new");
 }
 
-TEST_F(LeftoversTest, CopyOfAnotherMachineThatIsHeldStaysHoweverLongItTakes) {
-  WriteFile(At(kOfAnother), "half of a copy");
-  const Descriptor writer = Open(At(kOfAnother));
-  ASSERT_TRUE(HoldUnfinished(writer.get()));
-  RemoveLeftovers(folder_.path(), std::chrono::seconds(0));
-  EXPECT_EQ(NamesIn(), QStringList{kOfAnother});
-}
-
-TEST_F(LeftoversTest, FileThatSomebodyIsAboutToRemoveCannotBeHeld) {
-  WriteFile(At(kOfAnother), "half of a copy");
-  const Descriptor remover = Open(At(kOfAnother));
-  const Descriptor writer = Open(At(kOfAnother));
-  ASSERT_TRUE(HoldUnfinished(remover.get()));
-  EXPECT_FALSE(HoldUnfinished(writer.get()));
-}
-
-TEST_F(LeftoversTest, FolderOrLinkOfSuchANameStays) {
+TEST_F(LeftoversTest, OtherFilesStayAndALinkGoesWithoutWhatItLeadsTo) {
   WriteFile(At("mine"), "a person's own");
-  const QString folder = NextUnfinishedName(folder_.path());
-  const QString link = NextUnfinishedName(folder_.path());
-  ASSERT_TRUE(QDir().mkdir(folder));
-  ASSERT_TRUE(QFile::link(At("mine"), link));
-  RemoveLeftovers(folder_.path(), std::chrono::seconds(0));
-  EXPECT_TRUE(QFileInfo(folder).isDir());
-  EXPECT_TRUE(QFileInfo(link).isSymLink());
+  WriteFile(At(".kestrix.part.bak"), "a person's own");
+  ASSERT_TRUE(QFile::link(At("mine"), At(kPartName)));
+  CopyFileDurably(At("mine"), At(".kestrix.part.bak"));
+  EXPECT_EQ(NamesIn(), (QStringList{".kestrix.part.bak", "mine"}));
   EXPECT_EQ(ReadFile(At("mine")), "a person's own");
 }
 
-TEST_F(LeftoversTest, FolderThatIsMissingOrMayNotBeReadIsPassedOver) {
+TEST_F(LeftoversTest, FolderThatIsMissingOrMayNotBeWrittenIsPassedOver) {
   KESTRIX_SKIP_WITHOUT_NOBODY();
-  RemoveLeftovers(At("none"));
+  RemoveLeftover(At("none"));
   ASSERT_TRUE(QDir(folder_.path()).mkdir("closed"));
   const QString leftover = GivenLeftover("closed");
   GiveToNobody(folder_.path());
   ASSERT_EQ(::chmod(At("closed").toUtf8().constData(), 0555), 0);
   EXPECT_EQ(RunAsNobody([&] {
-              RemoveLeftovers(At("closed"));
+              RemoveLeftover(At("closed"));
               return QStringLiteral("done");
             }).value_or("no report"),
             "done");
@@ -152,66 +125,39 @@ TEST_F(LeftoversTest, FolderThatIsMissingOrMayNotBeReadIsPassedOver) {
   ::chmod(At("closed").toUtf8().constData(), 0755);
 }
 
-// What copies do about them.
-
 TEST_F(LeftoversTest, EachWayIntoAFolderRemovesWhatWasLeftThere) {
   WriteFile(At("source"), "new");
   ASSERT_TRUE(QDir(folder_.path()).mkpath("from/below"));
-  ASSERT_TRUE(QDir(folder_.path()).mkpath("to/below"));
+  ASSERT_TRUE(QDir(folder_.path()).mkpath("far"));
   WriteFile(At("from/below/a"), "new");
-  const auto expect_gone = [](const QString& leftover) {
-    EXPECT_FALSE(QFileInfo::exists(leftover)) << leftover.toStdString();
-  };
-
-  QString leftover = GivenLeftover();
-  CopyFileDurably(At("source"), At("target"));
-  expect_gone(leftover);
-
-  leftover = GivenLeftover();
-  CopyOpenFileDurably(Open(At("source")).get(), At("target"));
-  expect_gone(leftover);
-
-  leftover = GivenLeftover();
-  WriteFileDurably(At("target"), "text");
-  expect_gone(leftover);
-
-  leftover = GivenLeftover("to");
-  const QString below = GivenLeftover("to/below");
-  CopyFolderDurably(At("from"), At("to"));
-  expect_gone(leftover);
-  expect_gone(below);
-
-  leftover = GivenLeftover("to");
-  CopyGroup group(folder_.path());
-  CopyFileDurably(At("source"), At("to/b"), Sync::With(group));
-  expect_gone(leftover);
-}
-
-TEST_F(LeftoversTest, CopyOverALinkCleansUpWhereTheFileLies) {
-  WriteFile(At("source"), "new");
-  ASSERT_TRUE(QDir(folder_.path()).mkdir("far"));
   WriteFile(At("far/file"), "old");
   ASSERT_TRUE(QFile::link(At("far/file"), At("link")));
-  const QString leftover = GivenLeftover("far");
-  CopyFileDurably(At("source"), At("link"));
-  EXPECT_FALSE(QFileInfo::exists(leftover));
+  CopyFolderDurably(At("from"), At("to"));
+  const struct {
+    const char* folder;
+    std::function<void()> act;
+  } kWays[] = {
+      {".", [this] { CopyFileDurably(At("source"), At("target")); }},
+      {".", [this] { CopyOpenFileDurably(Open(At("source")).get(), At("target")); }},
+      {".", [this] { WriteFileDurably(At("target"), "text"); }},
+      {"far", [this] { CopyFileDurably(At("source"), At("link")); }},
+      {"to/below", [this] { CopyFolderDurably(At("from"), At("to")); }},
+  };
+  for (const auto& way : kWays) {
+    const QString leftover = GivenLeftover(way.folder);
+    way.act();
+    EXPECT_FALSE(QFileInfo::exists(leftover));
+  }
 }
 
-TEST_F(LeftoversTest, FolderCopyLeavesUnfinishedCopiesOfTheDeadAndOfTheLivingOut) {
-  ASSERT_TRUE(QDir(folder_.path()).mkpath("from/below"));
+TEST_F(LeftoversTest, FolderCopyLeavesUnfinishedCopiesOut) {
+  ASSERT_TRUE(QDir(folder_.path()).mkpath("from"));
   WriteFile(At("from/a.jpg"), "a picture");
-  WriteFile(At("from/" + kOfAnother), "half of a copy");
-  const QString living = GivenLeftover("from/below");
-  const Descriptor writer = Open(living);
-  ASSERT_TRUE(HoldUnfinished(writer.get()));
-
+  const QString leftover = GivenLeftover("from");
   CopyFolderDurably(At("from"), At("to"));
-
-  EXPECT_EQ(NamesIn("to"), (QStringList{"a.jpg", "below"}));
-  EXPECT_EQ(NamesIn("to/below"), QStringList());
+  EXPECT_EQ(NamesIn("to"), QStringList{"a.jpg"});
   // The source is left as it is.
-  EXPECT_TRUE(QFileInfo::exists(living));
-  EXPECT_TRUE(QFileInfo::exists(At("from/" + kOfAnother)));
+  EXPECT_TRUE(QFileInfo::exists(leftover));
 }
 
 /// Copies over `target` in a child that is killed at the moment when the copy was to take its
@@ -240,7 +186,7 @@ TEST_P(LeftoversKilledTest, CopierThatIsKilledBeforeItsCopyHasItsPlaceLeavesWhat
 
   EXPECT_EQ(ReadFile(At("target")), "old");
   ASSERT_EQ(NamesIn().size(), 3);
-  EXPECT_TRUE(IsUnfinishedName(NamesIn().first()));
+  EXPECT_EQ(NamesIn().first(), kPartName);
 
   CopyFileDurably(At("source"), At("target"));
   EXPECT_EQ(ReadFile(At("target")), "new");

@@ -77,7 +77,8 @@ TEST_F(QtFileDialogsTest, OpeningGivesTheFullPathThatWasChosen) {
     filter = dialog.selectedNameFilter();
     TypeName(dialog, At("plan.jpg"));
   });
-  EXPECT_EQ(dialogs_.Open({"BELTROVAN : Select", "Folders|Folders|*..", 2, ""}), At("plan.jpg"));
+  EXPECT_EQ(dialogs_.Open({"BELTROVAN : Select", "Folders|Folders|*..", 2, "", ""}),
+            At("plan.jpg"));
   EXPECT_EQ(title, "BELTROVAN : Select");
   EXPECT_EQ(filters, QStringList({"Folders (Folders)", "*.. (*)"}));
   EXPECT_EQ(filter, "*.. (*)");
@@ -93,7 +94,7 @@ TEST_F(QtFileDialogsTest, WithoutADocumentsFolderItOpensAtHomeWithNoNameTyped) {
     if (auto* edit = dialog.findChild<QLineEdit*>("fileNameEdit")) typed = edit->text();
     dialog.reject();
   });
-  dialogs_.Open({"Open", "All Files (*.*)|*.*", 1, ""});
+  dialogs_.Open({"Open", "All Files (*.*)|*.*", 1, "", ""});
   qputenv("HOME", home);
   EXPECT_EQ(opened, QDir(folder_.path()).absolutePath());
   EXPECT_EQ(typed, "");
@@ -105,7 +106,7 @@ TEST_F(QtFileDialogsTest, FilterIndexOutsideTheChoicesIsTheFirst) {
     filter = dialog.selectedNameFilter();
     dialog.reject();
   });
-  EXPECT_EQ(dialogs_.Open({"Open", "A|*.a|B|*.b", 7, ""}), "");
+  EXPECT_EQ(dialogs_.Open({"Open", "A|*.a|B|*.b", 7, "", ""}), "");
   EXPECT_EQ(filter, "A (*.a)");
 }
 
@@ -114,7 +115,7 @@ TEST_F(QtFileDialogsTest, SavingGivesTheNameAsItWasTypedWithoutAnExtension) {
     EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
     TypeName(dialog, At("notes"));
   });
-  EXPECT_EQ(dialogs_.Save({"Save As", "All Files (*.kfe*)|*.kfe*", 1, ""}), At("notes"));
+  EXPECT_EQ(dialogs_.Save({"Save As", "All Files (*.kfe*)|*.kfe*", 1, "", ""}), At("notes"));
   EXPECT_FALSE(QFileInfo::exists(At("notes")));
 }
 
@@ -123,13 +124,13 @@ TEST_F(QtFileDialogsTest, CancelledDialogGivesNothingAndTheNextOneOpensWhereItWa
     dialog.setDirectory(folder_.path());
     dialog.reject();
   });
-  EXPECT_EQ(dialogs_.Open({"Open", "All Files (*.*)|*.*", 1, ""}), "");
+  EXPECT_EQ(dialogs_.Open({"Open", "All Files (*.*)|*.*", 1, "", ""}), "");
   QString opened_in;
   InDialog([&](QFileDialog& dialog) {
     opened_in = dialog.directory().absolutePath();
     dialog.reject();
   });
-  EXPECT_EQ(dialogs_.Save({"Save", "All Files (*.*)|*.*", 1, ""}), "");
+  EXPECT_EQ(dialogs_.Save({"Save", "All Files (*.*)|*.*", 1, "", ""}), "");
   EXPECT_EQ(opened_in, folder_.path());
 }
 
@@ -142,7 +143,7 @@ TEST_F(QtFileDialogsTest, DialogLiesOverTheWindowInFront) {
     parent = dialog.parentWidget();
     dialog.reject();
   });
-  (void)dialogs_.Open({"Open", "", 1, ""});
+  (void)dialogs_.Open({"Open", "", 1, "", ""});
   EXPECT_EQ(parent, &window);
 }
 
