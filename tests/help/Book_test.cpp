@@ -3,6 +3,7 @@
 #include <QBuffer>
 #include <QRegularExpression>
 #include <QStandardPaths>
+#include <qpdf/QPDF.hh>
 
 #include "HelpTest.h"
 
@@ -14,11 +15,9 @@ bool IsWholePdf(const QByteArray& bytes) {
 }
 
 int PagesOf(const QByteArray& pdf) {
-  static const QRegularExpression kPage(QStringLiteral("/Type /Page\\b(?!s)"));
-  auto found = kPage.globalMatch(QString::fromLatin1(pdf));
-  int pages = 0;
-  for (; found.hasNext(); found.next()) ++pages;
-  return pages;
+  QPDF file;
+  file.processMemoryFile("pdf", pdf.constData(), static_cast<size_t>(pdf.size()));
+  return static_cast<int>(file.getAllPages().size());
 }
 
 class BookTest : public HelpTest {
@@ -43,7 +42,38 @@ TEST_F(BookTest, BookHasTitleContentsAndItsTextOnPagesOfA4) {
   const QByteArray pdf = Printed(text);
   EXPECT_TRUE(IsWholePdf(pdf));
   EXPECT_EQ(PagesOf(pdf), 4);
-  EXPECT_TRUE(pdf.contains("/MediaBox [0 0 595"));
+  EXPECT_TRUE(pdf.contains("/MediaBox [ 0 0 595"));
+}
+
+/// What a reader of PDFs finds in the finished file.
+TEST_F(BookTest, BookmarksContentsAndLinksLeadToTheirHeadings) {
+  const QByteArray pdf = Printed(
+      QStringLiteral("# Title\n\n## One\n\nSee [the *other* one](#two) there.\n\n") +
+      QStringLiteral("- entry\n").repeated(90) + QStringLiteral("\n## Two\n\n### Part\n\nText.\n"));
+  QPDF file;
+  file.processMemoryFile("pdf", pdf.constData(), static_cast<size_t>(pdf.size()));
+  auto root = file.getRoot();
+  EXPECT_EQ(root.getKey("/Lang").getUTF8Value(), "en");
+  EXPECT_EQ(file.getTrailer().getKey("/Info").getKey("/Title").getUTF8Value(), "Title");
+  auto one = root.getKey("/Outlines").getKey("/First");
+  auto two = one.getKey("/Next");
+  EXPECT_EQ(one.getKey("/Title").getUTF8Value(), "1  One");
+  EXPECT_EQ(two.getKey("/Title").getUTF8Value(), "2  Two");
+  EXPECT_EQ(two.getKey("/First").getKey("/Title").getUTF8Value(), "2.1  Part");
+  auto pages = file.getAllPages();
+  ASSERT_EQ(pages.size(), 5u);
+  EXPECT_EQ(two.getKey("/Dest").getArrayItem(0).getObjGen(), pages[4].getObjGen());
+  // Three lines of the contents, and the link of the text.
+  auto contents = pages[1].getKey("/Annots");
+  ASSERT_EQ(contents.getArrayNItems(), 3);
+  EXPECT_EQ(contents.getArrayItem(1).getKey("/Dest").unparse(), two.getKey("/Dest").unparse());
+  auto links = pages[2].getKey("/Annots");
+  ASSERT_EQ(links.getArrayNItems(), 1);
+  EXPECT_EQ(links.getArrayItem(0).getKey("/Dest").unparse(), two.getKey("/Dest").unparse());
+  const auto area = links.getArrayItem(0).getKey("/Rect").getArrayAsRectangle();
+  EXPECT_GT(area.urx - area.llx, 40);
+  EXPECT_GT(area.llx, 60) << "not from the margin of the page, but from the words";
+  EXPECT_LT(area.ury, 842 - 60);
 }
 
 /// `lines` entries, and then the text; wherever it comes to the foot of a page.

@@ -16,7 +16,7 @@ class ManualTest : public HelpTest {
 
 TEST_F(ManualTest, EveryKindOfBlockIsRead) {
   const Manual manual = Read(QStringLiteral(
-      "# The title\n\nBefore.\n\n## One {page}\n\n### Part\n\nA text\nof two lines.\n\n"
+      "# The title\n\nBefore.\n\n## One {#first}\n\n### Part\n\nA text\nof two lines.\n\n"
       "- an entry\n  that goes on\n1. a step\n\n![a form](form.png)\n\n| a | b |\n|---|---|\n"
       "| c | d |\n\n## Two\n\nFirst words.\nSecond words.\n: What to do,\n  and then.\n"));
   EXPECT_EQ(manual.title, QStringLiteral("The title"));
@@ -26,10 +26,10 @@ TEST_F(ManualTest, EveryKindOfBlockIsRead) {
   ASSERT_EQ(manual.blocks.size(), std::size(kinds));
   for (size_t i = 0; i < std::size(kinds); ++i) {
     EXPECT_EQ(manual.blocks[i].kind, kinds[i]) << i;
-    // The chapter that is marked for the page, and nothing before or behind it.
-    EXPECT_EQ(manual.blocks[i].on_page, i >= 1 && i <= 7) << i;
   }
   EXPECT_EQ(PlainText(manual.blocks[1].line), QStringLiteral("One"));
+  EXPECT_EQ(manual.blocks[1].anchor, QStringLiteral("first"));
+  EXPECT_EQ(manual.blocks[2].anchor, QStringLiteral("part"));
   EXPECT_EQ(PlainText(manual.blocks[3].line), QStringLiteral("A text of two lines."));
   EXPECT_EQ(PlainText(manual.blocks[4].line), QStringLiteral("an entry that goes on"));
   EXPECT_EQ(manual.blocks[6].picture, QStringLiteral("form.png"));
@@ -51,6 +51,16 @@ TEST_F(ManualTest, FacesAreToldApart) {
   EXPECT_EQ(line[5].text, QStringLiteral("name"));
   EXPECT_EQ(line[5].face, Face::kVariable);
   EXPECT_EQ(line[6].face, Face::kPlain);
+}
+
+TEST_F(ManualTest, LinkLeadsToAHeadingThatIsThere) {
+  const Manual manual = Read(QStringLiteral("# T\nSee [the part](#part).\n\n## Part\n"));
+  const help::Run& link = manual.blocks[0].line.at(1);
+  EXPECT_EQ(link.text, QStringLiteral("the part"));
+  EXPECT_EQ(link.face, Face::kLink);
+  EXPECT_EQ(link.target, QStringLiteral("part"));
+  EXPECT_NE(SentenceAbout("See [it](#gone).\n").find("no heading has the anchor \"gone\""),
+            std::string::npos);
 }
 
 TEST_F(ManualTest, StrokeKeepsAMessageFromBeingAnEntry) {

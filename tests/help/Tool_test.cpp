@@ -8,7 +8,7 @@ namespace {
 class ToolTest : public HelpTest {
  protected:
   void SetUp() override {
-    MakeFile(QStringLiteral("m.md"), "# T\n\n## One {page}\n\n![a form](form.png)\n");
+    MakeFile(QStringLiteral("m.md"), "# T\n\n## One\n\n![a form](form.png)\n");
   }
 
   /// Runs the tool on the manual; gives its exit code.

@@ -17,6 +17,7 @@
 #include <array>
 #include <map>
 
+#include "PdfMarks.h"
 #include "platform/Failure.h"
 
 namespace kestrix::help {
@@ -25,6 +26,7 @@ namespace {
 using Kind = Block::Kind;
 
 constexpr int kKeepWithNext = QTextFormat::UserProperty + 1;
+constexpr int kTarget = QTextFormat::UserProperty + 2;
 
 constexpr qreal kMarginMm = 20;
 constexpr qreal kFooterMm = 9;
@@ -86,8 +88,17 @@ struct Entry {
   QString number;
   QString text;
   bool chapter = false;
+  QString anchor;
   int block = 0;  ///< of the laid out text
-  int page = 0;   ///< of the book, counted from 1
+  int page = 0;   ///< of the text, counted from 0
+  qreal y = 0;    ///< on that page, in its dots
+};
+
+/// A stretch of a line that leads to a heading.
+struct Link {
+  int page = 0;
+  QRectF area;
+  QString anchor;
 };
 
 /// The text behind the table of contents, laid out page by page.
@@ -146,12 +157,25 @@ class Body {
     while (BreakBeforeFirstTorn(QTextBlock())) {
     }
     for (Entry& entry : entries_) {
-      entry.page = PageOf(text_.findBlockByNumber(entry.block)) + 1;
+      const QTextBlock heading = text_.findBlockByNumber(entry.block);
+      entry.page = PageOf(heading);
+      entry.y = LineTop(heading, 0) - entry.page * page_.height();
     }
   }
 
   [[nodiscard]] const std::vector<Entry>& Entries() const { return entries_; }
   [[nodiscard]] int Pages() const { return text_.pageCount(); }
+
+  [[nodiscard]] std::vector<Link> Links() const {
+    std::vector<Link> links;
+    for (QTextBlock block = text_.begin(); block.isValid(); block = block.next()) {
+      for (auto it = block.begin(); !it.atEnd(); ++it) {
+        const QString anchor = it.fragment().charFormat().stringProperty(kTarget);
+        if (!anchor.isEmpty()) AddLinks(block, it.fragment(), anchor, links);
+      }
+    }
+    return links;
+  }
 
   [[nodiscard]] std::vector<QStringList> LinesOfPages() const {
     std::vector<QStringList> pages(static_cast<size_t>(Pages()));
@@ -183,6 +207,25 @@ class Body {
     if (QCoreApplication::testAttribute(Qt::AA_Use96Dpi)) return 96;
     const QScreen* screen = QGuiApplication::primaryScreen();
     return screen == nullptr ? 96 : screen->logicalDotsPerInchY();
+  }
+
+  /// A piece of text may go over several lines.
+  void AddLinks(const QTextBlock& block, const QTextFragment& piece, const QString& anchor,
+                std::vector<Link>& links) const {
+    const int begin = piece.position() - block.position();
+    for (int i = 0; i < block.layout()->lineCount(); ++i) {
+      const QTextLine line = block.layout()->lineAt(i);
+      const int from = std::max(begin, line.textStart());
+      const int to = std::min(begin + piece.length(), line.textStart() + line.textLength());
+      if (from >= to) continue;
+      const qreal top = LineTop(block, i);
+      const int page = PageAt(top);
+      const qreal left = line.cursorToX(from);
+      links.push_back({page,
+                       QRectF(RectOf(block).left() + left, top - page * page_.height(),
+                              line.cursorToX(to) - left, line.height()),
+                       anchor});
+    }
   }
 
   /// The end of the text in a new block, the first one of all excepted.
@@ -222,6 +265,10 @@ class Body {
       QTextCharFormat format = plain;
       if (run.face == Run::Face::kCaption) format.setFontWeight(QFont::Bold);
       if (run.face == Run::Face::kVariable) format.setFontItalic(true);
+      if (run.face == Run::Face::kLink) {
+        format.setForeground(kLead);
+        format.setProperty(kTarget, run.target);
+      }
       if (run.face == Run::Face::kTyped) {
         format.setFontFamilies({QStringLiteral("DejaVu Sans Mono")});
         format.setFontPointSize(plain.fontPointSize() - 0.5);
@@ -246,6 +293,7 @@ class Body {
     entry.number =
         chapter ? QString::number(chapter_) : QStringLiteral("%1.%2").arg(chapter_).arg(section_);
     entry.text = PlainText(block.line);
+    entry.anchor = block.anchor;
     QTextCursor cursor = Begin(format);
     entry.block = cursor.blockNumber();
     cursor.insertText(entry.number + QStringLiteral("  ") + entry.text, CharFormat(setting));
@@ -513,9 +561,41 @@ class Printer {
       body.Draw(painter_, page);
     }
     painter_.end();
+    NoteMarks(body);
   }
 
+  [[nodiscard]] const std::vector<PdfBookmark>& Bookmarks() const { return bookmarks_; }
+  [[nodiscard]] const std::vector<PdfLink>& Links() const { return links_; }
+
  private:
+  /// What leads where, once every page is known.
+  void NoteMarks(const Body& body) {
+    std::map<QString, PdfPlace> places;
+    for (const Entry& entry : body.Entries()) {
+      const PdfPlace place{first_page_ + entry.page, Points(QRectF(0, entry.y, 0, 0)).top()};
+      places[entry.anchor] = place;
+      bookmarks_.push_back(
+          {entry.number + QStringLiteral("  ") + entry.text, entry.chapter, place});
+    }
+    const QFontMetricsF metrics(TextFont(kTextPoints), &writer_);
+    for (const auto& [page, lines] : contents_) {
+      for (const Place& line : lines) {
+        const QRectF area(0, line.y, frame_.width(), metrics.height());
+        links_.push_back({1 + page, Points(area), bookmarks_[line.entry].place});
+      }
+    }
+    for (const Link& link : body.Links())
+      links_.push_back({first_page_ + link.page, Points(link.area), places[link.anchor]});
+  }
+
+  /// From dots of the frame to points of the page.
+  [[nodiscard]] QRectF Points(const QRectF& area) const {
+    const qreal point = writer_.logicalDpiY() / 72.0;
+    const QMarginsF margins = writer_.pageLayout().margins(QPageLayout::Point);
+    return {margins.left() + area.left() / point, margins.top() + area.top() / point,
+            area.width() / point, area.height() / point};
+  }
+
   void NextPage() {
     if (!writer_.newPage()) {
       throw Failure(failure::kDeviceError, QStringLiteral("The manual can't be written."));
@@ -587,7 +667,7 @@ class Printer {
     const qreal left = (entry.chapter ? 0 : 8) * dots_;
     const qreal text = left + (entry.chapter ? 8 : 12) * dots_;
     const qreal base = y + metrics.ascent();
-    const QString page = QString::number(first_page_ + entry.page);
+    const QString page = QString::number(first_page_ + entry.page + 1);
     const qreal right = frame_.width() - metrics.horizontalAdvance(page);
     painter_.drawText(QPointF(left, base), entry.number);
     painter_.drawText(QPointF(text, base), entry.text);
@@ -617,16 +697,25 @@ class Printer {
   int page_ = 1;
   int pages_ = 1;
   int first_page_ = 1;  ///< the pages before the body
+  std::vector<PdfBookmark> bookmarks_;
+  std::vector<PdfLink> links_;
 };
 
 }  // namespace
 
 void PrintBook(const Manual& manual, const Pictures& pictures, QIODevice& device) {
-  QPdfWriter writer(&device);
+  QBuffer pages;
+  pages.open(QIODevice::WriteOnly);
+  QPdfWriter writer(&pages);
   writer.setTitle(manual.title);
   writer.setCreator(QStringLiteral("KestrixStudy"));
   SetPage(writer);
-  Printer(manual, pictures, writer).Print();
+  Printer printer(manual, pictures, writer);
+  printer.Print();
+  const QByteArray book =
+      WithMarks(pages.data(), printer.Bookmarks(), printer.Links(), QStringLiteral("en"));
+  if (device.write(book) != book.size())
+    throw Failure(failure::kDeviceError, QStringLiteral("The manual can't be written."));
 }
 
 std::vector<QStringList> LinesOfPages(const Manual& manual, const Pictures& pictures) {

@@ -8,10 +8,11 @@
 namespace kestrix::help {
 
 /// Prints the whole manual as a PDF: A4, a title page with the text before the first chapter, the
-/// table of contents, and the chapters, each on a new page. A heading never stands alone at the
-/// foot of a page, nor does a picture without its caption or a message without its advice. Every
-/// page but the first bears its number, counted from the title page, so that it is the number that
-/// a PDF reader shows.
+/// table of contents, and the chapters, each on a new page. Bookmarks, the lines of the contents
+/// and the links of the text lead to their headings. A heading never stands alone at the foot of a
+/// page, nor does a picture without its caption or a message without its advice. Every page but the
+/// first bears its number, counted from the title page, so that it is the number that a PDF reader
+/// shows.
 ///
 /// It needs a QGuiApplication, any platform will do. Fails as Pictures does; a device that can't be
 /// written to fails with kDeviceError.

@@ -1,7 +1,5 @@
 #include "HelpPage.h"
 
-#include "platform/Failure.h"
-
 namespace kestrix::help {
 namespace {
 
@@ -38,6 +36,8 @@ dt { margin-top: 0.9rem; padding: 0.3rem 0.6rem; border-left: 4px solid var(--le
 dt + dt { margin-top: 0; }
 dd { margin: 0.3rem 0 0 0.9rem; }
 code { font-size: 0.95em; }
+a { color: var(--lead); }
+nav ul { columns: 20rem; list-style: none; padding: 0; }
 </style>
 </head>
 <body>
@@ -60,6 +60,9 @@ QString Html(const Line& line) {
       case Run::Face::kVariable:
         html += QStringLiteral("<i>") + text + QStringLiteral("</i>");
         break;
+      case Run::Face::kLink:
+        html += QStringLiteral("<a href=\"#%1\">%2</a>").arg(run.target, text);
+        break;
     }
   }
   return html;
@@ -78,10 +81,11 @@ class Writer {
     Enter(block.kind);
     switch (block.kind) {
       case Kind::kChapter:
-        html_ += Element("h2", block.line);
-        break;
       case Kind::kSection:
-        html_ += Element("h3", block.line);
+        html_ +=
+            QStringLiteral("<%1 id=\"%2\">%3</%1>\n")
+                .arg(block.kind == Kind::kChapter ? QStringLiteral("h2") : QStringLiteral("h3"),
+                     block.anchor, Html(block.line));
         break;
       case Kind::kParagraph:
         html_ += Element("p", block.line);
@@ -157,20 +161,17 @@ class Writer {
 
 QByteArray HelpPage(const Manual& manual, const Pictures& pictures) {
   Writer writer(pictures);
-  QString title;
+  QString contents;
   for (const Block& block : manual.blocks) {
-    if (!block.on_page) continue;
-    if (title.isEmpty()) title = manual.title + QStringLiteral(": ") + help::PlainText(block.line);
     writer.Write(block);
+    if (block.kind == Kind::kChapter)
+      contents +=
+          QStringLiteral("<li><a href=\"#%1\">%2</a></li>\n").arg(block.anchor, Html(block.line));
   }
-  if (title.isEmpty()) {
-    throw Failure(failure::kSyntax,
-                  QStringLiteral("No chapter of the manual is marked {page} for the help page."));
-  }
-  title = title.toHtmlEscaped();
-  const QString body = writer.Close();
-  return (QString::fromLatin1(kHead).arg(title) + QStringLiteral("<h1>%1</h1>\n").arg(title) +
-          body + QStringLiteral("</body>\n</html>\n"))
+  const QString title = manual.title.toHtmlEscaped();
+  return (QString::fromLatin1(kHead).arg(title) +
+          QStringLiteral("<h1>%1</h1>\n<nav><ul>\n%2</ul></nav>\n").arg(title, contents) +
+          writer.Close() + QStringLiteral("</body>\n</html>\n"))
       .toUtf8();
 }
 

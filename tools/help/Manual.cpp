@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QRegularExpression>
+#include <QSet>
 #include <array>
 #include <utility>
 
@@ -32,6 +33,10 @@ class Parser {
     ReadTitle();
     while (at_ < lines_.size()) ReadBlock();
     if (manual_.blocks.empty()) Refuse(QStringLiteral("no text follows the title"));
+    for (const QString& target : std::as_const(targets_)) {
+      if (!anchors_.contains(target))
+        Refuse(QStringLiteral("no heading has the anchor \"%1\" that a link leads to").arg(target));
+    }
     return std::move(manual_);
   }
 
@@ -58,10 +63,9 @@ class Parser {
     if (line.trimmed().isEmpty()) {
       ++at_;
     } else if (line.startsWith(QLatin1String("## "))) {
-      ReadChapter(line.mid(3).trimmed());
+      ReadHeading(Kind::kChapter, line.mid(3).trimmed());
     } else if (line.startsWith(QLatin1String("### "))) {
-      Add(Kind::kSection, line.mid(4).trimmed());
-      ++at_;
+      ReadHeading(Kind::kSection, line.mid(4).trimmed());
     } else if (line.startsWith(QLatin1Char('#'))) {
       Refuse(QStringLiteral("only \"##\" and \"###\" begin a heading behind the title"));
     } else if (line.startsWith(QLatin1String("!["))) {
@@ -76,11 +80,18 @@ class Parser {
     }
   }
 
-  void ReadChapter(QString text) {
-    static const QString kPage = QStringLiteral("{page}");
-    on_page_ = text.endsWith(kPage);
-    if (on_page_) text.chop(kPage.size());
-    Add(Kind::kChapter, text.trimmed());
+  void ReadHeading(Kind kind, const QString& text) {
+    static const QRegularExpression kAnchor(QStringLiteral(" *\\{#([a-z0-9_-]+)\\}$"));
+    static const QRegularExpression kNoWord(QStringLiteral("[^a-z0-9]+"));
+    const auto given = kAnchor.match(text);
+    const QString words = given.hasMatch() ? text.left(given.capturedStart()) : text;
+    QString anchor = given.captured(1);
+    if (anchor.isEmpty()) anchor = words.toLower().replace(kNoWord, QStringLiteral("-"));
+    // Some sections have one name in every chapter.
+    while (anchors_.contains(anchor) && !given.hasMatch()) anchor += QStringLiteral("-next");
+    if (anchors_.contains(anchor)) Refuse(QStringLiteral("another heading has this anchor"));
+    anchors_.insert(anchor);
+    Add(kind, words).anchor = anchor;
     ++at_;
   }
 
@@ -161,19 +172,28 @@ class Parser {
     Block block;
     block.kind = kind;
     block.line = Faces(text);
-    block.on_page = on_page_;
     manual_.blocks.push_back(std::move(block));
     return manual_.blocks.back();
   }
 
-  [[nodiscard]] Line Faces(const QString& text) const {
+  [[nodiscard]] Line Faces(const QString& text) {
+    static const QRegularExpression kLink(QStringLiteral("\\[([^\\[\\]]+)\\]\\(#([a-z0-9_-]+)\\)"));
     Line line;
     QString plain;
     const auto flush = [&] {
-      if (!plain.isEmpty()) line.push_back({plain, Run::Face::kPlain});
+      if (!plain.isEmpty()) line.push_back({plain, Run::Face::kPlain, {}});
       plain.clear();
     };
     for (qsizetype i = 0; i < text.size();) {
+      const auto link = kLink.match(text, i, QRegularExpression::NormalMatch,
+                                    QRegularExpression::AnchorAtOffsetMatchOption);
+      if (link.hasMatch()) {
+        flush();
+        line.push_back({link.captured(1), Run::Face::kLink, link.captured(2)});
+        targets_.append(link.captured(2));
+        i = link.capturedEnd();
+        continue;
+      }
       const Mark* mark = MarkAt(text, i);
       if (mark == nullptr) {
         plain += text[i++];
@@ -185,7 +205,7 @@ class Parser {
         Refuse(QStringLiteral("\"%1\" has no end or nothing in it").arg(QString(mark->sign)));
       }
       flush();
-      line.push_back({text.mid(begin, end - begin), mark->face});
+      line.push_back({text.mid(begin, end - begin), mark->face, {}});
       i = end + mark->sign.size();
     }
     flush();
@@ -202,7 +222,8 @@ class Parser {
   QStringList lines_;
   QString name_;
   qsizetype at_ = 0;
-  bool on_page_ = false;
+  QSet<QString> anchors_;
+  QStringList targets_;
   Manual manual_;
 };
 

@@ -8,9 +8,10 @@ namespace kestrix::help {
 
 /// A stretch of text in one face.
 struct Run {
-  enum class Face { kPlain, kCaption, kTyped, kVariable };
+  enum class Face { kPlain, kCaption, kTyped, kVariable, kLink };
   QString text;
   Face face = Face::kPlain;  ///< kCaption: as it stands on the screen; kVariable: stands for a text
+  QString target;            ///< kLink: the anchor of a heading
 };
 using Line = std::vector<Run>;
 
@@ -22,17 +23,18 @@ struct Block {
   std::vector<Line> messages;           ///< kMessage: the messages that the line is for
   QString picture;                      ///< kPicture: a file name without a folder
   std::vector<std::vector<Line>> rows;  ///< kTable: the first row holds the heads
-  bool on_page = false;                 ///< stands on the help page too
+  QString anchor;                       ///< kChapter, kSection: what links lead to
 };
 
-/// The source of all help, read: the manual is all of it, the help page the chapters marked for it.
-/// The source is a plain text file in a small part of Markdown:
+/// The source of all help, read: the manual and the help page show all of it. The source is a plain
+/// text file in a small part of Markdown:
 ///
 ///     # Title                      once, at the top
-///     ## Chapter {page}            {page}: this chapter stands on the help page too
-///     ### Section
+///     ## Chapter {#anchor}         what links lead to: of a chapter about a form the form's name
+///     ### Section                  in small letters; without one it is made of the words
 ///     A paragraph, of any number   with **captions of the screen**, `what is typed or lies on the
 ///     of lines                     disk` and *what stands for another text*
+///     [a link](#anchor)            leads to the heading of that anchor
 ///     - an entry, 1. a step        further lines are indented
 ///     | head | head |              a table; its second line is |---|---|
 ///     ![what it shows](name.png)   a picture
