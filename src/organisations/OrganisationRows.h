@@ -19,6 +19,9 @@ inline constexpr int kOrgName = 0;
 inline constexpr int kStudyNumber = 1;
 inline constexpr int kLastStudyNumber = 0;
 
+/// What OrgEntryMode says: nothing is pending, a name is being added, an organisation was opened.
+enum EntryMode : qint16 { kIdle, kAdding, kOpened };
+
 [[nodiscard]] bool IsNoName(const QString& name);
 /// Stands on the first of the first `at_most` rows that has `name`; false when there is none. Fails
 /// with kNoCurrentRow on an empty register.

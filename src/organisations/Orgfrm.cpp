@@ -56,7 +56,7 @@ void Orgfrm::Load() {
   try {
     files().ChangeFolder(installation().ApplicationFolder());
     OpenRegister();
-    session().OrgEntryMode = 0;
+    session().OrgEntryMode = kIdle;
     ui_->orgnmecbotxt->setText(Name());
   } catch (const Failure&) {
     Tell(Icon::kCritical, title::kFilesMissing,
@@ -145,7 +145,7 @@ void Orgfrm::Deactivate() {
 
 void Orgfrm::Unload() {
   Q_EMIT Closing();
-  session().OrgEntryMode = 0;
+  session().OrgEntryMode = kIdle;
 }
 
 bool Orgfrm::eventFilter(QObject* watched, QEvent* event) {
@@ -174,13 +174,13 @@ void Orgfrm::orgnmecbo_Click() {
 
 void Orgfrm::orgnmecbotxt_Change() {
   ui_->clsd->setEnabled(true);
-  ui_->clsed->setEnabled(session().OrgEntryMode != 1);
+  ui_->clsed->setEnabled(session().OrgEntryMode != kAdding);
 }
 
 void Orgfrm::addorncmd_Click() {
   ui_->addorncmd->setProperty(kTag, QStringLiteral("1"));
   ui_->clsd->setProperty(kTag, QStringLiteral("0"));
-  session().OrgEntryMode = 1;
+  session().OrgEntryMode = kAdding;
   SetName(QString());
   ui_->orgnmecbo->setEnabled(false);
   ui_->orgnmecbotxt->setReadOnly(false);
@@ -196,10 +196,10 @@ void Orgfrm::orgnmecbotxt_LostFocus() {
   session().SelectedOrgName = IsNoName(Name()) ? QString() : Name();
   SetName(name);
   EnteredOrgName_ = name;
-  if (session().OrgEntryMode == 0) return;
+  if (session().OrgEntryMode == kIdle) return;
   if (IsNoName(name)) return DemandName();
   try {
-    if (session().OrgEntryMode == 1 && !AddOrganisation(name)) return;
+    if (session().OrgEntryMode == kAdding && !AddOrganisation(name)) return;
   } catch (const Failure&) {
     return;
   }
@@ -242,7 +242,7 @@ bool Orgfrm::AddOrganisation(const QString& name) {
   FocusLater(ui_->clsd);
   ui_->clsed->setEnabled(false);
   SetName(name);
-  session().OrgEntryMode = 0;
+  session().OrgEntryMode = kIdle;
   clsd_Click();
   return true;
 }
@@ -252,7 +252,7 @@ void Orgfrm::OpenDuplicate() {
   Tell(Icon::kCritical, QStringLiteral("BELTROVAN: Duplication"),
        QStringLiteral("Organization name [%1] already exists.").arg(Name()));
   ui_->addorncmd->setProperty(kTag, QStringLiteral("0"));
-  session().OrgEntryMode = 0;
+  session().OrgEntryMode = kIdle;
   session().SelectedOrgName = Name();
   session().ActiveOrgName = Name();
   clsd_Click();
@@ -287,7 +287,7 @@ void Orgfrm::hstry_Click() {
   session().SelectedOrgName = name;
   ui_->clsd->setEnabled(true);
   ui_->clsed->setEnabled(false);
-  if (session().OrgEntryMode == 1) DropEntry();
+  if (session().OrgEntryMode == kAdding) DropEntry();
   FocusLater(ui_->orgnmecbo);
   clsd_Click();
 }
@@ -295,7 +295,7 @@ void Orgfrm::hstry_Click() {
 /// A name that was being added is given up; none is numbered as if it had just been added.
 void Orgfrm::DropEntry() {
   ui_->addorncmd->setProperty(kTag, QStringLiteral("0"));
-  session().OrgEntryMode = 0;
+  session().OrgEntryMode = kIdle;
   ui_->orgnmecbotxt->setReadOnly(true);
   ui_->orgnmecbo->setEnabled(true);
   ui_->addorncmd->setEnabled(true);

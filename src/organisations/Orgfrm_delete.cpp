@@ -74,7 +74,7 @@ bool Orgfrm::AnyStudyIsInUse() {
 bool Orgfrm::ConfirmDelete() {
   PassOver(
       [this] {
-        if (session().OrgEntryMode == 1) return;
+        if (session().OrgEntryMode == kAdding) return;
         Recordset& rows = Orgndata_.Recordset();
         static_cast<void>(WalkTo(rows, EnteredOrgName_, rows.RecordCount()));
       },
@@ -123,7 +123,7 @@ void Orgfrm::ShowNoOrganisation() {
   ui_->addorncmd->setEnabled(true);
   ui_->clsed->setEnabled(true);
   ui_->clsd->setEnabled(false);
-  session().OrgEntryMode = 0;
+  session().OrgEntryMode = kIdle;
 }
 
 }  // namespace kestrix

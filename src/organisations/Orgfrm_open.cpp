@@ -36,7 +36,7 @@ void Orgfrm::clsd_Click() {
       [this] { Q_EMIT OrganisationOpened(u' ' + session().ActiveOrgName); });
   session().OrgOpenDone = 1;
   // The project form that came up may have unloaded this one already, which ends its modes.
-  if (session().OrgEntryMode != 1 && !IsUnloading()) session().OrgEntryMode = 2;
+  if (session().OrgEntryMode != kAdding && !IsUnloading()) session().OrgEntryMode = kOpened;
   UnloadForm();
 }
 
