@@ -13,17 +13,10 @@
 #include "store/Database.h"
 #include "support/Files.h"
 #include "support/FormTest.h"
+#include "support/OtherForm.h"
 #include "support/RunAsNobody.h"
 
 namespace kestrix {
-
-/// Another form of the program, with nothing on it.
-class OtherForm : public Form {
- public:
-  explicit OtherForm(Context& context) : Form(context.kit) {
-    setObjectName(QStringLiteral("OtherForm"));
-  }
-};
 
 /// Another process that holds the lock sign of a study, as a running program of another user does.
 class SignHolder {

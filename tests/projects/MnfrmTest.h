@@ -7,16 +7,9 @@
 #include "projects/mnfrm.h"
 #include "support/Files.h"
 #include "support/FormTest.h"
+#include "support/OtherForm.h"
 
 namespace kestrix {
-
-/// Another form of the program, with nothing on it.
-class OtherForm : public Form {
- public:
-  explicit OtherForm(Context& context) : Form(context.kit) {
-    setObjectName(QStringLiteral("OtherForm"));
-  }
-};
 
 /// What tests of the project form start from. What the form asks of others is noted in `asked`.
 class MnfrmTest : public FormTest {

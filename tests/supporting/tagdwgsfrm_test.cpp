@@ -10,6 +10,7 @@
 
 #include "platform/QtShell.h"
 #include "support/FormTest.h"
+#include "support/OtherForm.h"
 #include "support/ReadersHeld.h"
 
 namespace kestrix {
@@ -17,14 +18,6 @@ namespace {
 
 const QString kEnd = QStringLiteral("BELTROVAN.");
 constexpr int kStudy = 3;
-
-/// Another form of the program, with nothing on it.
-class OtherForm : public Form {
- public:
-  explicit OtherForm(Context& context) : Form(context.kit) {
-    setObjectName(QStringLiteral("OtherForm"));
-  }
-};
 
 class tagdwgsfrmTest : public FormTest {
  protected:
