@@ -137,20 +137,14 @@ TEST_F(OrgfrmDeleteTest, SeveralAreDeletedOneAfterTheOther) {
 TEST_F(OrgfrmDeleteTest, WithoutANameNothingIsSelected) {
   GivenShopAndAssembly();
   OpenOrganisations();
-  desk.messages.Expect(kNoneSelected);
-  Click("delte");
-  EXPECT_EQ(session.ActiveOrgName, "Select organization");
-  EXPECT_EQ(Organisations().size(), 2);
-  EXPECT_TRUE(HasFiles(3));
-}
-
-TEST_F(OrgfrmDeleteTest, EmptyComboIsNoNameEither) {
-  GivenShopAndAssembly();
-  OpenOrganisations();
-  Control<QComboBox>("orgnmecbo").setEditText(QString());
-  desk.messages.Expect(kNoneSelected);
-  Click("delte");
-  EXPECT_EQ(Organisations().size(), 2);
+  for (const char* name : {"Select organization", ""}) {
+    Control<QComboBox>("orgnmecbo").setEditText(name);
+    desk.messages.Expect(kNoneSelected);
+    Click("delte");
+    EXPECT_EQ(session.ActiveOrgName, name);
+    EXPECT_EQ(Organisations().size(), 2);
+    EXPECT_TRUE(HasFiles(3));
+  }
 }
 
 TEST_F(OrgfrmDeleteTest, EmptyRegisterWithATextInTheComboAsksNothing) {
@@ -163,28 +157,23 @@ TEST_F(OrgfrmDeleteTest, EmptyRegisterWithATextInTheComboAsksNothing) {
   EXPECT_TRUE(desk.messages.Shown().isEmpty());
 }
 
-TEST_F(OrgfrmDeleteTest, SignOfAnyStudyBarsEveryDelete) {
+TEST_F(OrgfrmDeleteTest, SignOfAnyStudyUpToAThousandBarsEveryDelete) {
   GivenShopAndAssembly();
-  WriteFile(installation.StudySign(777), QByteArray());
   OpenAndPick("Press shop");
   session.ActiveOrgName = "before";
-  desk.messages.Expect(kInUse);
-  Click("delte");
-  EXPECT_EQ(session.AnyStudyLocked, 1);
-  EXPECT_EQ(session.LoopIndex, 777);
-  EXPECT_TRUE(session.FileFoundA);
-  EXPECT_EQ(session.ActiveOrgName, "before");
-  EXPECT_EQ(Organisations().size(), 2);
-  EXPECT_TRUE(HasFiles(3));
-}
-
-TEST_F(OrgfrmDeleteTest, SignOfStudyOneThousandBarsAndOneMoreDoesnt) {
-  GivenShopAndAssembly();
-  WriteFile(installation.StudySign(1000), QByteArray());
-  OpenAndPick("Press shop");
-  desk.messages.Expect(kInUse);
-  Click("delte");
-  ASSERT_TRUE(QFile::rename(installation.StudySign(1000), installation.StudySign(1001)));
+  for (const int number : {777, 1000}) {
+    WriteFile(installation.StudySign(number), QByteArray());
+    desk.messages.Expect(kInUse);
+    Click("delte");
+    EXPECT_EQ(session.AnyStudyLocked, 1);
+    EXPECT_EQ(session.LoopIndex, number);
+    EXPECT_TRUE(session.FileFoundA);
+    EXPECT_EQ(session.ActiveOrgName, "before");
+    EXPECT_EQ(Organisations().size(), 2);
+    EXPECT_TRUE(HasFiles(3));
+    ASSERT_TRUE(QFile::remove(installation.StudySign(number)));
+  }
+  WriteFile(installation.StudySign(1001), QByteArray());
   desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
   Click("delte");
   EXPECT_EQ(session.AnyStudyLocked, 0);
@@ -282,37 +271,23 @@ TEST_F(OrgfrmDeleteTest, FilesOfAnotherUserThatThisOneMayNotDeleteStayAndTheRowG
   EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
 }
 
-TEST_F(OrgfrmDeleteTest, OrganisationWhoseStudyIsGoneAlreadyGoesWithItsPictures) {
-  GivenShopAndAssembly();
-  ASSERT_TRUE(QFile::remove(installation.Study(3)));
-  OpenAndPick("Press shop");
-  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-  Click("delte");
-  EXPECT_TRUE(HasNoFiles(3));
-  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
-  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
-}
-
-TEST_F(OrgfrmDeleteTest, OrganisationWhosePicturesAreGoneAlreadyGoesWithItsStudy) {
-  GivenShopAndAssembly();
-  ASSERT_TRUE(QDir(installation.PictureFolder(3)).removeRecursively());
-  OpenAndPick("Press shop");
-  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-  Click("delte");
-  EXPECT_TRUE(HasNoFiles(3));
-  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
-  EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
-}
-
-TEST_F(OrgfrmDeleteTest, OrganisationWithNeitherStudyNorPicturesGoes) {
-  GivenShopAndAssembly();
-  ASSERT_TRUE(QFile::remove(installation.Study(3)));
-  ASSERT_TRUE(QDir(installation.PictureFolder(3)).removeRecursively());
-  OpenAndPick("Press shop");
-  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-  Click("delte");
-  EXPECT_TRUE(desk.files.Log().filter("Delete").isEmpty());
-  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
+TEST_F(OrgfrmDeleteTest, OrganisationWhoseFilesAreGoneAlreadyGoesWithWhatIsLeft) {
+  for (const auto& [study, pictures] :
+       {std::pair(true, false), std::pair(false, true), std::pair(true, true)}) {
+    Exec(installation.Register(), "DELETE FROM orgtn");
+    QFile::remove(installation.Study(5));
+    GivenShopAndAssembly();
+    if (study) QFile::remove(installation.Study(3));
+    if (pictures) QDir(installation.PictureFolder(3)).removeRecursively();
+    const auto deletions = desk.files.Log().filter("Delete").size();
+    OpenAndPick("Press shop");
+    desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
+    Click("delte");
+    EXPECT_TRUE(HasNoFiles(3));
+    EXPECT_EQ(desk.files.Log().filter("Delete").size() - deletions, 2 - study - pictures);
+    EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
+    EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
+  }
 }
 
 TEST_F(OrgfrmDeleteTest, RegisterThatIsGoneBehindTheQuestionIsPassedOver) {

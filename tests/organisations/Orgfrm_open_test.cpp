@@ -90,44 +90,32 @@ TEST_F(OrgfrmOpenTest, WithoutANameTheFormStaysAndNothingIsWritten) {
   installation.GivenOrganisation("Press shop", 7);
   OpenOrganisations();
   session.ActiveOrgName = "before";
-  desk.messages.Expect(kNameNeeded);
-  Click("clsd");
-  EXPECT_FALSE(IsGone());
-  EXPECT_EQ(FocusName(), "orgnmecbotxt");
-  EXPECT_EQ(session.ActiveOrgName, "before");
-  EXPECT_EQ(LastOpened(), QStringList({"0"}));
-  EXPECT_TRUE(frame.status_texts.isEmpty());
-  EXPECT_TRUE(told.isEmpty());
+  for (const char* name : {"Select organization", ""}) {
+    Control<QComboBox>("orgnmecbo").setEditText(name);
+    desk.messages.Expect(kNameNeeded);
+    Click("clsd");
+    EXPECT_FALSE(IsGone());
+    EXPECT_EQ(FocusName(), "orgnmecbotxt");
+    EXPECT_EQ(session.ActiveOrgName, "before");
+    EXPECT_EQ(LastOpened(), QStringList({"0"}));
+    EXPECT_TRUE(frame.status_texts.isEmpty());
+    EXPECT_TRUE(told.isEmpty());
+  }
 }
 
-TEST_F(OrgfrmOpenTest, EmptyComboIsNoNameEither) {
-  installation.GivenOrganisation("Press shop", 7);
-  OpenOrganisations();
-  Control<QComboBox>("orgnmecbo").setEditText(QString());
-  desk.messages.Expect(kNameNeeded);
-  Click("clsd");
-  EXPECT_FALSE(IsGone());
-}
-
-TEST_F(OrgfrmOpenTest, MissingTemplateUnloadsBothFormsAndWritesNothing) {
+TEST_F(OrgfrmOpenTest, MissingTemplateUnloadsBothFormsWithAndWithoutANameAndWritesNothing) {
   installation.GivenOrganisation("Press shop", 7);
   ASSERT_TRUE(QFile::remove(installation.Template()));
-  OpenOrganisations();
-  PickOrganisation("Press shop");
-  desk.messages.Expect(kTemplateMissing);
-  Click("clsd");
-  EXPECT_TRUE(IsGone());
-  EXPECT_EQ(told, QStringList({"closing", "project form away"}));
-  EXPECT_EQ(session.ActiveStudyNo, 0);
-  EXPECT_EQ(LastOpened(), QStringList({"0"}));
-}
-
-TEST_F(OrgfrmOpenTest, MissingTemplateComesBeforeTheMissingName) {
-  ASSERT_TRUE(QFile::remove(installation.Template()));
-  OpenOrganisations();
-  desk.messages.Expect(kTemplateMissing);
-  Click("clsd");
-  EXPECT_TRUE(IsGone());
+  for (const bool named : {true, false}) {
+    OpenOrganisations();
+    if (named) PickOrganisation("Press shop");
+    desk.messages.Expect(kTemplateMissing);
+    Click("clsd");
+    EXPECT_TRUE(IsGone());
+    EXPECT_EQ(told, QStringList({"closing", "project form away"}));
+    EXPECT_EQ(session.ActiveStudyNo, 0);
+    EXPECT_EQ(LastOpened(), QStringList({"0"}));
+  }
 }
 
 TEST_F(OrgfrmOpenTest, ErrorBeforeTheNameIsTakenUpEndsTheCommandSilently) {
@@ -162,29 +150,18 @@ TEST_F(OrgfrmOpenTest, FirstOrganisationTakesUpAnOldStudyAsItStands) {
 }
 
 TEST_F(OrgfrmOpenTest, SmallestFreeNumberIsGiven) {
-  installation.GivenOrganisation("A", 1);
-  installation.GivenOrganisation("B", 2);
-  installation.GivenOrganisation("C", 4);
-  AddAnother("D");
-  EXPECT_EQ(Organisations().last(), QStringList({"D", "3"}));
-  EXPECT_EQ(session.ActiveStudyNo, 3);
-  EXPECT_EQ(session.LoopIndex, 3);
-  EXPECT_TRUE(QFile::exists(installation.Study(3)));
-  AddAnother("E");
-  EXPECT_EQ(Organisations().last(), QStringList({"E", "5"}));
-}
-
-TEST_F(OrgfrmOpenTest, NewRowOfTwoGetsOneWhenTheOtherHoldsTwo) {
-  installation.GivenOrganisation("A", 2);
-  AddAnother("B");
-  EXPECT_EQ(Organisations(), QList<QStringList>({{"A", "2"}, {"B", "1"}}));
-}
-
-TEST_F(OrgfrmOpenTest, RowsWithoutANumberTakeNone) {
-  Exec(installation.Register(),
-       "INSERT INTO orgtn VALUES('A',0); INSERT INTO orgtn VALUES('B',NULL)");
-  AddAnother("C");
-  EXPECT_EQ(Organisations(), QList<QStringList>({{"A", "0"}, {"B", "<null>"}, {"C", "1"}}));
+  const std::pair<const char*, qint16> registers[] = {
+      {"1),('B',2),('C',4", 3}, {"2", 1}, {"0),('B',NULL", 1}, {"1),('B',2),('C',3),('E',4", 5}};
+  for (const auto& [rows, number] : registers) {
+    Exec(installation.Register(),
+         QStringLiteral("DELETE FROM orgtn; INSERT INTO orgtn VALUES('A',%1)").arg(rows));
+    const auto before = Organisations();
+    AddAnother("D");
+    EXPECT_EQ(Organisations(), before + QList<QStringList>({{"D", QString::number(number)}}));
+    EXPECT_EQ(session.ActiveStudyNo, number);
+    EXPECT_EQ(session.LoopIndex, number);
+    EXPECT_TRUE(QFile::exists(installation.Study(number)));
+  }
 }
 
 TEST_F(OrgfrmOpenTest, KnownOrganisationWithoutANumberGetsItAndItsStudyAtItsNextOpening) {
@@ -252,28 +229,23 @@ TEST_F(OrgfrmOpenTest, FailedCopyIsToldAndTheRowKeepsItsNumber) {
   EXPECT_EQ(told, QStringList({"opened [ Press shop]", "closing"}));
 }
 
-TEST_F(OrgfrmOpenTest, StudyInUseIsMarkedAndOpensAllTheSame) {
+TEST_F(OrgfrmOpenTest, StudyThatAnotherProcessHoldsIsMarkedAndOpensAllTheSame) {
   installation.GivenOrganisation("Press shop", 7);
-  WriteFile(installation.StudySign(7), QByteArray());
+  const SignHolder other(installation.StudySign(7));
   OpenByList("Press shop");
   EXPECT_EQ(session.OtherUserMark, 2);
   EXPECT_EQ(session.ActiveStudyNo, 7);
   EXPECT_EQ(told, QStringList({"opened [ Press shop]", "closing"}));
 }
 
-TEST_F(OrgfrmOpenTest, StudyThatAnotherProcessHoldsIsMarked) {
+TEST_F(OrgfrmOpenTest, MarkOfAnotherUserIsNeitherTakenBackNorMadeByAnotherStudysSign) {
   installation.GivenOrganisation("Press shop", 7);
-  const SignHolder other(installation.StudySign(7));
-  OpenByList("Press shop");
-  EXPECT_EQ(session.OtherUserMark, 2);
-  EXPECT_EQ(session.ActiveStudyNo, 7);
-}
-
-TEST_F(OrgfrmOpenTest, MarkOfAnotherUserIsNeverTakenBack) {
-  installation.GivenOrganisation("Press shop", 7);
-  session.OtherUserMark = 2;
-  OpenByList("Press shop");
-  EXPECT_EQ(session.OtherUserMark, 2);
+  WriteFile(installation.StudySign(8), QByteArray());
+  for (const int mark : {0, 2}) {
+    session.OtherUserMark = static_cast<qint16>(mark);
+    OpenByList("Press shop");
+    EXPECT_EQ(session.OtherUserMark, mark);
+  }
 }
 
 TEST_F(OrgfrmOpenTest, NumberOutOfRangeLeavesTheFormerOneWhoseSignIsLookedAt) {
@@ -283,13 +255,6 @@ TEST_F(OrgfrmOpenTest, NumberOutOfRangeLeavesTheFormerOneWhoseSignIsLookedAt) {
   OpenByList("A");
   EXPECT_EQ(session.ActiveStudyNo, 7);
   EXPECT_EQ(session.OtherUserMark, 2);
-}
-
-TEST_F(OrgfrmOpenTest, SignOfAnotherStudyMarksNothing) {
-  installation.GivenOrganisation("Press shop", 7);
-  WriteFile(installation.StudySign(8), QByteArray());
-  OpenByList("Press shop");
-  EXPECT_EQ(session.OtherUserMark, 0);
 }
 
 TEST_F(OrgfrmOpenTest, OrganisationDeletedMeanwhileLeavesTheNumberAsItWas) {

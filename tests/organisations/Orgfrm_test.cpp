@@ -151,24 +151,22 @@ TEST_F(OrgfrmTest, TabGoesFromTheNameToTheCommands) {
                                 "orgnmecbo"}));
 }
 
-TEST_F(OrgfrmTest, DoubleClickOpensTheNameInTheCombo) {
+TEST_F(OrgfrmTest, DoubleClickOnTheComboOrOnItsFaceOpensItsName) {
   installation.GivenOrganisation("Press shop", 4);
-  OpenOrganisations();
-  PickOrganisation("Press shop");
-  DoubleClickFace();
-  EXPECT_TRUE(IsGone());
-  EXPECT_EQ(session.ActiveStudyNo, 4);
-  EXPECT_EQ(told, QStringList({"opened [ Press shop]", "closing"}));
-}
-
-TEST_F(OrgfrmTest, DoubleClickOnTheComboItselfOpensToo) {
-  installation.GivenOrganisation("Press shop", 4);
-  OpenOrganisations();
-  PickOrganisation("Press shop");
-  QTest::mouseDClick(&Control<QComboBox>("orgnmecbo"), Qt::LeftButton);
-  Settle();
-  EXPECT_TRUE(IsGone());
-  EXPECT_EQ(session.ActiveStudyNo, 4);
+  for (const bool face : {true, false}) {
+    session.ActiveStudyNo = 0;
+    OpenOrganisations();
+    PickOrganisation("Press shop");
+    if (face) {
+      DoubleClickFace();
+    } else {
+      QTest::mouseDClick(&Control<QComboBox>("orgnmecbo"), Qt::LeftButton);
+      Settle();
+    }
+    EXPECT_TRUE(IsGone());
+    EXPECT_EQ(session.ActiveStudyNo, 4);
+    EXPECT_EQ(told, QStringList({"opened [ Press shop]", "closing"}));
+  }
 }
 
 TEST_F(OrgfrmTest, DoubleClickWhileTypingSelectsAWord) {
@@ -215,29 +213,22 @@ TEST_F(OrgfrmTest, NewNameIsStoredAndOpenedAtOnce) {
   EXPECT_TRUE(IsGone());
 }
 
-TEST_F(OrgfrmTest, NameOfSeveralScriptsQuotesAndAmpersandsIsStoredAsTyped) {
-  const QString name = QString::fromUtf8("O'Brien & \"Söhne\" %1 機械 🛠");
-  OpenOrganisations();
-  Click("addorncmd");
-  Control<QLineEdit>("orgnmecbotxt").setText(name);
-  PressTab();
-  EXPECT_EQ(Organisations(), QList<QStringList>({{name, "1"}}));
-  EXPECT_EQ(session.ActiveOrgName, name);
-}
-
-TEST_F(OrgfrmTest, NameOfTheGreatestLengthIsStoredWhole) {
+TEST_F(OrgfrmTest, NamesAreStoredAsTypedUpToTheirGreatestLength) {
   const QString longest(255, u'x');
-  OpenOrganisations();
-  Click("addorncmd");
-  Type(longest + "y");
-  PressTab();
-  EXPECT_EQ(Organisations(), QList<QStringList>({{longest, "1"}}));
-}
-
-TEST_F(OrgfrmTest, NameOfBlanksBehindALetterPasses) {
-  OpenOrganisations();
-  Add("A   ");
-  EXPECT_EQ(Organisations(), QList<QStringList>({{"A   ", "1"}}));
+  const QString scripts = QString::fromUtf8("O'Brien & \"Söhne\" %1 機械 🛠");
+  const std::pair<QString, QString> names[] = {
+      {scripts, scripts}, {"A   ", "A   "}, {longest + "y", longest}, {"a   ", "a   "}};
+  QList<QStringList> stored;
+  for (const auto& [typed, kept] : names) {
+    OpenOrganisations();
+    Click("addorncmd");
+    Control<QLineEdit>("orgnmecbotxt").clear();
+    Control<QLineEdit>("orgnmecbotxt").insert(typed);
+    PressTab();
+    stored.append({kept, QString::number(stored.size() + 1)});
+    EXPECT_EQ(Organisations(), stored);
+    EXPECT_EQ(session.ActiveOrgName, kept);
+  }
 }
 
 TEST_F(OrgfrmTest, ClickOnOpenStoresTheTypedNameOnce) {
@@ -250,7 +241,7 @@ TEST_F(OrgfrmTest, ClickOnOpenStoresTheTypedNameOnce) {
   EXPECT_EQ(told, QStringList({"opened [ Press shop]", "closing"}));
 }
 
-TEST_F(OrgfrmTest, LeadingSpaceIsRefusedAndBoxIsPainted) {
+TEST_F(OrgfrmTest, LeadingSpaceIsRefusedAndBoxStaysPaintedWhenTheNameIsMended) {
   OpenOrganisations();
   Click("addorncmd");
   Type(" Press shop");
@@ -262,42 +253,25 @@ TEST_F(OrgfrmTest, LeadingSpaceIsRefusedAndBoxIsPainted) {
   EXPECT_EQ(TextOf("orgnmecbo"), "");
   EXPECT_TRUE(Organisations().isEmpty());
   EXPECT_TRUE(told.isEmpty());
-}
-
-TEST_F(OrgfrmTest, BoxStaysPaintedWhenTheNameIsMended) {
-  OpenOrganisations();
-  Click("addorncmd");
-  Type(" Press shop");
-  desk.messages.Expect(kLeadingSpace);
-  PressTab();
   PressKey(Qt::Key_Delete);
-  EXPECT_EQ(TextOf("orgnmecbotxt"), "Press shop");
   EXPECT_EQ(BackColour(&Control<QWidget>("orgnmecbotxt")), 0xFFFFE0C0U);
   PressTab();
   EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}}));
 }
 
-TEST_F(OrgfrmTest, EmptyNameIsAskedForAgain) {
-  OpenOrganisations();
-  Click("addorncmd");
-  desk.messages.Expect(kNameNeeded);
-  PressTab();
-  EXPECT_EQ(FocusName(), "orgnmecbotxt");
-  EXPECT_FALSE(IsEnabled("clsd"));
-  EXPECT_FALSE(IsEnabled("clsed"));
-  EXPECT_EQ(session.OrgEntryMode, 1);
-  EXPECT_TRUE(Organisations().isEmpty());
-}
-
-TEST_F(OrgfrmTest, ReservedTextIsNoName) {
-  OpenOrganisations();
-  Click("addorncmd");
-  Type("Select organization");
-  desk.messages.Expect(kNameNeeded);
-  PressTab();
-  EXPECT_EQ(FocusName(), "orgnmecbotxt");
-  EXPECT_FALSE(IsEnabled("clsd"));
-  EXPECT_TRUE(Organisations().isEmpty());
+TEST_F(OrgfrmTest, EmptyOrReservedNameIsAskedForAgain) {
+  for (const char* name : {"", "Select organization"}) {
+    OpenOrganisations();
+    Click("addorncmd");
+    Type(name);
+    desk.messages.Expect(kNameNeeded);
+    PressTab();
+    EXPECT_EQ(FocusName(), "orgnmecbotxt");
+    EXPECT_FALSE(IsEnabled("clsd"));
+    EXPECT_FALSE(IsEnabled("clsed"));
+    EXPECT_EQ(session.OrgEntryMode, 1);
+    EXPECT_TRUE(Organisations().isEmpty());
+  }
 }
 
 TEST_F(OrgfrmTest, EmptyNameEatsTheClickThatLeftTheBox) {
@@ -367,13 +341,6 @@ TEST_F(OrgfrmTest, KnownNameOpensThatOrganisationAfterTheDuplicateMessage) {
   EXPECT_TRUE(IsGone());
 }
 
-TEST_F(OrgfrmTest, NamesThatDifferInCapitalsAreTwoOrganisations) {
-  installation.GivenOrganisation("Press shop", 1);
-  OpenOrganisations();
-  Add("press shop");
-  EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}, {"press shop", "2"}}));
-}
-
 TEST_F(OrgfrmTest, NameThatSomebodyElseAddedMeanwhileIsADuplicate) {
   OpenOrganisations();
   Click("addorncmd");
@@ -387,35 +354,25 @@ TEST_F(OrgfrmTest, NameThatSomebodyElseAddedMeanwhileIsADuplicate) {
 }
 
 TEST_F(OrgfrmTest, RegisterThatCantBeWrittenEndsTheAddingSilently) {
-  OpenOrganisations();
-  Click("addorncmd");
-  Type("Press shop");
-  {
+  const auto add_in_vain = [this] {
+    OpenOrganisations();
+    Click("addorncmd");
+    Type("Press shop");
     const WriterAtWork other(installation.Register());
     PressTab();
-  }
-  EXPECT_FALSE(IsGone());
+  };
+  add_in_vain();
   EXPECT_TRUE(told.isEmpty());
   EXPECT_EQ(session.OrgEntryMode, 1);
-  EXPECT_TRUE(Organisations().isEmpty());
   EXPECT_FALSE(IsLocked());
+  CloseBox(*form);
+  EXPECT_TRUE(Organisations().isEmpty()) << "it is not stored by closing";
+  add_in_vain();
+  EXPECT_FALSE(IsGone());
   // The name is still there, and is stored when it is left again.
   Click("orgnmecbotxt");
   PressTab();
   EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}}));
-}
-
-TEST_F(OrgfrmTest, RefusedNameIsNotStoredWhenTheFormCloses) {
-  OpenOrganisations();
-  Click("addorncmd");
-  Type("Press shop");
-  {
-    const WriterAtWork other(installation.Register());
-    PressTab();
-  }
-  CloseBox(*form);
-  EXPECT_TRUE(Organisations().isEmpty());
-  EXPECT_EQ(session.OrgEntryMode, 0);
 }
 
 TEST_F(OrgfrmTest, ActivationWithoutOrganisationsTurnsAddingAndExitOn) {
@@ -525,14 +482,11 @@ TEST_F(OrgfrmTest, HistoryFollowsWhatAnotherUserOpened) {
 }
 
 TEST_F(OrgfrmTest, HistoryWithoutAMatchKeepsItsCaption) {
-  installation.GivenOrganisation("Press shop", 1);
-  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=9");
   OpenOrganisations();
   OpenHistory();
   EXPECT_EQ(TextOf("hstry"), "No history");
-}
-
-TEST_F(OrgfrmTest, HistoryOfAnEmptyRegisterKeepsItsCaption) {
+  installation.GivenOrganisation("Press shop", 1);
+  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=9");
   OpenOrganisations();
   OpenHistory();
   EXPECT_EQ(TextOf("hstry"), "No history");
@@ -621,11 +575,14 @@ TEST_F(OrgfrmTest, NewLoadReadsTheTagOfTheDesignAgain) {
   EXPECT_TRUE(IsEnabled("orgnmecbo"));
 }
 
-class OrgfrmBadRegisterTest : public OrgfrmTest {
- protected:
-  /// The load fails as told, and the register stays as it is.
-  void ExpectRefused() {
-    const QByteArray before = ReadFile(installation.Register());
+TEST_F(OrgfrmTest, RegisterThatCantBeOpenedLeadsToTheNoticeAndStaysAsItIs) {
+  const QString path = installation.Register();
+  const QByteArray good = ReadFile(path);
+  QByteArray bad_header = good;
+  bad_header.replace(0, 100, QByteArray(100, '\xff'));
+  const auto expect_refused = [&](const char* what) {
+    SCOPED_TRACE(what);
+    const QByteArray before = ReadFile(path);
     desk.messages.Expect(kFilesMissing).WhileOpen([&] {
       EXPECT_FALSE(form->IsUnloading());
       EXPECT_TRUE(told.isEmpty());
@@ -633,56 +590,26 @@ class OrgfrmBadRegisterTest : public OrgfrmTest {
     OpenOrganisations();
     EXPECT_TRUE(IsGone());
     EXPECT_EQ(told, QStringList({"closing", "project form away", "load failed"}));
-    EXPECT_EQ(ReadFile(installation.Register()), before);
-  }
-};
-
-TEST_F(OrgfrmBadRegisterTest, MissingOneLeadsToTheNotice) {
-  ASSERT_TRUE(QFile::remove(installation.Register()));
-  ExpectRefused();
-}
-
-TEST_F(OrgfrmBadRegisterTest, EmptyOneLeadsToTheNotice) {
-  WriteFile(installation.Register(), QByteArray());
-  ExpectRefused();
-}
-
-TEST_F(OrgfrmBadRegisterTest, TruncatedOneLeadsToTheNotice) {
-  WriteFile(installation.Register(), ReadFile(installation.Register()).left(1000));
-  ExpectRefused();
-}
-
-TEST_F(OrgfrmBadRegisterTest, FileOfAnotherKindLeadsToTheNotice) {
-  WriteFile(installation.Register(), QByteArray("This is a letter.\n").repeated(1000));
-  ExpectRefused();
-}
-
-TEST_F(OrgfrmBadRegisterTest, DamagedHeaderLeadsToTheNotice) {
-  QByteArray bytes = ReadFile(installation.Register());
-  bytes.replace(0, 100, QByteArray(100, '\xff'));
-  WriteFile(installation.Register(), bytes);
-  ExpectRefused();
-}
-
-TEST_F(OrgfrmBadRegisterTest, StudyInItsPlaceLeadsToTheNotice) {
-  WriteFile(installation.Register(), ReadFile(installation.Template()));
-  ExpectRefused();
-}
-
-TEST_F(OrgfrmBadRegisterTest, RegisterWithoutTheHistorysTableLeadsToTheNotice) {
-  Exec(installation.Register(), "DROP TABLE Orgtmp");
-  ExpectRefused();
-}
-
-TEST_F(OrgfrmBadRegisterTest, FolderInItsPlaceLeadsToTheNotice) {
-  ASSERT_TRUE(QFile::remove(installation.Register()));
-  ASSERT_TRUE(QDir().mkpath(installation.Register()));
-  ExpectRefused();
-}
-
-TEST_F(OrgfrmBadRegisterTest, ApplicationsFolderThatIsGoneLeadsToTheNotice) {
+    EXPECT_EQ(ReadFile(path), before);
+  };
   desk.files.FailNext(FileAction::kChangeFolder, QString(), failure::kPathNotFound);
-  ExpectRefused();
+  expect_refused("the application's folder is gone");
+  Exec(path, "DROP TABLE Orgtmp");
+  expect_refused("no table of the history");
+  const std::pair<const char*, QByteArray> files[] = {
+      {"empty", {}},
+      {"truncated", good.left(1000)},
+      {"a letter", QByteArray("This is a letter.\n").repeated(1000)},
+      {"damaged header", bad_header},
+      {"a study", ReadFile(installation.Template())}};
+  for (const auto& [what, bytes] : files) {
+    WriteFile(path, bytes);
+    expect_refused(what);
+  }
+  ASSERT_TRUE(QFile::remove(path));
+  expect_refused("missing");
+  ASSERT_TRUE(QDir().mkpath(path));
+  expect_refused("a folder");
 }
 
 TEST_F(OrgfrmTest, WriteProtectedRegisterOpensKnownOrganisationsAndAddsNone) {

@@ -47,19 +47,14 @@ TEST_F(CreateStudyDbTest, StudyThatExistsIsNeverReplaced) {
   EXPECT_TRUE(desk.files.Log().isEmpty());
 }
 
-TEST_F(CreateStudyDbTest, MissingTemplateIsToldAndNothingIsMade) {
-  ASSERT_TRUE(QFile::remove(installation.Template()));
-  desk.messages.Expect(kTemplateMissing);
-  Create(12);
-  EXPECT_FALSE(QFile::exists(installation.Study(12)));
-}
-
-TEST_F(CreateStudyDbTest, MissingTemplateIsToldAlsoWhenTheStudyExists) {
+TEST_F(CreateStudyDbTest, MissingTemplateIsToldWhetherTheStudyExistsOrNot) {
   installation.GivenStudy(12);
   ASSERT_TRUE(QFile::remove(installation.Template()));
-  desk.messages.Expect(kTemplateMissing);
-  Create(12);
-  EXPECT_TRUE(QFile::exists(installation.Study(12)));
+  for (const qint16 number : {qint16{11}, qint16{12}}) {
+    desk.messages.Expect(kTemplateMissing);
+    Create(number);
+    EXPECT_EQ(QFile::exists(installation.Study(number)), number == 12);
+  }
 }
 
 TEST_F(CreateStudyDbTest, FullDiskIsToldAndLeavesNothing) {
@@ -133,27 +128,18 @@ TEST_F(DeleteStudyFilesTest, StudyAndPicturesGoAndOthersStay) {
   installation.GivenStudy(3);
   installation.GivenStudy(33);
   WriteFile(installation.PictureFolder(3) + "/a.jpg", "picture");
-  Delete(3);
-  EXPECT_FALSE(QFile::exists(installation.Study(3)));
-  EXPECT_FALSE(QDir(installation.PictureFolder(3)).exists());
-  EXPECT_TRUE(QFile::exists(installation.Study(33)));
-  EXPECT_TRUE(QDir(installation.PictureFolder(33)).exists());
-  EXPECT_EQ(releases, 0);
-  EXPECT_EQ(session.ActiveOrgName, "Press shop");
-  EXPECT_EQ(desk.files.Log(), QStringList({"DeleteFile " + installation.Study(3),
-                                           "DeleteFolder " + installation.PictureFolder(3)}));
-}
-
-TEST_F(DeleteStudyFilesTest, NothingThereIsNothingToDo) {
-  Delete(3);
-  EXPECT_TRUE(desk.files.Log().isEmpty());
-}
-
-TEST_F(DeleteStudyFilesTest, WriteProtectedStudyGoesToo) {
-  installation.GivenStudy(3);
   ASSERT_TRUE(QFile::setPermissions(installation.Study(3), QFile::ReadOwner));
-  Delete(3);
-  EXPECT_FALSE(QFile::exists(installation.Study(3)));
+  for (int time = 0; time < 2; ++time) {
+    Delete(3);
+    EXPECT_FALSE(QFile::exists(installation.Study(3)));
+    EXPECT_FALSE(QDir(installation.PictureFolder(3)).exists());
+    EXPECT_TRUE(QFile::exists(installation.Study(33)));
+    EXPECT_TRUE(QDir(installation.PictureFolder(33)).exists());
+    EXPECT_EQ(releases, 0);
+    EXPECT_EQ(session.ActiveOrgName, "Press shop");
+    EXPECT_EQ(desk.files.Log(), QStringList({"DeleteFile " + installation.Study(3),
+                                             "DeleteFolder " + installation.PictureFolder(3)}));
+  }
 }
 
 TEST_F(DeleteStudyFilesTest, RunThatHoldsTheStudyLetsGoOfIt) {
@@ -178,16 +164,7 @@ TEST_F(DeleteStudyFilesTest, StudyThatSomebodyHoldsStaysAndItsPicturesGo) {
   EXPECT_FALSE(QDir(installation.PictureFolder(3)).exists());
 }
 
-TEST_F(DeleteStudyFilesTest, SignThatAKilledRunLeftIsToldAndTheStudyGoes) {
-  installation.GivenStudy(3);
-  WriteFile(installation.StudySign(3), QByteArray());
-  desk.messages.Expect(kStillOpen);
-  Delete(3);
-  EXPECT_FALSE(QFile::exists(installation.Study(3)));
-  EXPECT_FALSE(QFile::exists(installation.StudySign(3)));
-}
-
-TEST_F(DeleteStudyFilesTest, FailedReleaseIsPassedOver) {
+TEST_F(DeleteStudyFilesTest, SignThatAKilledRunLeftIsToldAndTheStudyGoesThoughTheReleaseFails) {
   installation.GivenStudy(3);
   WriteFile(installation.StudySign(3), QByteArray());
   release = [] { throw Failure(failure::kFileNotFound, "no template"); };
@@ -195,29 +172,20 @@ TEST_F(DeleteStudyFilesTest, FailedReleaseIsPassedOver) {
   Delete(3);
   EXPECT_EQ(session.ActiveOrgName, "");
   EXPECT_FALSE(QFile::exists(installation.Study(3)));
+  EXPECT_FALSE(QFile::exists(installation.StudySign(3)));
 }
 
-TEST_F(DeleteStudyFilesTest, FailedDeleteOfTheStudyDoesntSaveThePictures) {
+TEST_F(DeleteStudyFilesTest, JournalStaysOrGoesWithTheStudyAndPicturesGoAnyway) {
   installation.GivenStudy(3);
+  const QString journal = installation.Study(3) + "-journal";
+  WriteFile(journal, "left over");
   desk.files.FailNext(FileAction::kDeleteFile, "risk_esmatn3.mdb", failure::kPermissionDenied);
-  Delete(3);
-  EXPECT_TRUE(QFile::exists(installation.Study(3)));
-  EXPECT_FALSE(QDir(installation.PictureFolder(3)).exists());
-}
-
-TEST_F(DeleteStudyFilesTest, JournalOfTheStudyGoesWithIt) {
-  installation.GivenStudy(3);
-  WriteFile(installation.Study(3) + "-journal", "left over");
-  Delete(3);
-  EXPECT_FALSE(QFile::exists(installation.Study(3) + "-journal"));
-}
-
-TEST_F(DeleteStudyFilesTest, JournalOfAStudyThatCantBeDeletedStays) {
-  installation.GivenStudy(3);
-  WriteFile(installation.Study(3) + "-journal", "left over");
-  desk.files.FailNext(FileAction::kDeleteFile, "risk_esmatn3.mdb", failure::kPermissionDenied);
-  Delete(3);
-  EXPECT_TRUE(QFile::exists(installation.Study(3) + "-journal"));
+  for (const bool stays : {true, false}) {
+    Delete(3);
+    EXPECT_EQ(QFile::exists(installation.Study(3)), stays);
+    EXPECT_EQ(QFile::exists(journal), stays);
+    EXPECT_FALSE(QDir(installation.PictureFolder(3)).exists());
+  }
 }
 
 }  // namespace

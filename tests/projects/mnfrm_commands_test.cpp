@@ -77,15 +77,17 @@ TEST_F(MnfrmCommandsTest, TheFormActivatesAgainWhenItIsShownModallyAfterTheTasks
   EXPECT_EQ(TextOf("ESI_No"), "P2");
 }
 
-TEST_F(MnfrmCommandsTest, WithoutAProjectTheTasksAreRefused) {
+TEST_F(MnfrmCommandsTest, WithoutAProjectTheTasksAreRefusedBeforeThePreviewIsLookedFor) {
   OpenAcme();
   TypeInto("FndESINo", "nothing like it");
+  desk.windows.Open("RiskBookRpts");
   desk.messages.ExpectTell(Icon::kInformation, kTitle, "Add new organization./ESI number : ACME");
   Click("simultn1");
   EXPECT_TRUE(asked.isEmpty());
   EXPECT_TRUE(form->isVisible());
   EXPECT_TRUE(HasFocus("simultn1"));
   EXPECT_EQ(session.ProjectFormHolds, 1);
+  EXPECT_TRUE(desk.windows.ActivationsTried().isEmpty());
 }
 
 TEST_F(MnfrmCommandsTest, WithoutAnOrganisationTheTasksAreRefused) {
@@ -97,22 +99,21 @@ TEST_F(MnfrmCommandsTest, WithoutAnOrganisationTheTasksAreRefused) {
   EXPECT_TRUE(asked.isEmpty());
 }
 
-TEST_F(MnfrmCommandsTest, AnOpenReportPreviewBarsTheTasks) {
+TEST_F(MnfrmCommandsTest, AnOpenReportPreviewBarsWhatChangesItsFiles) {
   OpenAcme();
-  ExpectReportGuard();
-  Click("simultn1");
-  EXPECT_TRUE(asked.isEmpty());
-  EXPECT_EQ(desk.windows.Activated(), QStringList{"RiskBookRpts"});
-  EXPECT_EQ(session.ProjectFormHolds, 1);
-}
-
-TEST_F(MnfrmCommandsTest, TheMessageAboutTheProjectComesBeforeTheReportGuard) {
-  OpenAcme();
-  TypeInto("FndESINo", "nothing like it");
-  desk.windows.Open("RiskBookRpts");
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Add new organization./ESI number : ACME");
-  Click("simultn1");
-  EXPECT_TRUE(desk.windows.ActivationsTried().isEmpty());
+  ClickRow("DB1", 1);
+  QStringList activated;
+  for (const char* command : {"simultn1", "nworg", "NwESINo", "delteZapNo"}) {
+    ExpectReportGuard();
+    Click(command);
+    activated += "RiskBookRpts";
+    EXPECT_EQ(desk.windows.Activated(), activated);
+    EXPECT_TRUE(asked.isEmpty()) << command;
+    EXPECT_TRUE(IsVisible("ESI_No")) << command;
+    EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2"})) << command;
+    EXPECT_EQ(session.StudyConnected, 1) << command;
+    EXPECT_EQ(session.ProjectFormHolds, 1) << command;
+  }
 }
 
 TEST_F(MnfrmCommandsTest, WhenTheProjectCannotBeStoredTheTasksStayClosed) {
@@ -196,17 +197,6 @@ TEST_F(MnfrmCommandsTest, TheOrganisationsAreAskedForAndTheStudyIsConnectedAnewA
   EXPECT_TRUE(form->isVisible());
 }
 
-TEST_F(MnfrmCommandsTest, AnOpenReportPreviewBarsTheOrganisations) {
-  OpenAcme();
-  ClickRow("DB1", 1);
-  ExpectReportGuard();
-  Click("nworg");
-  EXPECT_TRUE(asked.isEmpty());
-  EXPECT_EQ(desk.windows.Activated(), QStringList{"RiskBookRpts"});
-  EXPECT_EQ(session.StudyConnected, 1);
-  EXPECT_EQ(session.ProjectFormHolds, 1);
-}
-
 TEST_F(MnfrmCommandsTest, WhenTheOrganisationsCannotBeShownBothFormsAreUnloaded) {
   OpenAcme();
   QObject::connect(form, &mnfrm::OrganisationsRequested, form,
@@ -220,39 +210,29 @@ TEST_F(MnfrmCommandsTest, WhenTheOrganisationsCannotBeShownBothFormsAreUnloaded)
 
 // ---------------------------------------------------------------- help
 
-TEST_F(MnfrmCommandsTest, HelpOpensItsPageInTheApplicationsFolder) {
+TEST_F(MnfrmCommandsTest, HelpOpensItsPageInTheApplicationsFolderByMouseAndKeys) {
   WriteFile(installation.Path("acci_alys_help.htm"), "<p>help</p>");
   OpenAcme();
   Click("HlpHzp");
-  EXPECT_EQ(desk.shell.Documents(),
-            (QList<FakeShell::Started>{{"acci_alys_help.htm", installation.Folder()}}));
-}
-
-TEST_F(MnfrmCommandsTest, HelpIsReachedByKeyboardToo) {
-  WriteFile(installation.Path("acci_alys_help.htm"), "<p>help</p>");
-  OpenAcme();
   Click("FndESINo");
   for (int i = 0; i < 30 && !HasFocus("HlpHzp"); ++i) PressTab();
   ASSERT_TRUE(HasFocus("HlpHzp"));
   PressKey(Qt::Key_Space);
-  EXPECT_EQ(desk.shell.Documents().size(), 1);
+  const FakeShell::Started page{"acci_alys_help.htm", installation.Folder()};
+  EXPECT_EQ(desk.shell.Documents(), (QList<FakeShell::Started>{page, page}));
 }
 
-TEST_F(MnfrmCommandsTest, AMissingHelpPageIsTold) {
+TEST_F(MnfrmCommandsTest, AMissingHelpPageIsToldAndOneThatNothingOpensShowsNothing) {
   QFile::remove(installation.Path("acci_alys_help.htm"));
   OpenAcme();
   desk.messages.ExpectTell(Icon::kInformation, kTitle,
                            "Help file does not exisit, contact BELTROVAN");
   Click("HlpHzp");
-  EXPECT_TRUE(desk.shell.Documents().isEmpty());
-}
-
-TEST_F(MnfrmCommandsTest, AHelpPageThatNothingOpensShowsNothing) {
   WriteFile(installation.Path("acci_alys_help.htm"), "<p>help</p>");
-  OpenAcme();
   desk.shell.FailWith(failure::kInvalidCall);
   Click("HlpHzp");
-  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+  EXPECT_TRUE(desk.shell.Documents().isEmpty());
+  EXPECT_EQ(desk.messages.Shown().size(), 1);
 }
 
 TEST_F(MnfrmCommandsTest, TheHelpLinkIsUnderlinedOnYellowUnderThePointer) {

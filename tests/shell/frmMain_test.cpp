@@ -51,23 +51,18 @@ TEST_F(frmMainTest, LoadAsksForNoOtherForm) {
   EXPECT_TRUE(asked_.isEmpty());
 }
 
-TEST_F(frmMainTest, FirstRunOpensAtTheDefaultPlaceAndSize) {
-  auto& main = Make<frmMain>();
+TEST_F(frmMainTest, OpensAtTheStoredPlaceOrAtTheDefaultOne) {
+  auto& first = Make<frmMain>();
+  EXPECT_EQ(first.pos(), QPoint(1000 / 15, 1000 / 15));
+  EXPECT_EQ(first.size(), QSize(6500 / 15, 6500 / 15));
 
-  EXPECT_EQ(main.pos(), QPoint(1000 / 15, 1000 / 15));
-  EXPECT_EQ(main.size(), QSize(6500 / 15, 6500 / 15));
-}
-
-TEST_F(frmMainTest, StoredPlacementComesBack) {
   GivenSetting("MainLeft", "300");
   GivenSetting("MainTop", "450");
   GivenSetting("MainWidth", "9000");
   GivenSetting("MainHeight", "7500");
-
-  auto& main = Make<frmMain>();
-
-  EXPECT_EQ(main.pos(), QPoint(20, 30));
-  EXPECT_EQ(main.size(), QSize(600, 500));
+  auto& next = Make<frmMain>();
+  EXPECT_EQ(next.pos(), QPoint(20, 30));
+  EXPECT_EQ(next.size(), QSize(600, 500));
 }
 
 TEST_F(frmMainTest, StoredPlacementFarBeyondTheScreensIsTakenAsAbsent) {
@@ -89,21 +84,19 @@ TEST_F(frmMainTest, StoredPlaceOnAScreenThatIsUnpluggedStays) {
   EXPECT_EQ(Make<frmMain>().pos().x(), 1920);
 }
 
-TEST_F(frmMainTest, DateOfTheBackupFolderHasAnEnglishMonthAndNoSeparators) {
-  desk.clock.SetToday(QDate(2026, 11, 15));
-  Make<frmMain>();
-  EXPECT_EQ(session.BackupDateName, "15November2026");
+TEST_F(frmMainTest, DateOfTheBackupFolderHasTwoDigitsAndAnEnglishMonthAndHoldsForTheRun) {
+  for (const auto& [today, name] : {std::pair(QDate(2026, 11, 15), "15November2026"),
+                                    std::pair(QDate(2027, 3, 5), "05March2027")}) {
+    desk.clock.SetToday(today);
+    OpenFrame();
+    desk.clock.SetToday(today.addDays(1));
+    Trigger("Bkup");
+    EXPECT_EQ(session.BackupDateName, name);
+    Close();
+  }
 }
 
-TEST_F(frmMainTest, DateOfTheBackupFolderHasTwoDigitsForTheDayAndHoldsForTheRun) {
-  desk.clock.SetToday(QDate(2027, 3, 5));
-  OpenFrame();
-  desk.clock.SetToday(QDate(2027, 3, 6));
-  Trigger("Bkup");
-  EXPECT_EQ(session.BackupDateName, "05March2027");
-}
-
-TEST_F(frmMainTest, FailingLoadIsToldAndUnloadsTheFrameAndThenAsksForTheProjectFormToGo) {
+TEST_F(frmMainTest, FailingLoadIsToldUnloadsTheFrameAndSucceedsAtTheNextStart) {
   GivenSetting("MainTop", "far up");
   auto* main = new frmMain(context);
   Listen(*main);
@@ -116,13 +109,6 @@ TEST_F(frmMainTest, FailingLoadIsToldAndUnloadsTheFrameAndThenAsksForTheProjectF
   main->ShowForm();
   EXPECT_FALSE(main->isVisible());
   Settle();
-}
-
-TEST_F(frmMainTest, LoadThatFailedOnItsSettingsSucceedsAtTheNextStart) {
-  GivenSetting("MainTop", "far up");
-  desk.messages.ExpectTell(Icon::kCritical, kTitle, "5. Installed files missing.");
-  Make<frmMain>();
-
   EXPECT_FALSE(Make<frmMain>().IsUnloading());
 }
 
@@ -169,15 +155,12 @@ TEST_F(frmMainTest, ToolBarAndDataMenuAreSwitchedFromOutside) {
 
 // Minimising.
 
-TEST_F(frmMainTest, MinimisedFrameIsMaximisedAtOnce) {
-  OpenFrame().showMinimized();
-  EXPECT_TRUE(WaitUntil([this] { return Main().isMaximized(); }));
-  EXPECT_FALSE(Main().isMinimized());
-}
-
-TEST_F(frmMainTest, FrameThatIsNotMinimisedStaysAsItIs) {
+TEST_F(frmMainTest, MinimisedFrameIsMaximisedAtOnceAndNoOtherOne) {
   OpenFrame().MaximiseIfMinimised();
   EXPECT_FALSE(Main().isMaximized());
+  Main().showMinimized();
+  EXPECT_TRUE(WaitUntil([this] { return Main().isMaximized(); }));
+  EXPECT_FALSE(Main().isMinimized());
 }
 
 /// Lets a window stay minimised.
@@ -399,24 +382,19 @@ TEST_F(frmMainTest, EachMissingFileIsToldWithABeepAndNothingOpens) {
   EXPECT_TRUE(Main().isVisible());
 }
 
-TEST_F(frmMainTest, SiblingPreviewBarsTheOrganisations) {
-  OpenFrame();
-  Listen(Main());
-  desk.windows.Open("CaseBookRpts");
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Close Report preview.");
-
-  Choose("mnuDatamnfrm");
-
-  EXPECT_TRUE(asked_.isEmpty());
-  EXPECT_EQ(desk.windows.ActivationsTried(), QStringList{"RiskBookRpts"});
-}
-
-TEST_F(frmMainTest, OwnPreviewDoesNotBarTheOrganisations) {
+TEST_F(frmMainTest, SiblingPreviewBarsTheOrganisationsAndTheOwnOneDoesnt) {
   OpenFrame();
   Listen(Main());
   desk.windows.Open("RiskBookRpts");
   Choose("mnuDatamnfrm");
   EXPECT_EQ(asked_, QStringList{"organisations"});
+
+  desk.windows.Close("RiskBookRpts");
+  desk.windows.Open("CaseBookRpts");
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Close Report preview.");
+  Choose("mnuDatamnfrm");
+  EXPECT_EQ(asked_, QStringList{"organisations"});
+  EXPECT_EQ(desk.windows.ActivationsTried(), QStringList{"RiskBookRpts"});
 }
 
 TEST_F(frmMainTest, FailureWhileTheOrganisationsAreShownIsPassedOver) {
@@ -449,25 +427,22 @@ TEST_F(frmMainTest, OrganisationsCannotBeReachedWithoutADocument) {
 TEST_F(frmMainTest, BackupAsksForItsFormInBackupModeWithTheNoticeBehindIt) {
   OpenFrame();
   Listen(Main());
-  session.BackupMode = 1;
-  session.BackupSubMode = 1;
-
-  Choose("Bkup");
-
-  EXPECT_EQ(asked_, QStringList{"backup"});
-  EXPECT_EQ(session.BackupMode, 0);
-  EXPECT_EQ(session.BackupSubMode, 0);
-  ASSERT_EQ(Windows().size(), 1);
-  EXPECT_EQ(Box(0).toPlainText(), kNotice);
-}
-
-TEST_F(frmMainTest, NoticeStandsThereBeforeTheBackupIsAskedFor) {
-  OpenFrame();
-  QString text;
+  QString before;
   QObject::connect(&Main(), &frmMain::BackupRequested, &Main(),
-                   [&] { text = Box(0).toPlainText(); });
-  Choose("Bkup");
-  EXPECT_EQ(text, kNotice);
+                   [&] { before = Box(0).toPlainText(); });
+  for (const QStringList& asked : {QStringList{"backup"}, QStringList{"backup", "backup"}}) {
+    session.BackupMode = 1;
+    session.BackupSubMode = 1;
+
+    Choose("Bkup");
+
+    EXPECT_EQ(asked_, asked);
+    EXPECT_EQ(session.BackupMode, 0);
+    EXPECT_EQ(session.BackupSubMode, 0);
+    ASSERT_EQ(Windows().size(), 1);
+    EXPECT_EQ(Box(0).toPlainText(), kNotice);
+    EXPECT_EQ(before, kNotice);
+  }
 }
 
 TEST_F(frmMainTest, DocumentForTheNoticeIsMadeWhenThereIsNone) {
@@ -480,14 +455,6 @@ TEST_F(frmMainTest, DocumentForTheNoticeIsMadeWhenThereIsNone) {
   EXPECT_EQ(Box(0).toPlainText(), kNotice);
   EXPECT_EQ(session.DocumentCount, 1);
   EXPECT_TRUE(IsEnabled("mnuData"));
-}
-
-TEST_F(frmMainTest, SecondBackupWritesIntoTheSameDocument) {
-  OpenFrame();
-  Choose("Bkup");
-  Choose("Bkup");
-  EXPECT_EQ(Windows().size(), 1);
-  EXPECT_EQ(Box(0).toPlainText(), kNotice);
 }
 
 TEST_F(frmMainTest, NoticeStandsInFrontOfTheOtherDocuments) {
@@ -505,30 +472,26 @@ TEST_F(frmMainTest, NoticeStandsInFrontOfTheOtherDocuments) {
   EXPECT_EQ(Box(0).toPlainText(), kNotice);
 }
 
-TEST_F(frmMainTest, NoticeNeverReplacesWhatTheUserWrote) {
-  OpenFrame();
-  Box(0).setFocus();
-  Type("mine");
-
-  Choose("Bkup");
-
-  ASSERT_EQ(Windows().size(), 2);
-  EXPECT_EQ(Box(0).toPlainText(), "mine");
-  EXPECT_EQ(Box(1).toPlainText(), kNotice);
-}
-
-TEST_F(frmMainTest, NoticeNeverReplacesAFileOfTheUser) {
-  OpenFrame();
+TEST_F(frmMainTest, NoticeNeverReplacesWhatTheUserWroteOrOpened) {
   const QString file = installation.Outside("mine.txt");
   WriteFile(file, "mine");
-  desk.dialogs.ChooseToOpen(file);
-  Choose("mnuFileOpen");
+  for (const bool written : {true, false}) {
+    OpenFrame();
+    if (written) {
+      Box(0).setFocus();
+      Type("mine");
+    } else {
+      desk.dialogs.ChooseToOpen(file);
+      Choose("mnuFileOpen");
+    }
 
-  Choose("Bkup");
+    Choose("Bkup");
 
-  ASSERT_EQ(Windows().size(), 2);
-  EXPECT_EQ(Box(0).toPlainText(), "mine");
-  EXPECT_EQ(Box(1).toPlainText(), kNotice);
+    ASSERT_EQ(Windows().size(), 2);
+    EXPECT_EQ(Box(0).toPlainText(), "mine");
+    EXPECT_EQ(Box(1).toPlainText(), kNotice);
+    Close();
+  }
 }
 
 TEST_F(frmMainTest, RestoreAsksForTheFolderDialogInRestoreMode) {
@@ -551,35 +514,24 @@ TEST_F(frmMainTest, CustomizationAsksForItsForm) {
   EXPECT_EQ(asked_, QStringList{"customization"});
 }
 
-TEST_F(frmMainTest, YesToTheHomePageStartsItAndEndsTheRun) {
+TEST_F(frmMainTest, TheHomePageIsStartedAndYesEndsTheRun) {
   OpenFrame();
   Listen(Main());
   WriteFile(installation.Folder() + "/../kestrixmodule.exe", "program");
-  desk.messages.Expect(
-      Ask(Icon::kInformation, kTitle, "Wish to close Risk Assessment Module?", Button::kYes));
-
-  const QPointer<frmMain> main = &Main();
+  const Message question =
+      Ask(Icon::kInformation, kTitle, "Wish to close Risk Assessment Module?", Button::kYes);
+  desk.messages.Expect(question).Answer(Button::kNo);
   Choose("homepage");
-
-  EXPECT_EQ(desk.shell.Companions().size(), 1);
-  EXPECT_EQ(asked_, (QStringList{"closing", "unloaded"}));
-  EXPECT_TRUE(main.isNull());
-}
-
-TEST_F(frmMainTest, NoToTheHomePageStartsItAndThisProgramStays) {
-  OpenFrame();
-  Listen(Main());
-  WriteFile(installation.Folder() + "/../kestrixmodule.exe", "program");
-  desk.messages
-      .Expect(
-          Ask(Icon::kInformation, kTitle, "Wish to close Risk Assessment Module?", Button::kYes))
-      .Answer(Button::kNo);
-
-  Choose("homepage");
-
   EXPECT_EQ(desk.shell.Companions().size(), 1);
   EXPECT_TRUE(asked_.isEmpty());
   EXPECT_TRUE(Main().isVisible());
+
+  const QPointer<frmMain> main = &Main();
+  desk.messages.Expect(question);
+  Choose("homepage");
+  EXPECT_EQ(desk.shell.Companions().size(), 2);
+  EXPECT_EQ(asked_, (QStringList{"closing", "unloaded"}));
+  EXPECT_TRUE(main.isNull());
 }
 
 /// A box over the frame, as a message opens one and closes it behind its answer.
@@ -644,13 +596,13 @@ TEST_F(frmMainTest, EveryRouteOutAsksForTheOtherFormsToGoFirst) {
 
 TEST_F(frmMainTest, ClosingBeforeAnyOrganisationTestsAThousandAndOneNamesAndDoesNothingElse) {
   OpenFrame();
-  WriteFile(Sign(1001), "stale");
-
+  for (const QString& kept : {Sign(1001), installation.StudySign(0), installation.StudySign(1)})
+    WriteFile(kept, "stays");
   Close();
-
   EXPECT_EQ(session.OrgCount, 1000);
   EXPECT_EQ(session.LockScanIndex, 1001);
-  EXPECT_EQ(ReadFile(Sign(1001)), "stale");
+  for (const QString& kept : {Sign(1001), installation.StudySign(0), installation.StudySign(1)})
+    EXPECT_EQ(ReadFile(kept), "stays");
   EXPECT_TRUE(desk.files.Log().isEmpty());
 }
 
@@ -688,15 +640,6 @@ TEST_F(frmMainTest, LookForStaleSignsGoesOnWhereTheLastOneEnded) {
   Close();
   EXPECT_EQ(ReadFile(Sign(0)), "stale");
   EXPECT_EQ(ReadFile(Sign(4)), "<no file>");
-}
-
-TEST_F(frmMainTest, SignsOfStudiesAreLeftAlone) {
-  OpenFrame();
-  WriteFile(installation.StudySign(0), "in use");
-  WriteFile(installation.StudySign(1), "in use");
-  Close();
-  EXPECT_EQ(ReadFile(installation.StudySign(0)), "in use");
-  EXPECT_EQ(ReadFile(installation.StudySign(1)), "in use");
 }
 
 TEST_F(frmMainTest, SignThatCannotBeRemovedHoldsUpNothing) {
@@ -738,18 +681,24 @@ TEST_F(frmMainTest, HomePageThatRunsComesToTheFrontAfterTheOtherFormsWent) {
   EXPECT_EQ(desk.windows.Activated(), QStringList{"kestrixmodule"});
 }
 
-TEST_F(frmMainTest, PlacementIsStoredInTwips) {
-  OpenFrame();
-  Main().move(40, 50);
-  Main().resize(700, 500);
-  Settle();
+TEST_F(frmMainTest, PlacementIsStoredInTwipsAndOfAMaximisedFrameTheOneThatItGoesBackTo) {
+  for (const bool maximised : {false, true}) {
+    OpenFrame();
+    Main().move(40, 50);
+    Main().resize(700, 500);
+    Settle();
+    if (maximised) Main().showMaximized();
+    Settle();
 
-  Close();
+    Close();
 
-  EXPECT_EQ(Setting("MainLeft"), "600");
-  EXPECT_EQ(Setting("MainTop"), "750");
-  EXPECT_EQ(Setting("MainWidth"), "10500");
-  EXPECT_EQ(Setting("MainHeight"), "7500");
+    EXPECT_EQ(Setting("MainLeft"), "600");
+    EXPECT_EQ(Setting("MainTop"), "750");
+    EXPECT_EQ(Setting("MainWidth"), "10500");
+    EXPECT_EQ(Setting("MainHeight"), "7500");
+    for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight"})
+      GivenSetting(key, "3000");
+  }
 }
 
 TEST_F(frmMainTest, PlacementStaysTheSameOverManyRuns) {
@@ -759,20 +708,6 @@ TEST_F(frmMainTest, PlacementStaysTheSameOverManyRuns) {
   }
   EXPECT_EQ(Setting("MainLeft"), "990");
   EXPECT_EQ(Setting("MainWidth"), "6495");
-}
-
-TEST_F(frmMainTest, MaximisedFrameStoresThePlaceThatItGoesBackTo) {
-  OpenFrame();
-  Main().move(40, 50);
-  Main().resize(700, 500);
-  Settle();
-  Main().showMaximized();
-  Settle();
-
-  Close();
-
-  EXPECT_EQ(Setting("MainLeft"), "600");
-  EXPECT_EQ(Setting("MainWidth"), "10500");
 }
 
 TEST_F(frmMainTest, MinimisedFrameThatCameBackMaximisedStoresThePlaceThatItGoesBackTo) {
@@ -900,22 +835,17 @@ TEST_F(frmMainTest, NewChildrenBehindAMaximisedOneFillTheFrameToo) {
   EXPECT_EQ(Area().viewport()->size(), Area().maximumViewportSize()) << "there are scroll bars";
 }
 
-TEST_F(frmMainTest, HorizontalTilesLieOneAboveTheOther) {
+TEST_F(frmMainTest, TilesLieOneAboveTheOtherOrSideBySide) {
   OpenFrame();
   Trigger("mnuWindowNewWindow");
+  const int width = Area().maximumViewportSize().width();
+  const int height = Area().maximumViewportSize().height();
   Trigger("mnuWindowTileHorizontal");
-  const QSize room = Area().maximumViewportSize();
-  EXPECT_EQ(Windows()[0]->geometry(), QRect(0, 0, room.width(), room.height() / 2));
-  EXPECT_EQ(Windows()[1]->geometry(), QRect(0, room.height() / 2, room.width(), room.height() / 2));
-}
-
-TEST_F(frmMainTest, VerticalTilesLieSideBySide) {
-  OpenFrame();
-  Trigger("mnuWindowNewWindow");
+  EXPECT_EQ(Windows()[0]->geometry(), QRect(0, 0, width, height / 2));
+  EXPECT_EQ(Windows()[1]->geometry(), QRect(0, height / 2, width, height / 2));
   Trigger("mnuWindowTileVertical");
-  const QSize room = Area().maximumViewportSize();
-  EXPECT_EQ(Windows()[0]->geometry(), QRect(0, 0, room.width() / 2, room.height()));
-  EXPECT_EQ(Windows()[1]->geometry(), QRect(room.width() / 2, 0, room.width() / 2, room.height()));
+  EXPECT_EQ(Windows()[0]->geometry(), QRect(0, 0, width / 2, height));
+  EXPECT_EQ(Windows()[1]->geometry(), QRect(width / 2, 0, width / 2, height));
 }
 
 TEST_F(frmMainTest, CascadedChildrenOverlapEachFurtherDown) {
