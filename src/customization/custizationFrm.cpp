@@ -8,6 +8,7 @@
 
 #include "formkit/Controls.h"
 #include "platform/FileSystem.h"
+#include "store/LookupList.h"
 #include "store/RecordSources.h"
 #include "ui_custizationFrm.h"
 
@@ -86,9 +87,9 @@ void custizationFrm::Unload() {
 }
 
 void custizationFrm::FillListChoices() {
-  ComboListBox list(ui_->ForCustmnCbo);
-  list.Clear();
-  for (const ListChoice& choice : kChoices) list.AddItem(QString::fromUtf16(choice.name));
+  QStringList names;
+  for (const ListChoice& choice : kChoices) names += QString::fromUtf16(choice.name);
+  FillCombo(ui_->ForCustmnCbo, names);
 }
 
 void custizationFrm::LoadListChoice() {
@@ -97,23 +98,16 @@ void custizationFrm::LoadListChoice() {
   }
   const WaitCursor wait;
   const bool primary = IsPrimaryHazardChosen();
-  ComboListBox hazards(ui_->HazardType);
-  ComboListBox copies(ui_->ActnByCbo);
-  ListBox& second = primary ? static_cast<ListBox&>(hazards) : copies;
-  PassOver([&] { OpenRows(session().ListSql); },
+  PassOver([&] { OpenRows(session().ListSql); }, [&] { ClearLists(); },
            [&] {
-             copies.Clear();
-             ui_->ActnByLst->clear();
-             hazards.Clear();
-           },
-           [&] {
-             lookup::Fill(Rows(), second);
-             CopyToList(primary ? *ui_->HazardType : *ui_->ActnByCbo);
+             const QStringList entries = lookup::Texts(Rows());
+             FillCombo(primary ? ui_->HazardType : ui_->ActnByCbo, entries);
+             ui_->ActnByLst->addItems(entries);
            },
            [&] { Rows().MoveFirst(); },
            [&] {
              if (primary) {
-               hazards.SetText(Rows().Text(0));
+               ui_->HazardType->setEditText(Rows().Text(0));
              } else {
                SelectEntry(Rows().Text(0));
              }
@@ -153,13 +147,7 @@ void custizationFrm::HazardType_Click() {
            [&] {
              SetCaption(hazard);
              ui_->ActnByLst->clear();
-           },
-           [&] {
-             if (Rows().RecordCount() < 1) return;
-             const Recordset::Walk walk(Rows());
-             for (Rows().MoveFirst(); !Rows().Eof(); Rows().MoveNext()) {
-               ui_->ActnByLst->addItem(Rows().Text(0));
-             }
+             ui_->ActnByLst->addItems(lookup::Texts(Rows()));
            },
            [&] {
              if (Rows().RecordCount() < 1) return;
@@ -213,20 +201,19 @@ void custizationFrm::OpenPlain(const QString& sql) {
 }
 
 void custizationFrm::FillBoth() {
-  ComboListBox copies(ui_->ActnByCbo);
   ui_->ActnByLst->clear();
-  lookup::Fill(Rows(), copies);
-  CopyToList(*ui_->ActnByCbo);
+  const QStringList entries = lookup::Texts(Rows());
+  FillCombo(ui_->ActnByCbo, entries);
+  ui_->ActnByLst->addItems(entries);
   if (!IsPrimaryHazardChosen() || HazardListShowing_) return;
-  ComboListBox hazards(ui_->HazardType);
-  const QString kept = hazards.Text();
-  hazards.Clear();
-  lookup::Fill(Rows(), hazards);
-  hazards.SetText(kept);
+  const QString kept = ui_->HazardType->currentText();
+  FillCombo(ui_->HazardType, entries);
+  ui_->HazardType->setEditText(kept);
 }
 
-void custizationFrm::CopyToList(const QComboBox& filled) {
-  for (int i = 0; i < filled.count(); ++i) ui_->ActnByLst->addItem(filled.itemText(i));
+void custizationFrm::ClearLists() {
+  for (QComboBox* combo : {ui_->ActnByCbo, ui_->HazardType}) FillCombo(combo, {});
+  ui_->ActnByLst->clear();
 }
 
 QString custizationFrm::Choice() const {

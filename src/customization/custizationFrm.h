@@ -6,8 +6,6 @@
 #include "shell/SessionForm.h"
 #include "store/DataControl.h"
 
-class QComboBox;
-
 namespace kestrix {
 
 namespace Ui {
@@ -45,7 +43,6 @@ class custizationFrm : public SessionForm {
   void AddrcdTxt_LostFocus();
   void AddListRecord();
   void ReopenPrimaryHazards();
-  void StoreNewEntry(const QString& text);
   void SavRcd_Click();
   void dletedt_Click();
   void DeleteEntry();
@@ -59,7 +56,7 @@ class custizationFrm : public SessionForm {
   void OpenRows(const QString& sql);
   void OpenPlain(const QString& sql);
   void FillBoth();
-  void CopyToList(const QComboBox& filled);
+  void ClearLists();
   [[nodiscard]] QString Choice() const;
   [[nodiscard]] bool IsPrimaryHazardChosen() const;
   [[nodiscard]] QString SelectedEntry() const;

@@ -6,6 +6,7 @@
 
 #include "customization/custizationFrm.h"
 #include "formkit/Controls.h"
+#include "store/LookupList.h"
 #include "store/RecordSources.h"
 #include "ui_custizationFrm.h"
 
@@ -50,7 +51,9 @@ void custizationFrm::AddListRecord() {
   }
   PassOver(
       [&] {
-        StoreNewEntry(text);
+        const QString hazard = ui_->HazardType->currentText();
+        const bool below = IsPrimaryHazardChosen() && HazardListShowing_;
+        lookup::Add(Rows(), text, below ? &hazard : nullptr);
         selected = text;  // what the list refuses isn't shown as an entry of it
       },
       [&] { FillBoth(); });
@@ -65,16 +68,6 @@ void custizationFrm::ReopenPrimaryHazards() {
   const bool shown = IsPrimaryHazardChosen() && !HazardListShowing_;
   if (shown && nameDB_.RecordSource() != sources::kPrimaryHazard)
     OpenPlain(sources::kPrimaryHazard);
-}
-
-void custizationFrm::StoreNewEntry(const QString& text) {
-  Rows().AddNew();
-  const Recordset::Attempt attempt(Rows());
-  Rows().Set(0, text);
-  if (IsPrimaryHazardChosen() && HazardListShowing_) {
-    Rows().Set(1, ui_->HazardType->currentText());
-  }
-  Rows().Update();
 }
 
 void custizationFrm::SavRcd_Click() {
@@ -189,13 +182,7 @@ void custizationFrm::DeletePrimaryHazards() {
              session().ListSql = sources::kPrimaryHazard;
              OpenPlain(session().ListSql);
            },
-           [&] {
-             for (QComboBox* combo : {ui_->ForCustmnCbo, ui_->ActnByCbo, ui_->HazardType}) {
-               ComboListBox(combo).Clear();
-             }
-             ui_->ActnByLst->clear();
-           },
-           [&] { Rows().MoveFirst(); }, [&] { FillListChoices(); },
+           [&] { ClearLists(); }, [&] { Rows().MoveFirst(); }, [&] { FillListChoices(); },
            [&] { ui_->ForCustmnCbo->setEditText(QStringLiteral("Project stage")); });
 }
 

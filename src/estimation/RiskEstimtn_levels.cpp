@@ -152,17 +152,17 @@ void RiskEstimtn::TakeParameter(Parameter parameter) {
 /// Opens a box with these items and no text.
 void RiskEstimtn::Offer(Parameter parameter, std::span<const QStringView> items) {
   QComboBox* box = BoxOf(parameter);
-  ComboListBox list(box);
   box->setEnabled(true);
-  list.Clear();
-  for (const QStringView item : items) list.AddItem(item.toString());
+  QStringList texts;
+  for (const QStringView item : items) texts += item.toString();
+  FillCombo(box, texts);
 }
 
 /// Empties and closes this box and all behind it; their stored fields stay.
 void RiskEstimtn::CloseFrom(Parameter first) {
   for (const Parameter parameter : model::kParameters) {
     if (parameter < first) continue;
-    ComboListBox(BoxOf(parameter)).Clear();
+    FillCombo(BoxOf(parameter), {});
     BoxOf(parameter)->setEnabled(false);
   }
 }

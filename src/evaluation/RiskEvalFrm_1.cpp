@@ -6,7 +6,6 @@
 #include <QScopedValueRollback>
 
 #include "evaluation/MatrixIcon.h"
-#include "evaluation/TaskLists.h"
 #include "formkit/TextLimit.h"
 #include "store/RecordSources.h"
 #include "ui_RiskEvalFrm_1.h"
@@ -30,7 +29,8 @@ RiskEvalFrm_1::RiskEvalFrm_1(Context& context)
         made->setupUi(this);
         return made;
       }()),
-      controls_(*ui_) {
+      controls_(*ui_),
+      lists_(*this, *ui_, CboBxLstDB_) {
   LimitTexts();
   // The bindings come first, so that a change rule that corrects a text has the last word.
   controls_.Bind(dtsorce2_);
@@ -49,8 +49,8 @@ RiskEvalFrm_1::~RiskEvalFrm_1() = default;
 
 /// What a column can't hold doesn't go into its box: a save would leave it out without a word.
 void RiskEvalFrm_1::LimitTexts() {
-  for (const TaskList& list : kTaskLists) {
-    (ui_.get()->*list.combo)->lineEdit()->setMaxLength(kLineLength);
+  for (const TaskLists::List& list : lists_.All()) {
+    list.combo->lineEdit()->setMaxLength(kLineLength);
   }
   for (QPlainTextEdit* box : {ui_->HzrdDscptnTXT, ui_->ReccdtnTxt}) new TextLimit(box, kTextLength);
 }
@@ -91,25 +91,14 @@ void RiskEvalFrm_1::ConnectTasks() {
 }
 
 void RiskEvalFrm_1::ConnectLists() {
-  using Me = RiskEvalFrm_1;
-  OnGotFocus(ui_->PhaseMachn, &Me::PhaseMachn_GotFocus);
-  OnGotFocus(ui_->PrimaryHazard, &Me::PrimaryHazard_GotFocus);
-  OnLostFocus(ui_->PrimaryHazard, &Me::PrimaryHazard_LostFocus);
-  OnGotFocus(ui_->HazardType, &Me::HazardType_GotFocus);
-  OnLostFocus(ui_->HazardType, &Me::HazardType_LostFocus);
-  OnGotFocus(ui_->ReccdtnTypTxt, &Me::ReccdtnTypTxt_GotFocus);
-  OnGotFocus(ui_->ActnByCbo, &Me::ActnByCbo_GotFocus);
-  On(ui_->PrimaryHazard, &QComboBox::activated, &Me::PrimaryHazard_Click);
-  On(ui_->adddt, &QPushButton::clicked, &Me::adddt_Click);
-  On(ui_->adddt1, &QPushButton::clicked, &Me::adddt1_Click);
-  On(ui_->adddt2, &QPushButton::clicked, &Me::adddt2_Click);
-  On(ui_->adddt_2, &QPushButton::clicked, &Me::adddt_2_Click);
-  On(ui_->adddt_3, &QPushButton::clicked, &Me::adddt_3_Click);
-  On(ui_->dletedt, &QPushButton::clicked, &Me::dletedt_Click);
-  On(ui_->dletedt1, &QPushButton::clicked, &Me::dletedt1_Click);
-  On(ui_->dletedt2, &QPushButton::clicked, &Me::dletedt2_Click);
-  On(ui_->dletedt_2, &QPushButton::clicked, &Me::dletedt_2_Click);
-  On(ui_->dletedt_3, &QPushButton::clicked, &Me::dletedt_3_Click);
+  for (const TaskLists::List& list : lists_.All()) {
+    OnGotFocus(list.combo, [this, &list] { lists_.Enter(list); });
+    On(list.add, &QPushButton::clicked, [this, &list] { lists_.Add(list); });
+    On(list.remove, &QPushButton::clicked, [this, &list] { lists_.Delete(list); });
+  }
+  On(ui_->PrimaryHazard, &QComboBox::activated, [this] { lists_.CountHazardTypes(); });
+  OnLostFocus(ui_->PrimaryHazard, &RiskEvalFrm_1::PrimaryHazard_LostFocus);
+  OnLostFocus(ui_->HazardType, &RiskEvalFrm_1::HazardType_LostFocus);
 }
 
 void RiskEvalFrm_1::ConnectFields() {
@@ -158,7 +147,7 @@ void RiskEvalFrm_1::OpenTasks() {
   dtsorce2_.Refresh();
   if (TaskCount() == 0) {
     ClearTaskForm();
-    DisableLists();
+    lists_.Disable();
     ui_->TotAcdRCDDsply->setText(QStringLiteral(" Total recorded task %1 ").arg(TaskCount()));
     return;
   }
@@ -170,7 +159,7 @@ void RiskEvalFrm_1::OpenTasks() {
   }
   ShowPosition();
   ShowTask();
-  EnableCombos(true);
+  lists_.EnableCombos(true);
 }
 
 void RiskEvalFrm_1::OpenLists() {
@@ -209,18 +198,6 @@ void RiskEvalFrm_1::ClearTaskForm() {
     label->setToolTip(QString());
   }
   ui_->TotAcdRCDDsply->setText(QStringLiteral(" Recorded task 0 "));
-}
-
-void RiskEvalFrm_1::EnableCombos(bool enable) {
-  for (const TaskList& list : kTaskLists) (ui_.get()->*list.combo)->setEnabled(enable);
-}
-
-void RiskEvalFrm_1::DisableLists() {
-  EnableCombos(false);
-  for (const TaskList& list : kTaskLists) {
-    (ui_.get()->*list.add)->setEnabled(false);
-    (ui_.get()->*list.remove)->setEnabled(false);
-  }
 }
 
 void RiskEvalFrm_1::ShowProjectNumber() {

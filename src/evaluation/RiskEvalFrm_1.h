@@ -4,10 +4,10 @@
 #include <memory>
 
 #include "evaluation/TaskControls.h"
+#include "evaluation/TaskLists.h"
 #include "shell/SessionForm.h"
 #include "store/DataControl.h"
 
-class QComboBox;
 class QLabel;
 class QLineEdit;
 
@@ -16,7 +16,6 @@ namespace kestrix {
 namespace Ui {
 class RiskEvalFrm_1;
 }
-struct TaskList;
 
 /// The tasks of the project in hand: shows them, takes them down, and shows the risk that the
 /// estimation found for each. It holds the rows of the project's tasks for as long as it is loaded;
@@ -64,8 +63,6 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   void OpenLists();
   void LoadFailed();
   void ClearTaskForm();
-  void EnableCombos(bool enable);
-  void DisableLists();
   void ShowProjectNumber();
   void SettleTyping();
   void RiskEsmtBtn_Click();
@@ -99,34 +96,6 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   void ShowClass(QLabel* label, int severity, int class_score);
   void SyncReducedCheck();
 
-  // Lookup lists: RiskEvalFrm_1_lists.cpp
-  void EnableButtonsOf(const TaskList& list);
-  void OpenListOf(const TaskList& list);
-  void RefillCombo(QComboBox* combo);
-  void ListGotFocus(const TaskList& list);
-  void AddToList(const TaskList& list);
-  void AddEntry(Recordset& rows, bool below_hazard);
-  void DeleteFromList(const TaskList& list, const QString& judged, const QString& asked);
-  void DeletePrimaryHazardWithTypes();
-  void PhaseMachn_GotFocus();
-  void PrimaryHazard_GotFocus();
-  void PrimaryHazard_Click();
-  void PrimaryHazard_LostFocus();
-  void HazardType_GotFocus();
-  void HazardType_LostFocus();
-  void ReccdtnTypTxt_GotFocus();
-  void ActnByCbo_GotFocus();
-  void adddt_Click();
-  void adddt1_Click();
-  void adddt2_Click();
-  void adddt_2_Click();
-  void adddt_3_Click();
-  void dletedt_Click();
-  void dletedt1_Click();
-  void dletedt2_Click();
-  void dletedt_2_Click();
-  void dletedt_3_Click();
-
   // Fields: RiskEvalFrm_1_fields.cpp
   void DateChanged(QLineEdit* box);
   void DateLeft(QLineEdit* box);
@@ -141,6 +110,8 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   void ActntkenOptnY_N_Click();
   void RskRdsdtnY_N_Click();
   void FuntnTaskMachry_LostFocus();
+  void PrimaryHazard_LostFocus();
+  void HazardType_LostFocus();
   void FndESINo_Change();
   void FndESINo_LostFocus();
 
@@ -150,6 +121,7 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   DataControl dta1_{QStringLiteral("dta1"), this};  ///< holds nothing, as dta3_
   DataControl dta3_{QStringLiteral("dta3"), this};
   TaskControls controls_;
+  TaskLists lists_;
   bool loading_ = false;      ///< the rows are being opened; their moves are no moves of the user's
   bool find_active_ = false;  ///< from the first use of the find box on: row changes save nothing
 };

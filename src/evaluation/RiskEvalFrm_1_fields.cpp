@@ -4,6 +4,7 @@
 #include "evaluation/RiskEvalFrm_1.h"
 #include "evaluation/TaskFields.h"
 #include "formkit/Controls.h"
+#include "store/LookupList.h"
 #include "ui_RiskEvalFrm_1.h"
 
 namespace kestrix {
@@ -91,6 +92,27 @@ void RiskEvalFrm_1::FuntnTaskMachry_LostFocus() {
   if (TaskCount() >= 1 && !find_active_) SaveTask();
 }
 
+void RiskEvalFrm_1::PrimaryHazard_LostFocus() {
+  PassOver([this] {
+    if (ui_->PrimaryHazard->currentText().isEmpty()) {
+      ui_->PrimaryHazard->setCurrentText(lookup::kNotApplicable);
+      FocusLater(ui_->PrimaryHazard);
+    }
+    Tasks().Update();
+    Tasks().CancelUpdate();
+  });
+}
+
+void RiskEvalFrm_1::HazardType_LostFocus() {
+  try {
+    if (ui_->HazardType->currentText().isEmpty()) ui_->HazardType->setCurrentText(lookup::kNone);
+    Tasks().Update();
+    Tasks().CancelUpdate();
+  } catch (const Failure&) {
+    ui_->HazardType->setCurrentText(lookup::kNone);
+  }
+}
+
 void RiskEvalFrm_1::FndESINo_Change() {
   find_active_ = true;
   const QString wanted = ui_->FndESINo->text();
@@ -101,7 +123,7 @@ void RiskEvalFrm_1::FndESINo_Change() {
     const Recordset::Walk walk(Tasks());
     for (Tasks().MoveFirst(); !Tasks().Eof(); Tasks().MoveNext()) {
       if (Tasks().Text(task_field::kTitle).startsWith(wanted)) break;
-      if (!missed) EnableCombos(false);
+      if (!missed) lists_.EnableCombos(false);
       missed = true;
     }
   }
@@ -119,7 +141,7 @@ void RiskEvalFrm_1::FndESINo_LostFocus() {
   // is loaded again.
   ui_->FndESINo->setText(QString());
   // A find that missed and was taken back by hand has barred the lists too.
-  if (goes_on || TaskCount() != 0) EnableCombos(true);
+  if (goes_on || TaskCount() != 0) lists_.EnableCombos(true);
 }
 
 }  // namespace kestrix

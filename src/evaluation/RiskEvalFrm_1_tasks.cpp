@@ -76,7 +76,7 @@ void RiskEvalFrm_1::NewTaskDefaults() {
 }
 
 void RiskEvalFrm_1::SettleNewTask() {
-  EnableCombos(true);
+  lists_.EnableCombos(true);
   {
     // Told once, where the cursor ends: on the new task, which has the highest number but for those
     // that others have added since. Standing on theirs, a person would write into it.
@@ -135,7 +135,7 @@ void RiskEvalFrm_1::DleteRcd_Click() {
   }
   if (TaskCount() != 0) return;
   ClearTaskForm();
-  DisableLists();
+  lists_.Disable();
 }
 
 void RiskEvalFrm_1::DeleteTask() {

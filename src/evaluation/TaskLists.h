@@ -1,38 +1,59 @@
 #pragma once
 
 #include <QString>
-#include <array>
+#include <vector>
 
-#include "store/RecordSources.h"
-#include "ui_RiskEvalFrm_1.h"
+#include "shell/LookupBox.h"
+
+class QComboBox;
+class QPushButton;
 
 namespace kestrix {
 
-/// A lookup list of the evaluation form: its combo, its two buttons, and how it differs from the
-/// other four.
-struct TaskList {
-  QComboBox* Ui::RiskEvalFrm_1::*combo;
-  QPushButton* Ui::RiskEvalFrm_1::*add;
-  QPushButton* Ui::RiskEvalFrm_1::*remove;
-  const QString* sql;     ///< null for the list below the primary hazard in hand
-  bool keeps_focus_text;  ///< a delete judges the text that the box had when it got the focus
+namespace Ui {
+class RiskEvalFrm_1;
+}
+
+/// The five boxes of the evaluation form that are fed from lookup lists, with their "+" and "-".
+/// They share one data control, which holds the rows of the list that was last in use, and only the
+/// buttons of that list are enabled. What they keep stands in the session.
+class TaskLists {
+ public:
+  /// One of the boxes, and how its list differs from those of the others.
+  struct List {
+    QComboBox* combo;
+    QPushButton* add;
+    QPushButton* remove;
+    const QString* sql;     ///< null for the list below the primary hazard in hand
+    bool keeps_focus_text;  ///< a delete judges the text that the box had when it got the focus
+  };
+
+  TaskLists(SessionForm& form, const Ui::RiskEvalFrm_1& ui, DataControl& source);
+
+  [[nodiscard]] const std::vector<List>& All() const { return lists_; }
+  void EnableCombos(bool enable) const;
+  /// The boxes and all their buttons.
+  void Disable() const;
+
+  /// The box got the focus: its list is read afresh and its text stays.
+  void Enter(const List& list);
+  void Add(const List& list);
+  void Delete(const List& list);
+  /// A primary hazard was picked: counts its types, for a later delete.
+  void CountHazardTypes();
+
+ private:
+  [[nodiscard]] LookupBox BoxOf(const List& list) const;
+  [[nodiscard]] QString Hazard() const { return primary_.combo->currentText(); }
+  void Open(const QString& sql);
+  void DeletePrimaryHazard();
+  void DeletePrimaryHazardWithTypes();
+
+  SessionForm& form_;
+  DataControl& source_;
+  List primary_;
+  List types_;
+  std::vector<List> lists_;
 };
-
-inline constexpr TaskList kPhaseList{&Ui::RiskEvalFrm_1::PhaseMachn, &Ui::RiskEvalFrm_1::adddt,
-                                     &Ui::RiskEvalFrm_1::dletedt, &sources::kPhaseMachLife, true};
-inline constexpr TaskList kPrimaryHazardList{
-    &Ui::RiskEvalFrm_1::PrimaryHazard, &Ui::RiskEvalFrm_1::adddt1, &Ui::RiskEvalFrm_1::dletedt1,
-    &sources::kPrimaryHazard, false};
-inline constexpr TaskList kHazardTypeList{&Ui::RiskEvalFrm_1::HazardType,
-                                          &Ui::RiskEvalFrm_1::adddt2, &Ui::RiskEvalFrm_1::dletedt2,
-                                          nullptr, false};
-inline constexpr TaskList kRecommendationTypeList{
-    &Ui::RiskEvalFrm_1::ReccdtnTypTxt, &Ui::RiskEvalFrm_1::adddt_2, &Ui::RiskEvalFrm_1::dletedt_2,
-    &sources::kRecommTyp, true};
-inline constexpr TaskList kActionByList{&Ui::RiskEvalFrm_1::ActnByCbo, &Ui::RiskEvalFrm_1::adddt_3,
-                                        &Ui::RiskEvalFrm_1::dletedt_3, &sources::kActionBy, true};
-
-inline constexpr std::array kTaskLists{kPhaseList, kPrimaryHazardList, kHazardTypeList,
-                                       kRecommendationTypeList, kActionByList};
 
 }  // namespace kestrix

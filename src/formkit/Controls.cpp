@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "formkit/TextLimit.h"
+#include "store/LookupList.h"
 
 namespace kestrix {
 namespace {
@@ -191,37 +192,14 @@ void SettleCombo(QComboBox* combo) {
                    [edit = combo->lineEdit()] { edit->home(false); });
 }
 
-void ComboListBox::Clear() {
-  combo_->clear();
-  if (combo_->isEditable()) combo_->clearEditText();
-}
-
-void ComboListBox::AddItem(const QString& text) {
-  QLineEdit* edit = combo_->lineEdit();
-  if (!edit || combo_->currentIndex() >= 0 || combo_->count() > 0) {
-    combo_->addItem(text);
-    return;
-  }
-  // The first item would be taken as chosen, and its text with it.
-  const QSignalBlocker combo_is_silent(combo_);
-  const QSignalBlocker edit_is_silent(edit);
-  const QString kept = edit->text();
-  const int cursor = edit->cursorPosition();
-  const int start = edit->selectionStart();
-  const int length = edit->selectionLength();
-  combo_->addItem(text);
-  combo_->setCurrentIndex(-1);
-  edit->setText(kept);
-  edit->setCursorPosition(cursor);
-  if (start >= 0) edit->setSelection(start, length);
-}
-
-QString ComboListBox::Text() const {
-  return combo_->currentText();
-}
-
-void ComboListBox::SetText(const QString& text) {
-  combo_->setCurrentText(text);
+void FillCombo(QComboBox* combo, const QStringList& entries) {
+  combo->clear();
+  if (combo->isEditable()) combo->clearEditText();
+  // The first entry would be taken as chosen, and its text with it.
+  const QSignalBlocker combo_is_silent(combo);
+  const QSignalBlocker edit_is_silent(combo->lineEdit());
+  combo->addItems(entries);
+  combo->setCurrentIndex(-1);
 }
 
 void SetLocked(QLineEdit* box, bool locked) {

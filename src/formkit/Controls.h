@@ -3,8 +3,7 @@
 #include <QCursor>
 #include <QPalette>
 #include <QRgb>
-
-#include "store/LookupList.h"
+#include <QStringList>
 
 class QComboBox;
 class QLineEdit;
@@ -47,18 +46,8 @@ void SetSystemBack(QWidget* control);
 /// that it holds.
 void SettleCombo(QComboBox* combo);
 
-/// Empties or fills a combo box without its text following the items.
-class ComboListBox : public ListBox {
- public:
-  explicit ComboListBox(QComboBox* combo) : combo_(combo) {}
-  void Clear() override;                       ///< items and text
-  void AddItem(const QString& text) override;  ///< leaves the text alone
-  [[nodiscard]] QString Text() const override;
-  void SetText(const QString& text) override;
-
- private:
-  QComboBox* combo_;
-};
+/// Replaces the entries of a combo box, and takes its text away; none of them is chosen.
+void FillCombo(QComboBox* combo, const QStringList& entries);
 
 /// A text box that takes no typing, and looks so; its text can be selected and copied.
 void SetLocked(QLineEdit* box, bool locked);

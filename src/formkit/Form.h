@@ -85,6 +85,15 @@ class Form : public QMainWindow {
       Guarded([&] { (static_cast<Me*>(this)->*handler)(argument); });
     });
   }
+  /// The same for a handler of a part of the form, and for one of many that differ by a row of a
+  /// table.
+  template <class Sender, class Signal>
+  void On(Sender* sender, Signal signal, std::function<void()> handler) {
+    connect(sender, signal, this, [this, handler = std::move(handler)] { Guarded(handler); });
+  }
+  void OnGotFocus(QWidget* control, std::function<void()> handler) {
+    ConnectGotFocus(control, std::move(handler));
+  }
   template <class Me>
   void OnGotFocus(QWidget* control, void (Me::*handler)()) {
     ConnectGotFocus(control, [this, handler] { (static_cast<Me*>(this)->*handler)(); });

@@ -10,6 +10,7 @@ class QTimer;
 namespace kestrix {
 
 class DataControl;
+class LookupBox;
 class Recordset;
 
 namespace Ui {
@@ -128,8 +129,7 @@ class mnfrm : public SessionForm, public ProjectInHand {
   void PrjStgCbo_LostFocus();
   void adddt0_Click();
   void dletedt0_Click();
-  void AddStage(Recordset& stages);
-  void FillStages();
+  [[nodiscard]] LookupBox Stages();
   void EnableStageCommands();
 
   // mnfrm_commands.cpp: the ways out of the form.

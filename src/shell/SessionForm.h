@@ -48,13 +48,9 @@ class SessionForm : public Form {
  public:
   explicit SessionForm(Context& context);
 
- protected:
-  [[nodiscard]] Context& context() const { return context_; }
+  // For the parts of a form, too.
   [[nodiscard]] SessionState& session() const { return context_.session; }
-  [[nodiscard]] const Installation& installation() const { return context_.installation; }
-  [[nodiscard]] Frame& frame() const { return context_.frame; }
-  [[nodiscard]] CommonDialog& dialog() const { return context_.dialog; }
-
+  using Form::Tell;
   /// Asks whether records are to be deleted, No being the default. The answer is kept in MsgAnswer.
   [[nodiscard]] bool IsDeletionWished(const QString& question, Icon icon = Icon::kInformation);
   /// True when `entry` is reserved in every list: the person was told that it can't be deleted.
@@ -65,6 +61,12 @@ class SessionForm : public Form {
   /// one.
   [[nodiscard]] bool LacksText(QWidget* box, const QString& text,
                                const std::optional<QString>& kept);
+
+ protected:
+  [[nodiscard]] Context& context() const { return context_; }
+  [[nodiscard]] const Installation& installation() const { return context_.installation; }
+  [[nodiscard]] Frame& frame() const { return context_.frame; }
+  [[nodiscard]] CommonDialog& dialog() const { return context_.dialog; }
 
  private:
   Context& context_;

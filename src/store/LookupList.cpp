@@ -9,45 +9,33 @@ bool IsReserved(const QString& text) {
   return text == kNone || text == kNotApplicable;
 }
 
-void Fill(Recordset& rows, ListBox& box) {
+QStringList Texts(Recordset& rows) {
+  QStringList texts;
+  if (rows.RecordCount() == 0) return texts;
   const Recordset::Walk walk(rows);
-  box.Clear();
-  rows.MoveFirst();
-  const int count = rows.RecordCount();
-  for (int i = 1; i <= count; ++i) {
-    const QString text = rows.Text(0);
+  for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) {
     // No entry is empty: this is one that somebody else has deleted.
-    if (!text.isEmpty()) box.AddItem(text);
-    rows.MoveNext();
+    if (const QString text = rows.Text(0); !text.isEmpty()) texts += text;
   }
-  rows.MoveFirst();
+  return texts;
 }
 
-void FillToEnd(Recordset& rows, ListBox& box) {
-  const Recordset::Walk walk(rows);
-  box.Clear();
-  if (rows.RecordCount() == 0) return;
-  for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) box.AddItem(rows.Text(0));
-}
-
-bool Knows(Recordset& rows, const QString& text) {
+bool Knows(Recordset& rows, const QString& text, const QString* parent) {
   if (rows.RecordCount() == 0) return false;
   const Recordset::Walk walk(rows);
   bool known = false;
   for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) {
-    if (rows.Text(0) == text) known = true;
+    if (rows.Text(0) == text && (parent == nullptr || rows.Text(1) == *parent)) known = true;
   }
   return known;
 }
 
-bool KnowsPair(Recordset& rows, const QString& text, const QString& parent) {
-  if (rows.RecordCount() == 0) return false;
-  const Recordset::Walk walk(rows);
-  bool known = false;
-  for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) {
-    if (rows.Text(0) == text && rows.Text(1) == parent) known = true;
-  }
-  return known;
+void Add(Recordset& rows, const QString& text, const QString* parent) {
+  rows.AddNew();
+  const Recordset::Attempt attempt(rows);
+  rows.Set(0, text);
+  if (parent != nullptr) rows.Set(1, *parent);
+  rows.Update();
 }
 
 bool WalkTo(Recordset& rows, const QString& text, int field) {

@@ -1,22 +1,12 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <functional>
 
 namespace kestrix {
 
 class Recordset;
-
-/// What a list command needs of the box in front of a lookup list. Forms give it as an adapter of
-/// their combo or list box.
-class ListBox {
- public:
-  virtual ~ListBox() = default;
-  virtual void Clear() = 0;
-  virtual void AddItem(const QString& text) = 0;
-  [[nodiscard]] virtual QString Text() const = 0;
-  virtual void SetText(const QString& text) = 0;
-};
 
 /// The shape that filling, adding to and deleting from a lookup list have in common. Each list
 /// tells only how it differs, in the form that shows it.
@@ -28,15 +18,15 @@ namespace lookup {
 inline const QString kNone = QStringLiteral("None.");
 inline const QString kNotApplicable = QStringLiteral("N.A.");
 
-/// Clears `box` and adds the first field of every row, in table order, then stands on the first row
-/// again. An empty list fails with kNoCurrentRow after the box was cleared, as its first move does.
-void Fill(Recordset& rows, ListBox& box);
-/// As Fill, but an empty list only clears the box; the rows are left past the last one.
-void FillToEnd(Recordset& rows, ListBox& box);
-/// Walks all rows from the first to the last; true when one has `text` in its first field.
-[[nodiscard]] bool Knows(Recordset& rows, const QString& text);
-/// The same, comparing the first two fields.
-[[nodiscard]] bool KnowsPair(Recordset& rows, const QString& text, const QString& parent);
+/// The first field of every row, in table order, without rows that somebody else has deleted. The
+/// rows stand past the last one.
+[[nodiscard]] QStringList Texts(Recordset& rows);
+/// Walks all rows from the first to the last; true when one has `text` in its first field and, when
+/// it is given, `parent` in its second.
+[[nodiscard]] bool Knows(Recordset& rows, const QString& text, const QString* parent = nullptr);
+/// Stores a row with `text` and, when it is given, `parent` in its first fields. A row that is
+/// refused is forgotten, and its failure is thrown.
+void Add(Recordset& rows, const QString& text, const QString* parent = nullptr);
 /// Stands on the first row whose `field` is `text`; past the last row when there is none. True when
 /// it was found. Fails with kNoCurrentRow on an empty list.
 bool WalkTo(Recordset& rows, const QString& text, int field = 0);

@@ -371,8 +371,8 @@ TEST_F(custizationFrmTest, SavingAnEntryThatIsGoneOnlyFillsTheListAnew) {
 }
 
 TEST_F(custizationFrmTest, AChangeThatTheListRefusesIsForgotten) {
-  Exec(installation.Lists(), "CREATE UNIQUE INDEX one ON Prjstage(hazopstage COLLATE NOCASE)");
   Open<custizationFrm>();
+  Exec(installation.Lists(), "CREATE UNIQUE INDEX one ON Prjstage(hazopstage COLLATE NOCASE)");
   PickEntry("Design");
   TypeInto("AddrcdTxt", "build");
   Click("SavRcd");
@@ -383,8 +383,8 @@ TEST_F(custizationFrmTest, AChangeThatTheListRefusesIsForgotten) {
 }
 
 TEST_F(custizationFrmTest, ANewEntryThatTheListRefusesIsForgottenAndPendsNoLonger) {
-  Exec(installation.Lists(), "CREATE UNIQUE INDEX one ON Prjstage(hazopstage COLLATE NOCASE)");
   Open<custizationFrm>();
+  Exec(installation.Lists(), "CREATE UNIQUE INDEX one ON Prjstage(hazopstage COLLATE NOCASE)");
   Add("design");
   EXPECT_EQ(Stages(), (QStringList{"None.", "N.A.", "Design", "Build"}));
   EXPECT_EQ(ItemsOf("ActnByLst"), Stages());

@@ -396,9 +396,9 @@ TEST_F(RiskEvalFrm_1TasksTest, TheFirstTaskOfAProjectOpensTheListsButNotTheirBut
 
 TEST_F(RiskEvalFrm_1TasksTest, AddingThatTheStudyRefusesIsToldAndLeavesNothingHalfWritten) {
   GivenTasks({"Feed"});
-  Exec(Study(), "CREATE UNIQUE INDEX only_one ON Risk_records(Project_Number)");
   const auto before = AllTasks();
   OpenForm();
+  Exec(Study(), "CREATE UNIQUE INDEX only_one ON Risk_records(Project_Number)");
   ExpectTell(Study() + ": UNIQUE constraint failed: Risk_records.Project_Number.", Icon::kCritical);
   Click("addNewRcd");
   EXPECT_EQ(AllTasks(), before);

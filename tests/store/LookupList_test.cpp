@@ -6,17 +6,6 @@
 namespace kestrix::testing {
 namespace {
 
-class FakeBox : public ListBox {
- public:
-  void Clear() override { items.clear(); }
-  void AddItem(const QString& item) override { items += item; }
-  [[nodiscard]] QString Text() const override { return text; }
-  void SetText(const QString& value) override { text = value; }
-
-  QStringList items;
-  QString text = QStringLiteral("typed");
-};
-
 bool HoldsReserved(const Recordset& row) {
   return lookup::IsReserved(row.Text(0));
 }
@@ -49,27 +38,21 @@ TEST_F(LookupListTest, OnlyTheTwoWordsAreReservedToTheLetter) {
   EXPECT_FALSE(lookup::IsReserved(QString()));
 }
 
-TEST_F(LookupListTest, FillingKeepsTheOrderOfTheTableAndLeavesTheText) {
+TEST_F(LookupListTest, TheTextsKeepTheOrderOfTheTableAndLeaveOutWhatIsGone) {
   const auto rows = Rows(sources::kPrjstage);
-  FakeBox box;
-  lookup::Fill(*rows, box);
-  EXPECT_EQ(box.items, (QStringList{"None.", "N.A.", "Design", "design", "Use"}));
-  EXPECT_EQ(box.text, "typed");
-  EXPECT_EQ(rows->AbsolutePosition(), 1);
-  lookup::FillToEnd(*rows, box);
-  EXPECT_EQ(box.items.size(), 5);
-  EXPECT_TRUE(rows->Eof());
+  EXPECT_EQ(lookup::Texts(*rows), (QStringList{"None.", "N.A.", "Design", "design", "Use"}));
+  Exec(Path("lists.mdb"), "DELETE FROM Prjstage WHERE hazopstage='design'");
+  EXPECT_EQ(lookup::Texts(*rows), (QStringList{"None.", "N.A.", "Design", "Use"}));
+  EXPECT_TRUE(lookup::Texts(*Rows(sources::kActionBy)).isEmpty());
 }
 
-TEST_F(LookupListTest, AnEmptyListFailsOrOnlyClears) {
-  const auto rows = Rows(sources::kActionBy);
-  FakeBox box;
-  box.items = QStringList{"old"};
-  EXPECT_EQ(FailureOf([&] { lookup::Fill(*rows, box); }), failure::kNoCurrentRow);
-  EXPECT_TRUE(box.items.isEmpty());
-  box.items = QStringList{"old"};
-  lookup::FillToEnd(*rows, box);
-  EXPECT_TRUE(box.items.isEmpty());
+TEST_F(LookupListTest, AnEntryIsAddedWithItsParent) {
+  const auto rows = Rows(QStringLiteral("HazardType"));
+  const QString parent = QStringLiteral("Mechanical");
+  lookup::Add(*rows, QStringLiteral("Shearing"), &parent);
+  EXPECT_EQ(
+      Read(Path("lists.mdb"), "SELECT HazardTyp||'/'||hazardoccurrence FROM HazardType").last(),
+      "Mechanical/Shearing");
 }
 
 TEST_F(LookupListTest, KnowingIsExactInCaseAndWalksToTheEnd) {
@@ -82,8 +65,10 @@ TEST_F(LookupListTest, KnowingIsExactInCaseAndWalksToTheEnd) {
 
 TEST_F(LookupListTest, APairIsKnownByBothFields) {
   const auto rows = Rows(QStringLiteral("HazardType"));
-  EXPECT_TRUE(lookup::KnowsPair(*rows, QStringLiteral("Noise"), QStringLiteral("Noise hazards")));
-  EXPECT_FALSE(lookup::KnowsPair(*rows, QStringLiteral("Noise"), QStringLiteral("Mechanical")));
+  const QString own = QStringLiteral("Noise hazards");
+  const QString other = QStringLiteral("Mechanical");
+  EXPECT_TRUE(lookup::Knows(*rows, QStringLiteral("Noise"), &own));
+  EXPECT_FALSE(lookup::Knows(*rows, QStringLiteral("Noise"), &other));
 }
 
 TEST_F(LookupListTest, DeletingTakesTheFirstRowThatMatches) {

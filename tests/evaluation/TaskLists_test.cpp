@@ -491,8 +491,8 @@ TEST_F(RiskEvalFrm_1ListsTest, LeavingAHazardBoxStoresTheTask) {
 
 TEST_F(RiskEvalFrm_1ListsTest, AHazardTypeThatCannotBeStoredReadsNone) {
   GivenTask({{"FuntnTaskMachry", "Clean"}, {"Hazard_type", "Crushing"}});
-  Exec(Study(), "CREATE UNIQUE INDEX one_each ON Risk_records(Hazard_type)");
   OpenForm();
+  Exec(Study(), "CREATE UNIQUE INDEX one_each ON Risk_records(Hazard_type)");
   SetText("HazardType", "Crushing");
   PressTab();
   EXPECT_EQ(TextOf("HazardType"), "None.");
