@@ -3,7 +3,6 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QScopedValueRollback>
 
 #include "evaluation/MatrixIcon.h"
 #include "formkit/TextLimit.h"
@@ -30,7 +29,19 @@ RiskEvalFrm_1::RiskEvalFrm_1(Context& context)
         return made;
       }()),
       controls_(*ui_),
-      lists_(*this, *ui_, CboBxLstDB_) {
+      lists_(*this, *ui_, CboBxLstDB_),
+      summary_({.index_before = ui_->RIBRtxt,
+                .index_after = ui_->RIARtxt,
+                .class_before = ui_->ClassScorLBL,
+                .class_after = ui_->ClassScorLBLA,
+                .reduced = ui_->RskRdsdtnY_N},
+               session()),
+      navigation_(*this, {.tasks = dtsorce2_,
+                          .controls = controls_,
+                          .lists = lists_,
+                          .summary = summary_,
+                          .position = ui_->TotAcdRCDDsply,
+                          .find = ui_->FndESINo}) {
   LimitTexts();
   // The bindings come first, so that a change rule that corrects a text has the last word.
   controls_.Bind(dtsorce2_);
@@ -38,7 +49,7 @@ RiskEvalFrm_1::RiskEvalFrm_1(Context& context)
                       {{QStringLiteral("Ref.No."), QStringLiteral("RefNo")},
                        {QStringLiteral("Functions and Task "), QStringLiteral("FuntnTaskMachry")},
                        {QStringLiteral("nunberauto"), QStringLiteral("nunberauto")}});
-  ui_->DB1->SetToolTips([this](int position) { return TaskTip(position); });
+  ui_->DB1->SetToolTips([this](int position) { return RiskSummary::TipOf(Tasks(), position); });
   SettleLooks();
   ConnectTasks();
   ConnectLists();
@@ -79,13 +90,13 @@ void RiskEvalFrm_1::ConnectTasks() {
   connect(&dtsorce2_, &DataControl::Shown, this, &Me::ShowProjectNumber);
   connect(&dtsorce2_, &DataControl::Shown, this, &Me::SettleTyping);
   connect(&dtsorce2_, &DataControl::Shown, this, [this] { controls_.ShowBeginnings(); });
-  On(ui_->DB1, &Grid::RowColChange, &Me::DB1_RowColChange);
+  On(ui_->DB1, &Grid::RowColChange, [this] { navigation_.RowChanged(); });
   OnGotFocus(ui_->DB1, &Me::DB1_GotFocus);
   On(ui_->addNewRcd, &QPushButton::clicked, &Me::addNewRcd_Click);
   On(ui_->CpyTaskCmd, &QPushButton::clicked, &Me::CpyTaskCmd_Click);
   On(ui_->DleteRcd, &QPushButton::clicked, &Me::DleteRcd_Click);
-  On(ui_->nxtfrmbtn, &QPushButton::clicked, &Me::nxtfrmbtn_Click);
-  On(ui_->prvsfrmbtn, &QPushButton::clicked, &Me::prvsfrmbtn_Click);
+  On(ui_->nxtfrmbtn, &QPushButton::clicked, [this] { navigation_.Next(); });
+  On(ui_->prvsfrmbtn, &QPushButton::clicked, [this] { navigation_.Previous(); });
   On(ui_->RiskEsmtBtn, &QPushButton::clicked, &Me::RiskEsmtBtn_Click);
   On(ui_->ClsedDg, &QPushButton::clicked, &Me::ClsedDg_Click);
 }
@@ -113,7 +124,7 @@ void RiskEvalFrm_1::ConnectFields() {
   On(ui_->ActntkenOptnY_N, &QCheckBox::toggled, &Me::ActntkenOptnY_N_Click);
   On(ui_->RskRdsdtnY_N, &QCheckBox::toggled, &Me::RskRdsdtnY_N_Click);
   OnLostFocus(ui_->FuntnTaskMachry, &Me::FuntnTaskMachry_LostFocus);
-  On(ui_->FndESINo, &QLineEdit::textChanged, &Me::FndESINo_Change);
+  On(ui_->FndESINo, &QLineEdit::textChanged, [this] { navigation_.Find(); });
   OnLostFocus(ui_->FndESINo, &Me::FndESINo_LostFocus);
 }
 
@@ -131,7 +142,7 @@ void RiskEvalFrm_1::Load() {
       Tasks().SetAbsolutePosition(session().TaskPosition);
     }
     // The first task comes up without a change of row, and with the tick that was stored last.
-    SyncReducedCheck();
+    summary_.SyncReducedCheck(Tasks());
   } catch (const Failure&) {
     LoadFailed();
   }
@@ -139,7 +150,7 @@ void RiskEvalFrm_1::Load() {
 
 void RiskEvalFrm_1::OpenTasks() {
   // Until the place of the last time is taken up again, moves must not be taken for a new place.
-  const QScopedValueRollback<bool> loading(loading_, true);
+  const TaskNavigation::Quiet quiet(navigation_);
   dtsorce2_.SetConnectionString(
       DataControl::ConnectionStringFor(installation().Study(session().ActiveStudyNo)));
   session().RiskSql = sources::RiskSql(context().project.ESI_No());
@@ -157,8 +168,8 @@ void RiskEvalFrm_1::OpenTasks() {
     Tasks().MoveNext();
     Tasks().MoveFirst();
   }
-  ShowPosition();
-  ShowTask();
+  navigation_.ShowPosition();
+  controls_.ShowTask(Tasks());
   lists_.EnableCombos(true);
 }
 
@@ -178,7 +189,8 @@ void RiskEvalFrm_1::LoadFailed() {
 }
 
 void RiskEvalFrm_1::Activate() {
-  ShowRiskSummary();
+  // Past the last task, after a find without a match, the labels keep what they show.
+  if (TaskCount() != 0 && Tasks().HasCurrentRow()) summary_.Show(Tasks());
 }
 
 void RiskEvalFrm_1::QueryUnload() {
@@ -193,10 +205,7 @@ void RiskEvalFrm_1::ClearTaskForm() {
   ui_->PrjDesptn->setText(QStringLiteral("No task recorded. Click 'Add New Task' to record task"));
   ui_->HzrdTyp->setText(QStringLiteral("No task recorded"));
   controls_.ShowUnset(Today());
-  for (QLabel* label : {ui_->RIBRtxt, ui_->RIARtxt}) {
-    label->setText(QStringLiteral("0"));
-    label->setToolTip(QString());
-  }
+  summary_.Clear();
   ui_->TotAcdRCDDsply->setText(QStringLiteral(" Recorded task 0 "));
 }
 

@@ -3,12 +3,13 @@
 #include <QString>
 #include <memory>
 
+#include "evaluation/RiskSummary.h"
 #include "evaluation/TaskControls.h"
 #include "evaluation/TaskLists.h"
+#include "evaluation/TaskNavigation.h"
 #include "shell/SessionForm.h"
 #include "store/DataControl.h"
 
-class QLabel;
 class QLineEdit;
 
 namespace kestrix {
@@ -69,32 +70,17 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   void ClsedDg_Click();
 
   // Tasks: RiskEvalFrm_1_tasks.cpp
-  [[nodiscard]] int TaskCount() const;
-  void ShowTask();
+  [[nodiscard]] int TaskCount() const { return navigation_.Count(); }
   void SaveTask();
-  void ShowPosition();
-  void RememberPosition(int position);
   void NewTaskDefaults();
   void CopyTaskOut();
   void CopyTaskIn();
   void SettleNewTask();
   void DeleteTask();
   void DB1_GotFocus();
-  void DB1_RowColChange();
   void addNewRcd_Click();
   void CpyTaskCmd_Click();
   void DleteRcd_Click();
-  void nxtfrmbtn_Click();
-  void prvsfrmbtn_Click();
-
-  // Risk summary: RiskEvalFrm_1_summary.cpp
-  void ShowRiskSummary();
-  void ShowIndexes();
-  void ShowVerdict(const QString& verdict);
-  void ShowHints();
-  [[nodiscard]] QString TaskTip(int position) const;
-  void ShowClass(QLabel* label, int severity, int class_score);
-  void SyncReducedCheck();
 
   // Fields: RiskEvalFrm_1_fields.cpp
   void DateChanged(QLineEdit* box);
@@ -110,10 +96,9 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   void ActntkenOptnY_N_Click();
   void RskRdsdtnY_N_Click();
   void FuntnTaskMachry_LostFocus();
+  void FndESINo_LostFocus() { navigation_.LeaveFind(); }
   void PrimaryHazard_LostFocus();
   void HazardType_LostFocus();
-  void FndESINo_Change();
-  void FndESINo_LostFocus();
 
   std::unique_ptr<Ui::RiskEvalFrm_1> ui_;
   DataControl dtsorce2_{QStringLiteral("dtsorce2"), this};
@@ -122,8 +107,8 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   DataControl dta3_{QStringLiteral("dta3"), this};
   TaskControls controls_;
   TaskLists lists_;
-  bool loading_ = false;      ///< the rows are being opened; their moves are no moves of the user's
-  bool find_active_ = false;  ///< from the first use of the find box on: row changes save nothing
+  RiskSummary summary_;
+  TaskNavigation navigation_;
 };
 
 }  // namespace kestrix

@@ -85,11 +85,11 @@ void RiskEvalFrm_1::ActntkenOptnY_N_Click() {
 }
 
 void RiskEvalFrm_1::RskRdsdtnY_N_Click() {
-  ShowVerdict(ui_->RskRdsdtnY_N->isChecked() ? kYes : kNo);
+  summary_.ShowVerdict(ui_->RskRdsdtnY_N->isChecked() ? kYes : kNo);
 }
 
 void RiskEvalFrm_1::FuntnTaskMachry_LostFocus() {
-  if (TaskCount() >= 1 && !find_active_) SaveTask();
+  if (TaskCount() >= 1 && !navigation_.IsFindActive()) SaveTask();
 }
 
 void RiskEvalFrm_1::PrimaryHazard_LostFocus() {
@@ -111,37 +111,6 @@ void RiskEvalFrm_1::HazardType_LostFocus() {
   } catch (const Failure&) {
     ui_->HazardType->setCurrentText(lookup::kNone);
   }
-}
-
-void RiskEvalFrm_1::FndESINo_Change() {
-  find_active_ = true;
-  const QString wanted = ui_->FndESINo->text();
-  SetSystemBack(ui_->FndESINo);
-  if (TaskCount() == 0) return;
-  bool missed = false;
-  {
-    const Recordset::Walk walk(Tasks());
-    for (Tasks().MoveFirst(); !Tasks().Eof(); Tasks().MoveNext()) {
-      if (Tasks().Text(task_field::kTitle).startsWith(wanted)) break;
-      if (!missed) lists_.EnableCombos(false);
-      missed = true;
-    }
-  }
-  // The list stood on each row in turn, on the last one at the end.
-  if (!Tasks().Eof()) return;
-  RememberPosition(TaskCount());
-  SetBackColour(ui_->FndESINo, colour::kWarning);
-}
-
-void RiskEvalFrm_1::FndESINo_LostFocus() {
-  find_active_ = false;
-  const bool goes_on = !ui_->FndESINo->text().isEmpty();
-  // Set, not cleared, so that the box doesn't keep all that is ever looked for, to undo it. Where
-  // there is a text, this finds the first task, and with that the form stays in the find until it
-  // is loaded again.
-  ui_->FndESINo->setText(QString());
-  // A find that missed and was taken back by hand has barred the lists too.
-  if (goes_on || TaskCount() != 0) lists_.EnableCombos(true);
 }
 
 }  // namespace kestrix

@@ -1,6 +1,4 @@
-// How tasks are shown, saved, added, copied and deleted, and how the form moves between them.
-#include <limits>
-
+// How tasks are saved, added, copied and deleted.
 #include "evaluation/RiskEvalFrm_1.h"
 #include "evaluation/TaskFields.h"
 #include "ui_RiskEvalFrm_1.h"
@@ -14,55 +12,14 @@ constexpr bool IsCopied(int field) {
          field != task_field::kActionDate;
 }
 
-bool FitsInt16(int number) {
-  return number >= std::numeric_limits<qint16>::min() &&
-         number <= std::numeric_limits<qint16>::max();
-}
-
 }  // namespace
 
-int RiskEvalFrm_1::TaskCount() const {
-  return dtsorce2_.HasRecordset() ? dtsorce2_.Recordset().RecordCount() : 0;
-}
-
-void RiskEvalFrm_1::ShowTask() {
-  controls_.Show(Tasks());
-  controls_.ShowBeginnings();
-}
-
 void RiskEvalFrm_1::SaveTask() {
-  if (ui_->ESINoLBLCp->text().isEmpty()) return;
-  // What was written before a failing field stays; nobody is told, and the caller goes on.
-  PassOver([this] { controls_.Save(Tasks()); });
-}
-
-void RiskEvalFrm_1::ShowPosition() {
-  ui_->TotAcdRCDDsply->setText(QStringLiteral(" Recorded task %1 of %2 ")
-                                   .arg(Tasks().AbsolutePosition())
-                                   .arg(Tasks().RecordCount()));
-}
-
-void RiskEvalFrm_1::RememberPosition(int position) {
-  // A place that the remembered one can't hold isn't remembered; the task is shown all the same.
-  if (FitsInt16(position)) session().TaskPosition = static_cast<qint16>(position);
+  PassOver([this] { controls_.SaveTask(Tasks()); });
 }
 
 void RiskEvalFrm_1::DB1_GotFocus() {
   ui_->DB1->SetAllowUpdate(false);
-}
-
-void RiskEvalFrm_1::DB1_RowColChange() {
-  if (loading_) return;
-  try {
-    RememberPosition(Tasks().AbsolutePosition());
-    if (TaskCount() < 1 || find_active_) return;
-    SaveTask();
-    SyncReducedCheck();
-    ShowRiskSummary();
-    ShowPosition();
-  } catch (const Failure&) {
-    // A row that can't be read shows nothing; the next one will.
-  }
 }
 
 void RiskEvalFrm_1::NewTaskDefaults() {
@@ -71,8 +28,7 @@ void RiskEvalFrm_1::NewTaskDefaults() {
   Tasks().Set(task_field::kProjectNumber, number);
   ui_->PrjDesptn->setText(context().project.ProjectDescription());
   controls_.ShowUnset(Today());
-  ui_->RIBRtxt->setText(QStringLiteral("0"));
-  ui_->RIARtxt->setText(QStringLiteral("0"));
+  summary_.Clear();
 }
 
 void RiskEvalFrm_1::SettleNewTask() {
@@ -85,7 +41,7 @@ void RiskEvalFrm_1::SettleNewTask() {
     Tasks().Requery();
     Tasks().SetAbsolutePosition(Tasks().AddedPosition());
   }
-  ShowPosition();
+  navigation_.ShowPosition();
   FocusLater(ui_->FuntnTaskMachry, [this] { ui_->FuntnTaskMachry->selectAll(); });
 }
 
@@ -146,49 +102,8 @@ void RiskEvalFrm_1::DeleteTask() {
     if (TaskCount() != 0) Tasks().SetAbsolutePosition(TaskCount());
   }
   if (TaskCount() == 0) return;
-  ShowPosition();
-  ShowTask();
-}
-
-void RiskEvalFrm_1::nxtfrmbtn_Click() {
-  try {
-    const int position = Tasks().AbsolutePosition();
-    if (!FitsInt16(position)) throw Failure(failure::kOverflow, QStringLiteral("Overflow"));
-    if (TaskCount() != 0) {
-      SaveTask();
-      ShowTask();
-      ShowPosition();
-    } else {
-      Tell(Icon::kInformation, title::kProgram, QStringLiteral("No records."));
-    }
-    if (TaskCount() == position) {
-      Tell(Icon::kInformation, title::kProgram, QStringLiteral("You are on last record."));
-    }
-  } catch (const Failure&) {
-    Tell(Icon::kInformation, title::kProgram, QStringLiteral("You are on last record."));
-    Tasks().SetAbsolutePosition(Recordset::kPositionPastLast);
-  }
-}
-
-void RiskEvalFrm_1::prvsfrmbtn_Click() {
-  try {
-    if (TaskCount() == 0) {
-      Tell(Icon::kInformation, title::kProgram, QStringLiteral("No records."));
-      return;
-    }
-    SaveTask();
-    if (Tasks().AbsolutePosition() == 0) {
-      Tell(Icon::kInformation, title::kProgram, QStringLiteral("You are on First record."));
-      return;
-    }
-    // Commits the task, and stays on it.
-    Tasks().SetAbsolutePosition(Tasks().AbsolutePosition());
-    ShowTask();
-    ShowPosition();
-  } catch (const Failure&) {
-    Tell(Icon::kInformation, title::kProgram, QStringLiteral("You are on first record."));
-    Tasks().SetAbsolutePosition(Recordset::kPositionBeforeFirst);
-  }
+  navigation_.ShowPosition();
+  controls_.ShowTask(Tasks());
 }
 
 }  // namespace kestrix

@@ -9,6 +9,7 @@
 #include "evaluation/TaskFields.h"
 #include "formkit/Controls.h"
 #include "formkit/FieldBinding.h"
+#include "formkit/Form.h"
 #include "store/DataControl.h"
 #include "store/LookupList.h"
 #include "ui_RiskEvalFrm_1.h"
@@ -101,6 +102,17 @@ void TaskControls::Save(Recordset& rows) const {
       rows.Set(field, TextOf(control));
     }
   }
+}
+
+void TaskControls::ShowTask(Recordset& rows) const {
+  Show(rows);
+  ShowBeginnings();
+}
+
+void TaskControls::SaveTask(Recordset& rows) const {
+  const auto& [field, name, project] = controls_.front();
+  if (TextOf(project).isEmpty()) return;
+  PassOver([&] { Save(rows); });
 }
 
 void TaskControls::ShowUnset(const QString& today) const {

@@ -28,6 +28,11 @@ class TaskControls {
   /// keeps the line ends that another program gave it. Ends at the first field that
   /// the row refuses, with its failure; those before it stay written.
   void Save(Recordset& rows) const;
+  /// Shows the task, its long texts from their beginning. Fails as Show does.
+  void ShowTask(Recordset& rows) const;
+  /// Saves the task unless no project is shown. What was written before a failing field stays;
+  /// nobody is told.
+  void SaveTask(Recordset& rows) const;
   /// What a task holds before anything was entered: `today` in both dates, "0" as the reference
   /// number, no tick, "None." in all others. The project number's label stays as it is.
   void ShowUnset(const QString& today) const;

@@ -18,7 +18,7 @@ QString CascadeQuestion(const QString& text) {
          "records?";
 }
 
-class RiskEvalFrm_1ListsTest : public EvaluationTest {
+class TaskListsTest : public EvaluationTest {
  protected:
   void SetUp() override {
     EvaluationTest::SetUp();
@@ -58,7 +58,7 @@ void PrintTo(const List& list, std::ostream* out) {
   *out << list.combo;
 }
 
-class RiskEvalFrm_1PlainListTest : public RiskEvalFrm_1ListsTest,
+class RiskEvalFrm_1PlainListTest : public TaskListsTest,
                                    public ::testing::WithParamInterface<List> {};
 
 TEST_P(RiskEvalFrm_1PlainListTest, GettingTheFocusReadsTheListAfreshAndKeepsTheText) {
@@ -144,7 +144,7 @@ const auto kAllPlain =
 
 INSTANTIATE_TEST_SUITE_P(Lists, RiskEvalFrm_1PlainListTest, kAllPlain);
 
-class RiskEvalFrm_1PlainDeleteTest : public RiskEvalFrm_1ListsTest,
+class RiskEvalFrm_1PlainDeleteTest : public TaskListsTest,
                                      public ::testing::WithParamInterface<List> {
  protected:
   void FocusOn(const QString& text) {
@@ -227,7 +227,7 @@ INSTANTIATE_TEST_SUITE_P(Lists, RiskEvalFrm_1PlainDeleteTest,
 
 // Hazard types
 
-TEST_F(RiskEvalFrm_1ListsTest, HazardTypesAreThoseBelowThePrimaryHazard) {
+TEST_F(TaskListsTest, HazardTypesAreThoseBelowThePrimaryHazard) {
   OpenForm();
   Put("PrimaryHazard", "Alpha");
   Focus("HazardType");
@@ -237,13 +237,13 @@ TEST_F(RiskEvalFrm_1ListsTest, HazardTypesAreThoseBelowThePrimaryHazard) {
   EXPECT_EQ(session.ListText, "None.");
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, HazardTypesOfNoneAreThoseThatNameIt) {
+TEST_F(TaskListsTest, HazardTypesOfNoneAreThoseThatNameIt) {
   OpenForm();
   Focus("HazardType");
   EXPECT_EQ(ItemsOf("HazardType"), QStringList{"None."});
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, AHazardTypeStaysInTheBoxUnderAnotherPrimaryHazard) {
+TEST_F(TaskListsTest, AHazardTypeStaysInTheBoxUnderAnotherPrimaryHazard) {
   OpenForm();
   Put("PrimaryHazard", "Alpha");
   Put("HazardType", "Crushing");
@@ -253,7 +253,7 @@ TEST_F(RiskEvalFrm_1ListsTest, AHazardTypeStaysInTheBoxUnderAnotherPrimaryHazard
   EXPECT_EQ(TextOf("HazardType"), "Crushing");
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, AnApostropheInThePrimaryHazardLeavesTheListAndSaysNothing) {
+TEST_F(TaskListsTest, AnApostropheInThePrimaryHazardLeavesTheListAndSaysNothing) {
   OpenForm();
   Put("PrimaryHazard", "Worker's");
   Focus("HazardType");
@@ -261,7 +261,7 @@ TEST_F(RiskEvalFrm_1ListsTest, AnApostropheInThePrimaryHazardLeavesTheListAndSay
   EXPECT_EQ(EnabledOf(kListButtons), (QStringList{"adddt2", "dletedt2"}));
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, AHazardTypeIsAddedBelowThePrimaryHazard) {
+TEST_F(TaskListsTest, AHazardTypeIsAddedBelowThePrimaryHazard) {
   OpenForm();
   Put("PrimaryHazard", "Alpha");
   SetText("HazardType", "Impact");
@@ -273,7 +273,7 @@ TEST_F(RiskEvalFrm_1ListsTest, AHazardTypeIsAddedBelowThePrimaryHazard) {
   EXPECT_EQ(session.ParentHazardText, "Alpha");
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, TheFirstHazardTypeOfAPrimaryHazardIsAdded) {
+TEST_F(TaskListsTest, TheFirstHazardTypeOfAPrimaryHazardIsAdded) {
   OpenForm();
   Put("PrimaryHazard", "Beta");
   SetText("HazardType", "Shock");
@@ -283,7 +283,7 @@ TEST_F(RiskEvalFrm_1ListsTest, TheFirstHazardTypeOfAPrimaryHazardIsAdded) {
   EXPECT_EQ(ItemsOf("HazardType"), QStringList()) << "shown with the next focus";
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, AHazardTypeBelowAHazardThatWasChangedSinceIsAddedOnce) {
+TEST_F(TaskListsTest, AHazardTypeBelowAHazardThatWasChangedSinceIsAddedOnce) {
   OpenForm();
   for (const char* opened : {"Alpha", "Beta"}) {  // a list with types, and one without
     Focus("FuntnTaskMachry");
@@ -297,7 +297,7 @@ TEST_F(RiskEvalFrm_1ListsTest, AHazardTypeBelowAHazardThatWasChangedSinceIsAdded
   }
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, AKnownHazardTypeIsPassedOverSilently) {
+TEST_F(TaskListsTest, AKnownHazardTypeIsPassedOverSilently) {
   OpenForm();
   Put("PrimaryHazard", "Alpha");
   SetText("HazardType", "Crushing");
@@ -306,7 +306,7 @@ TEST_F(RiskEvalFrm_1ListsTest, AKnownHazardTypeIsPassedOverSilently) {
   EXPECT_EQ(session.ListTextKnown, 1);
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, TheSameHazardTypeMayStandBelowTwoPrimaryHazards) {
+TEST_F(TaskListsTest, TheSameHazardTypeMayStandBelowTwoPrimaryHazards) {
   OpenForm();
   Put("PrimaryHazard", "Beta");
   SetText("HazardType", "Crushing");
@@ -314,7 +314,7 @@ TEST_F(RiskEvalFrm_1ListsTest, TheSameHazardTypeMayStandBelowTwoPrimaryHazards) 
   EXPECT_EQ(HazardTypes().last(), "Beta/Crushing");
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, AHazardTypeIsDeletedBelowItsPrimaryHazardOnly) {
+TEST_F(TaskListsTest, AHazardTypeIsDeletedBelowItsPrimaryHazardOnly) {
   installation.GivenHazardTypes("Beta", {"Shearing"});
   OpenForm();
   Put("PrimaryHazard", "Alpha");
@@ -327,7 +327,7 @@ TEST_F(RiskEvalFrm_1ListsTest, AHazardTypeIsDeletedBelowItsPrimaryHazardOnly) {
   EXPECT_EQ(TextOf("HazardType"), "None.");
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, AReservedHazardTypeIsJudgedByWhatTheBoxShows) {
+TEST_F(TaskListsTest, AReservedHazardTypeIsJudgedByWhatTheBoxShows) {
   OpenForm();
   Put("PrimaryHazard", "Alpha");
   Put("HazardType", "Shearing");
@@ -338,7 +338,7 @@ TEST_F(RiskEvalFrm_1ListsTest, AReservedHazardTypeIsJudgedByWhatTheBoxShows) {
   EXPECT_EQ(HazardTypes().size(), 3);
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, ANoKeepsTheHazardType) {
+TEST_F(TaskListsTest, ANoKeepsTheHazardType) {
   OpenForm();
   Put("PrimaryHazard", "Alpha");
   Put("HazardType", "Shearing");
@@ -350,7 +350,7 @@ TEST_F(RiskEvalFrm_1ListsTest, ANoKeepsTheHazardType) {
 
 // Primary hazards
 
-TEST_F(RiskEvalFrm_1ListsTest, PickingAPrimaryHazardCountsItsTypesAndChangesNothingElse) {
+TEST_F(TaskListsTest, PickingAPrimaryHazardCountsItsTypesAndChangesNothingElse) {
   OpenForm();
   Put("HazardType", "Crushing");
   Pick("PrimaryHazard", "Alpha");
@@ -361,7 +361,7 @@ TEST_F(RiskEvalFrm_1ListsTest, PickingAPrimaryHazardCountsItsTypesAndChangesNoth
   EXPECT_EQ(session.HazardTypeRows, 0);
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, APickedPrimaryHazardIsNoNewEntryOfAnyList) {
+TEST_F(TaskListsTest, APickedPrimaryHazardIsNoNewEntryOfAnyList) {
   OpenForm();
   Pick("PrimaryHazard", "Alpha");
   Click("adddt1");
@@ -370,7 +370,7 @@ TEST_F(RiskEvalFrm_1ListsTest, APickedPrimaryHazardIsNoNewEntryOfAnyList) {
   EXPECT_EQ(session.ListTextKnown, 1);
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, RightAfterLoadTheHazardGoesWithItsTypesAndTheFirstRowOfTheList) {
+TEST_F(TaskListsTest, RightAfterLoadTheHazardGoesWithItsTypesAndTheFirstRowOfTheList) {
   OpenForm();
   Put("PrimaryHazard", "Alpha");
   Put("HazardType", "Crushing");
@@ -384,7 +384,7 @@ TEST_F(RiskEvalFrm_1ListsTest, RightAfterLoadTheHazardGoesWithItsTypesAndTheFirs
   EXPECT_EQ(TextOf("HazardType"), "None.");
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, AHazardThatReadsAsAConditionTakesNoTypesOfOthersWithIt) {
+TEST_F(TaskListsTest, AHazardThatReadsAsAConditionTakesNoTypesOfOthersWithIt) {
   OpenForm();
   Put("PrimaryHazard", "x' OR '1'='1");
   Focus("PrimaryHazard");
@@ -393,7 +393,7 @@ TEST_F(RiskEvalFrm_1ListsTest, AHazardThatReadsAsAConditionTakesNoTypesOfOthersW
   EXPECT_EQ(HazardTypes().size(), 3);
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, ANoKeepsTheHazardAndItsTypes) {
+TEST_F(TaskListsTest, ANoKeepsTheHazardAndItsTypes) {
   OpenForm();
   Put("PrimaryHazard", "Alpha");
   Focus("PrimaryHazard");
@@ -404,7 +404,7 @@ TEST_F(RiskEvalFrm_1ListsTest, ANoKeepsTheHazardAndItsTypes) {
   EXPECT_EQ(TextOf("PrimaryHazard"), "Alpha");
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, ACascadeWithoutTypesEndsSilentlyBeforeTheHazardGoes) {
+TEST_F(TaskListsTest, ACascadeWithoutTypesEndsSilentlyBeforeTheHazardGoes) {
   OpenForm();
   Put("PrimaryHazard", "Beta");
   Focus("PrimaryHazard");
@@ -414,7 +414,7 @@ TEST_F(RiskEvalFrm_1ListsTest, ACascadeWithoutTypesEndsSilentlyBeforeTheHazardGo
   EXPECT_EQ(TextOf("PrimaryHazard"), "Beta");
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, APickedHazardWithoutTypesIsAskedForPlainly) {
+TEST_F(TaskListsTest, APickedHazardWithoutTypesIsAskedForPlainly) {
   OpenForm();
   Pick("PrimaryHazard", "Beta");
   ExpectAsk(kDelete, Question("Beta"), Button::kNo);
@@ -422,7 +422,7 @@ TEST_F(RiskEvalFrm_1ListsTest, APickedHazardWithoutTypesIsAskedForPlainly) {
   EXPECT_EQ(ListRows("primaryhazard").size(), 4);
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, APickedHazardWithoutTypesGoesOnceTheBoxWasEnteredAnew) {
+TEST_F(TaskListsTest, APickedHazardWithoutTypesGoesOnceTheBoxWasEnteredAnew) {
   OpenForm();
   Pick("PrimaryHazard", "Beta");
   // The list in hand is that of its types, which has no such row.
@@ -440,7 +440,7 @@ TEST_F(RiskEvalFrm_1ListsTest, APickedHazardWithoutTypesGoesOnceTheBoxWasEntered
   EXPECT_EQ(TextOf("HazardType"), "Crushing");
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, APickedReservedHazardWithoutTypesStays) {
+TEST_F(TaskListsTest, APickedReservedHazardWithoutTypesStays) {
   OpenForm();
   Pick("PrimaryHazard", "N.A.");
   ExpectTell("Cannot be deleted, reserved text.");
@@ -448,7 +448,7 @@ TEST_F(RiskEvalFrm_1ListsTest, APickedReservedHazardWithoutTypesStays) {
   EXPECT_EQ(ListRows("primaryhazard").size(), 4);
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, WithoutAPickAndWithoutRowsThereIsNothingToDelete) {
+TEST_F(TaskListsTest, WithoutAPickAndWithoutRowsThereIsNothingToDelete) {
   OpenForm();
   Focus("PrimaryHazard");
   session.HazardTypeRows = 0;
@@ -459,7 +459,7 @@ TEST_F(RiskEvalFrm_1ListsTest, WithoutAPickAndWithoutRowsThereIsNothingToDelete)
 
 // Leaving the two hazard boxes
 
-TEST_F(RiskEvalFrm_1ListsTest, AnEmptyPrimaryHazardHoldsTheFocusAndBecomesNotApplicable) {
+TEST_F(TaskListsTest, AnEmptyPrimaryHazardHoldsTheFocusAndBecomesNotApplicable) {
   OpenForm();
   SetText("PrimaryHazard", "");
   PressTab();
@@ -470,7 +470,7 @@ TEST_F(RiskEvalFrm_1ListsTest, AnEmptyPrimaryHazardHoldsTheFocusAndBecomesNotApp
   EXPECT_EQ(Stored("Primary_Hazard"), QStringList{"N.A."});
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, AnEmptyHazardTypeBecomesNoneAndTheFocusMovesOn) {
+TEST_F(TaskListsTest, AnEmptyHazardTypeBecomesNoneAndTheFocusMovesOn) {
   OpenForm();
   SetText("HazardType", "");
   PressTab();
@@ -478,7 +478,7 @@ TEST_F(RiskEvalFrm_1ListsTest, AnEmptyHazardTypeBecomesNoneAndTheFocusMovesOn) {
   EXPECT_EQ(TextOf("HazardType"), "None.");
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, LeavingAHazardBoxStoresTheTask) {
+TEST_F(TaskListsTest, LeavingAHazardBoxStoresTheTask) {
   OpenForm();
   for (const char* combo : {"PrimaryHazard", "HazardType"}) {
     SetText("HazrdLoctn", QString::fromLatin1(combo));
@@ -489,7 +489,7 @@ TEST_F(RiskEvalFrm_1ListsTest, LeavingAHazardBoxStoresTheTask) {
   }
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, AHazardTypeThatCannotBeStoredReadsNone) {
+TEST_F(TaskListsTest, AHazardTypeThatCannotBeStoredReadsNone) {
   GivenTask({{"FuntnTaskMachry", "Clean"}, {"Hazard_type", "Crushing"}});
   OpenForm();
   Exec(Study(), "CREATE UNIQUE INDEX one_each ON Risk_records(Hazard_type)");
@@ -499,7 +499,7 @@ TEST_F(RiskEvalFrm_1ListsTest, AHazardTypeThatCannotBeStoredReadsNone) {
   EXPECT_EQ(Stored("Hazard_type"), (QStringList{"None.", "Crushing"}));
 }
 
-TEST_F(RiskEvalFrm_1ListsTest, AFailingListLeavesTheTextAndSaysNothing) {
+TEST_F(TaskListsTest, AFailingListLeavesTheTextAndSaysNothing) {
   OpenForm();
   Exec(Lists(), "DROP TABLE RecommTyp");
   Put("ReccdtnTypTxt", "Fixed guard");

@@ -11,7 +11,7 @@ constexpr QRgb kMedium = 0xFFC080;
 constexpr QRgb kHigh = 0xFF0000;
 constexpr QRgb kNone = 0x00C000;
 
-class RiskEvalFrm_1SummaryTest : public EvaluationTest {
+class RiskSummaryTest : public EvaluationTest {
  protected:
   void GivenIndexes(int before, int after) {
     GivenTask({{"FuntnTaskMachry", "Feed"}, {"RiskIndex", before}, {"RiskIndexAftr", after}});
@@ -31,7 +31,7 @@ struct Index {
   QRgb colour;
 };
 
-class RiskEvalFrm_1IndexTest : public RiskEvalFrm_1SummaryTest,
+class RiskEvalFrm_1IndexTest : public RiskSummaryTest,
                                public ::testing::WithParamInterface<Index> {};
 
 TEST_P(RiskEvalFrm_1IndexTest, ReadsWithItsWordAndColourBeforeAndAfter) {
@@ -50,7 +50,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Index{4, "4 (Medium Risk)", kMedium}, Index{5, "5 (High Risk)", kHigh},
                       Index{6, "6 (High Risk)", kHigh}));
 
-TEST_F(RiskEvalFrm_1SummaryTest, AFallenIndexReadsYes) {
+TEST_F(RiskSummaryTest, AFallenIndexReadsYes) {
   GivenIndexes(5, 2);
   OpenForm();
   EXPECT_EQ(TextOf("RIBRtxt"), "5 (High Risk)");
@@ -62,7 +62,7 @@ TEST_F(RiskEvalFrm_1SummaryTest, AFallenIndexReadsYes) {
   EXPECT_EQ(session.RiskIndexAfter, 2);
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, ALabelSaysWhyItReadsNoRisk) {
+TEST_F(RiskSummaryTest, ALabelSaysWhyItReadsNoRisk) {
   GivenTask({{"SevertyCboAftr", "S1, Slight"}, {"2Chk_OptnSltdAftr", 3}, {"RiskIndexAftr", 1}});
   GivenTask({{"SevertyCbo", "S1, Slight"}});
   OpenForm();
@@ -84,7 +84,7 @@ TEST_F(RiskEvalFrm_1SummaryTest, ALabelSaysWhyItReadsNoRisk) {
   EXPECT_EQ(tips(), (QStringList{"", "", unset, unset}));
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, EqualIndexesMayRequireFurtherReduction) {
+TEST_F(RiskSummaryTest, EqualIndexesMayRequireFurtherReduction) {
   GivenIndexes(4, 4);
   OpenForm();
   EXPECT_EQ(TextOf("RskRdsdtnY_N"), "May require further risk reduction.");
@@ -92,19 +92,19 @@ TEST_F(RiskEvalFrm_1SummaryTest, EqualIndexesMayRequireFurtherReduction) {
       << "the label beside the box only asks";
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, TwoZeroesReadNoRisk) {
+TEST_F(RiskSummaryTest, TwoZeroesReadNoRisk) {
   GivenIndexes(0, 0);
   OpenForm();
   EXPECT_EQ(TextOf("RskRdsdtnY_N"), "No Risk");
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, ARisenIndexReadsNo) {
+TEST_F(RiskSummaryTest, ARisenIndexReadsNo) {
   GivenIndexes(1, 3);
   OpenForm();
   EXPECT_EQ(TextOf("RskRdsdtnY_N"), "No");
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, AnIndexWithoutABandKeepsTheColourThatWasThere) {
+TEST_F(RiskSummaryTest, AnIndexWithoutABandKeepsTheColourThatWasThere) {
   GivenIndexes(5, 5);
   GivenIndexes(7, 9);
   OpenForm();
@@ -115,14 +115,14 @@ TEST_F(RiskEvalFrm_1SummaryTest, AnIndexWithoutABandKeepsTheColourThatWasThere) 
   EXPECT_EQ(BackOf("RIARtxt"), kHigh);
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, AZeroBeforeStaysInTheAfterLabelBesideAnIndexWithoutABand) {
+TEST_F(RiskSummaryTest, AZeroBeforeStaysInTheAfterLabelBesideAnIndexWithoutABand) {
   GivenIndexes(0, 7);
   OpenForm();
   EXPECT_EQ(TextOf("RIBRtxt"), "0 (No Risk)");
   EXPECT_EQ(TextOf("RIARtxt"), "0 (No Risk)");
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, AnUnfinishedClassOfTwoIsMediumAtSeverityFour) {
+TEST_F(RiskSummaryTest, AnUnfinishedClassOfTwoIsMediumAtSeverityFour) {
   GivenScores(4, 2, 0, 0);
   OpenForm();
   EXPECT_EQ(TextOf("ClassScorLBL"), "2 (Medium Risk)");
@@ -131,28 +131,28 @@ TEST_F(RiskEvalFrm_1SummaryTest, AnUnfinishedClassOfTwoIsMediumAtSeverityFour) {
   EXPECT_EQ(session.ClassBefore, 2);
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, AClassOfZeroIsNoRisk) {
+TEST_F(RiskSummaryTest, AClassOfZeroIsNoRisk) {
   GivenScores(4, 0, 0, 0);
   OpenForm();
   EXPECT_EQ(TextOf("ClassScorLBL"), "0 (No Risk)");
   EXPECT_EQ(BackOf("ClassScorLBL"), kNone);
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, AClassWithoutASeverityIsNoRisk) {
+TEST_F(RiskSummaryTest, AClassWithoutASeverityIsNoRisk) {
   GivenScores(0, 5, 5, 5);
   OpenForm();
   EXPECT_EQ(TextOf("ClassScorLBL"), "15 (No Risk)");
   EXPECT_EQ(BackOf("ClassScorLBL"), kNone);
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, ACellThatTheMatrixPaintsRedIsOrangeHereWhenItSaysMedium) {
+TEST_F(RiskSummaryTest, ACellThatTheMatrixPaintsRedIsOrangeHereWhenItSaysMedium) {
   GivenScores(4, 2, 2, 2);
   OpenForm();
   EXPECT_EQ(TextOf("ClassScorLBL"), "6 (Medium Risk)");
   EXPECT_EQ(BackOf("ClassScorLBL"), kMedium);
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, TheClassAfterHasItsOwnScores) {
+TEST_F(RiskSummaryTest, TheClassAfterHasItsOwnScores) {
   GivenTask({{"FuntnTaskMachry", "Feed"},
              {"1Chk_OptnSltdAftr", 2},
              {"2Chk_OptnSltdAftr", 5},
@@ -166,7 +166,7 @@ TEST_F(RiskEvalFrm_1SummaryTest, TheClassAfterHasItsOwnScores) {
   EXPECT_EQ(session.ClassAfter, 11);
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, ScoresOutsideTheMatrixKeepTheLabel) {
+TEST_F(RiskSummaryTest, ScoresOutsideTheMatrixKeepTheLabel) {
   GivenScores(1, 2, 1, 1);
   GivenScores(5, 2, 1, 1);
   GivenScores(1, 9, 9, 9);
@@ -180,7 +180,7 @@ TEST_F(RiskEvalFrm_1SummaryTest, ScoresOutsideTheMatrixKeepTheLabel) {
 }
 
 /// The words of the matrix as the form shows them, by severity and class.
-TEST_F(RiskEvalFrm_1SummaryTest, EveryCellOfTheMatrixReadsAsItsWord) {
+TEST_F(RiskSummaryTest, EveryCellOfTheMatrixReadsAsItsWord) {
   constexpr std::array<std::array<const char*, 5>, 4> kWords{{
       {"Low", "Low", "Low", "Medium", "High"},
       {"Low", "Low", "Medium", "High", "High"},
@@ -202,7 +202,7 @@ TEST_F(RiskEvalFrm_1SummaryTest, EveryCellOfTheMatrixReadsAsItsWord) {
   }
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, DisabledLabelsCanBeReadOnTheirColour) {
+TEST_F(RiskSummaryTest, DisabledLabelsCanBeReadOnTheirColour) {
   GivenIndexes(6, 1);
   OpenForm();
   for (const char* name : {"RIBRtxt", "RIARtxt", "ClassScorLBL", "ClassScorLBLA"}) {
@@ -216,7 +216,7 @@ TEST_F(RiskEvalFrm_1SummaryTest, DisabledLabelsCanBeReadOnTheirColour) {
 
 // Bringing the tick in line
 
-TEST_F(RiskEvalFrm_1SummaryTest, ComingToATaskTicksItWhenItsIndexFell) {
+TEST_F(RiskSummaryTest, ComingToATaskTicksItWhenItsIndexFell) {
   GivenTasks({"Feed"});
   GivenIndexes(5, 2);
   OpenForm();
@@ -228,7 +228,7 @@ TEST_F(RiskEvalFrm_1SummaryTest, ComingToATaskTicksItWhenItsIndexFell) {
   EXPECT_EQ(Stored("RskRdsdtnY_N"), (QStringList{"0", "1"}));
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, ATickByHandIsTakenBackOnTheNextVisit) {
+TEST_F(RiskSummaryTest, ATickByHandIsTakenBackOnTheNextVisit) {
   GivenIndexes(2, 2);
   GivenTasks({"Clean"});
   OpenForm();
@@ -243,7 +243,7 @@ TEST_F(RiskEvalFrm_1SummaryTest, ATickByHandIsTakenBackOnTheNextVisit) {
   EXPECT_EQ(Stored("RskRdsdtnY_N").first(), "0");
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, OnlyTheWholePartOfAnIndexCounts) {
+TEST_F(RiskSummaryTest, OnlyTheWholePartOfAnIndexCounts) {
   ChangeTask(GivenTask({{"FuntnTaskMachry", "Feed"}}), "RiskIndex=4.9, RiskIndexAftr=4.2");
   OpenForm();
   EXPECT_EQ(TextOf("RIBRtxt"), "4 (Medium Risk)");
@@ -251,7 +251,7 @@ TEST_F(RiskEvalFrm_1SummaryTest, OnlyTheWholePartOfAnIndexCounts) {
   EXPECT_EQ(TextOf("RskRdsdtnY_N"), "May require further risk reduction.");
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, AnIndexThatIsNoNumberIsToldWhenTheFormComesUp) {
+TEST_F(RiskSummaryTest, AnIndexThatIsNoNumberIsToldWhenTheFormComesUp) {
   GivenTask({{"FuntnTaskMachry", "Feed"}, {"RiskIndex", "a lot"}});
   ExpectTell("RiskIndex holds \"a lot\" in place of a number.", Icon::kCritical);
   OpenForm();
@@ -259,7 +259,7 @@ TEST_F(RiskEvalFrm_1SummaryTest, AnIndexThatIsNoNumberIsToldWhenTheFormComesUp) 
   EXPECT_EQ(TextOf("RIBRtxt"), "0");
 }
 
-TEST_F(RiskEvalFrm_1SummaryTest, WithoutTasksActivationShowsNothingNew) {
+TEST_F(RiskSummaryTest, WithoutTasksActivationShowsNothingNew) {
   session.RiskIndexBefore = 3;
   OpenForm();
   EXPECT_EQ(TextOf("RIBRtxt"), "0");

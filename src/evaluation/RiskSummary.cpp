@@ -1,0 +1,174 @@
+#include "evaluation/RiskSummary.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <algorithm>
+
+#include "estimation/model/RiskModel.h"
+#include "evaluation/TaskFields.h"
+#include "formkit/Controls.h"
+#include "formkit/Form.h"
+#include "shell/SessionState.h"
+#include "store/Recordset.h"
+
+namespace kestrix {
+namespace {
+
+using model::Parameter;
+using model::Stage;
+using model::StageFields;
+
+const QString kNotEstimated = QStringLiteral("Not estimated yet");
+constexpr QRgb kOpaque = 0xFF000000;
+
+qint16 WholeOf(const Recordset& task, QStringView field) {
+  const QString text = task.Text(field.toString());
+  if (const auto number = model::WholePartOf(text)) return *number;
+  throw Failure(failure::kTypeMismatch,
+                QStringLiteral("%1 holds \"%2\" in place of a number.").arg(field, text));
+}
+
+qint16 IndexOf(const Recordset& task, Stage stage) {
+  return WholeOf(task, model::FieldsOf(stage).risk_index);
+}
+
+qint16 SeverityOf(const Recordset& task, Stage stage) {
+  return WholeOf(task, model::FieldsOf(stage).ScoreOf(Parameter::kSeverity));
+}
+
+qint16 ClassOf(const Recordset& task, Stage stage) {
+  const StageFields& fields = model::FieldsOf(stage);
+  const auto sum = model::ClassOf(WholeOf(task, fields.ScoreOf(Parameter::kExposure)),
+                                  WholeOf(task, fields.ScoreOf(Parameter::kOccurrence)),
+                                  WholeOf(task, fields.ScoreOf(Parameter::kAvoidance)));
+  if (!sum)
+    throw Failure(failure::kOverflow, QStringLiteral("The sum of the scores is too large."));
+  return *sum;
+}
+
+void Paint(QLabel* label, model::Rgb colour) {
+  SetBackColour(label, kOpaque | colour);
+}
+
+QString NoRisk(int number) {
+  return model::CaptionOf(number, {u" (No Risk)", model::kGreen});
+}
+
+void ShowClass(QLabel* label, int severity, int class_score) {
+  const auto band = model::ClassBandOf(severity, class_score);
+  if (!band) return;
+  label->setText(model::CaptionOf(class_score, *band));
+  Paint(label, band->colour);
+}
+
+}  // namespace
+
+RiskSummary::RiskSummary(const Controls& controls, SessionState& session)
+    : controls_(controls), session_(session) {}
+
+void RiskSummary::Show(const Recordset& task) {
+  ReadIndexes(task);
+  ShowIndexes();
+  session_.SeverityBefore = SeverityOf(task, Stage::kBefore);
+  session_.SeverityAfter = SeverityOf(task, Stage::kAfter);
+  session_.ClassBefore = ClassOf(task, Stage::kBefore);
+  session_.ClassAfter = ClassOf(task, Stage::kAfter);
+  ShowClass(controls_.class_before, session_.SeverityBefore, session_.ClassBefore);
+  ShowClass(controls_.class_after, session_.SeverityAfter, session_.ClassAfter);
+  ShowHints(task);
+}
+
+void RiskSummary::ReadIndexes(const Recordset& task) {
+  session_.RiskIndexBefore = IndexOf(task, Stage::kBefore);
+  session_.RiskIndexAfter = IndexOf(task, Stage::kAfter);
+}
+
+void RiskSummary::ShowIndexes() {
+  const int before = session_.RiskIndexBefore;
+  const int after = session_.RiskIndexAfter;
+  // Each label gets its text once, after all rules: one that stays costs no repaint.
+  QString before_text = QString::number(before);
+  QString after_text = QString::number(after);
+  if (before == 0) {
+    Paint(controls_.index_before, model::kGreen);
+    // Stays only beside an index after that has no band.
+    after_text = NoRisk(before);
+  }
+  if (after == 0) {
+    Paint(controls_.index_after, model::kGreen);
+    after_text = NoRisk(after);
+  }
+  ShowVerdict(model::Verdict(before, after).toString());
+  if (const auto band = model::IndexLabelOf(before)) {
+    before_text = model::CaptionOf(before, *band);
+    Paint(controls_.index_before, band->colour);
+  }
+  if (const auto band = model::IndexLabelOf(after)) {
+    after_text = model::CaptionOf(after, *band);
+    Paint(controls_.index_after, band->colour);
+  }
+  controls_.index_before->setText(before_text);
+  controls_.index_after->setText(after_text);
+}
+
+/// Why a label reads "No Risk" though nobody has judged the risk.
+void RiskSummary::ShowHints(const Recordset& task) {
+  struct StageLabels {
+    Stage stage;
+    QLabel* index;
+    QLabel* class_score;
+  };
+  for (const auto& [stage, index, class_score] :
+       {StageLabels{Stage::kBefore, controls_.index_before, controls_.class_before},
+        StageLabels{Stage::kAfter, controls_.index_after, controls_.class_after}}) {
+    const StageFields& fields = model::FieldsOf(stage);
+    const QString level = task.Text(fields.LevelOf(Parameter::kSeverity).toString());
+    const auto unset = [&](const QLabel* label) {
+      return level == model::kSeverityReset && label->text() == NoRisk(0);
+    };
+    const bool missing =
+        std::any_of(fields.score.begin(), fields.score.end(),
+                    [&task](QStringView score) { return WholeOf(task, score) == 0; });
+    index->setToolTip(unset(index) ? kNotEstimated : QString());
+    class_score->setToolTip(unset(class_score) ? kNotEstimated
+                            : missing          ? QStringLiteral("A statement is missing")
+                                               : QString());
+  }
+}
+
+/// The label beside the box asks the question; the sentence in the box answers it.
+void RiskSummary::ShowVerdict(const QString& verdict) {
+  controls_.reduced->setText(verdict);
+  controls_.reduced->setAccessibleDescription(verdict);
+}
+
+void RiskSummary::SyncReducedCheck(const Recordset& task) {
+  PassOver([&] {
+    ReadIndexes(task);
+    controls_.reduced->setChecked(
+        model::IsReduced(session_.RiskIndexBefore, session_.RiskIndexAfter));
+  });
+}
+
+void RiskSummary::Clear() {
+  for (QLabel* label : {controls_.index_before, controls_.index_after}) {
+    label->setText(QStringLiteral("0"));
+    label->setToolTip(QString());
+  }
+}
+
+QString RiskSummary::TipOf(const Recordset& tasks, int position) {
+  const auto risk = [&](int field) {
+    const QString index = tasks.ShownText(position, field);
+    const auto number = model::WholePartOf(index);
+    const auto band = number ? model::IndexLabelOf(*number) : std::nullopt;
+    return band ? model::CaptionOf(*number, *band) : index;
+  };
+  // Marked up, so that a long title is broken into lines.
+  return QStringLiteral("<p>%1</p><p>Before recommendations: %2<br>After recommendations: %3</p>")
+      .arg(tasks.ShownText(position, task_field::kTitle).toHtmlEscaped(),
+           risk(task_field::kRiskIndex).toHtmlEscaped(),
+           risk(task_field::kRiskIndexAfter).toHtmlEscaped());
+}
+
+}  // namespace kestrix

@@ -1,0 +1,127 @@
+#include "evaluation/TaskNavigation.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <limits>
+
+#include "evaluation/RiskSummary.h"
+#include "evaluation/TaskControls.h"
+#include "evaluation/TaskFields.h"
+#include "evaluation/TaskLists.h"
+#include "formkit/Controls.h"
+#include "shell/SessionForm.h"
+#include "store/DataControl.h"
+
+namespace kestrix {
+namespace {
+
+bool FitsInt16(int number) {
+  return number >= std::numeric_limits<qint16>::min() &&
+         number <= std::numeric_limits<qint16>::max();
+}
+
+}  // namespace
+
+int TaskNavigation::Count() const {
+  return parts_.tasks.HasRecordset() ? parts_.tasks.Recordset().RecordCount() : 0;
+}
+
+void TaskNavigation::Tell(const QString& text) {
+  form_.Tell(Icon::kInformation, title::kProgram, text);
+}
+
+void TaskNavigation::ShowPosition() {
+  const Recordset& tasks = parts_.tasks.Recordset();
+  parts_.position->setText(QStringLiteral(" Recorded task %1 of %2 ")
+                               .arg(tasks.AbsolutePosition())
+                               .arg(tasks.RecordCount()));
+}
+
+void TaskNavigation::RememberPosition(int position) {
+  // A place that the remembered one can't hold isn't remembered; the task is shown all the same.
+  if (FitsInt16(position)) form_.session().TaskPosition = static_cast<qint16>(position);
+}
+
+void TaskNavigation::RowChanged() {
+  if (is_quiet_) return;
+  try {
+    Recordset& tasks = parts_.tasks.Recordset();
+    RememberPosition(tasks.AbsolutePosition());
+    if (Count() < 1 || find_active_) return;
+    parts_.controls.SaveTask(tasks);
+    parts_.summary.SyncReducedCheck(tasks);
+    parts_.summary.Show(tasks);
+    ShowPosition();
+  } catch (const Failure&) {
+    // A row that can't be read shows nothing; the next one will.
+  }
+}
+
+void TaskNavigation::Next() {
+  Recordset& tasks = parts_.tasks.Recordset();
+  try {
+    const int position = tasks.AbsolutePosition();
+    if (!FitsInt16(position)) throw Failure(failure::kOverflow, QStringLiteral("Overflow"));
+    if (Count() != 0) {
+      parts_.controls.SaveTask(tasks);
+      parts_.controls.ShowTask(tasks);
+      ShowPosition();
+    } else {
+      Tell(QStringLiteral("No records."));
+    }
+    if (Count() == position) Tell(QStringLiteral("You are on last record."));
+  } catch (const Failure&) {
+    Tell(QStringLiteral("You are on last record."));
+    tasks.SetAbsolutePosition(Recordset::kPositionPastLast);
+  }
+}
+
+void TaskNavigation::Previous() {
+  Recordset& tasks = parts_.tasks.Recordset();
+  try {
+    if (Count() == 0) return Tell(QStringLiteral("No records."));
+    parts_.controls.SaveTask(tasks);
+    if (tasks.AbsolutePosition() == 0) return Tell(QStringLiteral("You are on First record."));
+    // Commits the task, and stays on it.
+    tasks.SetAbsolutePosition(tasks.AbsolutePosition());
+    parts_.controls.ShowTask(tasks);
+    ShowPosition();
+  } catch (const Failure&) {
+    Tell(QStringLiteral("You are on first record."));
+    tasks.SetAbsolutePosition(Recordset::kPositionBeforeFirst);
+  }
+}
+
+void TaskNavigation::Find() {
+  find_active_ = true;
+  const QString wanted = parts_.find->text();
+  SetSystemBack(parts_.find);
+  if (Count() == 0) return;
+  Recordset& tasks = parts_.tasks.Recordset();
+  bool missed = false;
+  {
+    const Recordset::Walk walk(tasks);
+    for (tasks.MoveFirst(); !tasks.Eof(); tasks.MoveNext()) {
+      if (tasks.Text(task_field::kTitle).startsWith(wanted)) break;
+      if (!missed) parts_.lists.EnableCombos(false);
+      missed = true;
+    }
+  }
+  // The list stood on each row in turn, on the last one at the end.
+  if (!tasks.Eof()) return;
+  RememberPosition(Count());
+  SetBackColour(parts_.find, colour::kWarning);
+}
+
+void TaskNavigation::LeaveFind() {
+  find_active_ = false;
+  const bool goes_on = !parts_.find->text().isEmpty();
+  // Set, not cleared, so that the box doesn't keep all that is ever looked for, to undo it. Where
+  // there is a text, this finds the first task, and with that the form stays in the find until it
+  // is loaded again.
+  parts_.find->setText(QString());
+  // A find that missed and was taken back by hand has barred the lists too.
+  if (goes_on || Count() != 0) parts_.lists.EnableCombos(true);
+}
+
+}  // namespace kestrix

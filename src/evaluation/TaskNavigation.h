@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QString>
+
+class QLabel;
+class QLineEdit;
+
+namespace kestrix {
+
+class DataControl;
+class RiskSummary;
+class SessionForm;
+class TaskControls;
+class TaskLists;
+
+/// How the evaluation form goes from task to task: by its list, by its find box, and by two buttons
+/// that are never shown. It saves the task that comes into the list and shows its place and its
+/// risk; the session remembers the place.
+class TaskNavigation {
+ public:
+  /// What it works on, and works with.
+  struct Parts {
+    DataControl& tasks;
+    const TaskControls& controls;
+    const TaskLists& lists;
+    RiskSummary& summary;
+    QLabel* position;
+    QLineEdit* find;
+  };
+  TaskNavigation(SessionForm& form, const Parts& parts) : form_(form), parts_(parts) {}
+
+  [[nodiscard]] int Count() const;
+  /// From the first use of the find box on: changes of row save nothing.
+  [[nodiscard]] bool IsFindActive() const { return find_active_; }
+  /// While one lives the rows are being opened: their moves are none of the user's.
+  class Quiet {
+   public:
+    explicit Quiet(TaskNavigation& navigation) : navigation_(navigation) {
+      navigation.is_quiet_ = true;
+    }
+    ~Quiet() { navigation_.is_quiet_ = false; }
+    Quiet(const Quiet&) = delete;
+    Quiet& operator=(const Quiet&) = delete;
+
+   private:
+    TaskNavigation& navigation_;
+  };
+
+  void ShowPosition();
+  void RowChanged();
+  void Next();
+  void Previous();
+  void Find();
+  void LeaveFind();
+
+ private:
+  void Tell(const QString& text);
+  void RememberPosition(int position);
+
+  SessionForm& form_;
+  Parts parts_;
+  bool is_quiet_ = false;
+  bool find_active_ = false;
+};
+
+}  // namespace kestrix
