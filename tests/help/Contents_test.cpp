@@ -26,136 +26,39 @@ QStringList FilesBelow(const QString& folder, const QStringList& names) {
   return paths;
 }
 
-/// A text that stands in a source between quotes, adjacent pieces joined.
-struct Literal {
-  QString text;
-  bool in_message = false;  ///< given to what tells, asks or fails
-};
-
-/// Reads C++ just far enough to know what stands between quotes, and in whose brackets.
-class Reader {
- public:
-  explicit Reader(QString source) : source_(std::move(source)) {}
-
-  std::vector<Literal> Read() {
-    while (at_ < source_.size()) {
-      if (Skip()) continue;
-      const QChar c = source_[at_];
-      if (c == u'"') {
-        ReadLiteral();
-        continue;
-      }
-      if (c == u'(') {
-        calls_.append(word_);
-      } else if (c == u')' && !calls_.isEmpty()) {
-        calls_.removeLast();
-      }
-      if (c.isLetterOrNumber() || c == u'_') {
-        if (!in_word_) word_.clear();
-        in_word_ = true;
-        word_ += c;
-      } else {
-        in_word_ = false;
-        if (!c.isSpace()) word_.clear();
-        joins_ = joins_ && c.isSpace();
-      }
-      if (in_word_ && word_ != QStringLiteral("u")) joins_ = false;
-      ++at_;
-    }
-    return literals_;
+/// What stands between quotes in a source, adjacent pieces joined.
+QStringList LiteralsOf(QString source) {
+  static const QRegularExpression kCommentOrInclude(QStringLiteral("(?m)^ *//.*$|^#include.*$"));
+  static const QRegularExpression kJoint(QStringLiteral("\"\\s*u?\""));
+  static const QRegularExpression kLiteral(QStringLiteral("\"((?:[^\"\\\\\n]|\\\\.)*)\""));
+  source.remove(kCommentOrInclude).remove(kJoint);
+  QStringList literals;
+  for (auto found = kLiteral.globalMatch(source); found.hasNext();) {
+    QString text = found.next().captured(1);
+    literals +=
+        text.replace(QStringLiteral("\\n"), QStringLiteral("\n")).remove(u'\\').simplified();
   }
-
- private:
-  /// Comments, includes and single characters.
-  bool Skip() {
-    const QStringView rest = QStringView(source_).mid(at_);
-    if (rest.startsWith(u"//") || rest.startsWith(u"#include")) return SkipTo(u"\n", 0);
-    if (rest.startsWith(u"/*")) return SkipTo(u"*/", 2);
-    if (rest.startsWith(u"'\\")) return SkipTo(u"'", 3);
-    if (rest.size() > 2 && rest[0] == u'\'' && rest[2] == u'\'') {
-      at_ += 3;
-      return true;
-    }
-    return false;
-  }
-
-  bool SkipTo(QStringView end, qsizetype from) {
-    const qsizetype found = source_.indexOf(end, at_ + from);
-    at_ = found < 0 ? source_.size() : found + end.size();
-    return true;
-  }
-
-  void ReadLiteral() {
-    QString text;
-    for (++at_; at_ < source_.size() && source_[at_] != u'"'; ++at_) {
-      if (source_[at_] == u'\\' && at_ + 1 < source_.size()) {
-        ++at_;
-        text += source_[at_] == u'n' ? u'\n' : source_[at_];
-      } else {
-        text += source_[at_];
-      }
-    }
-    ++at_;
-    if (joins_ && !literals_.empty()) {
-      literals_.back().text += text;
-    } else {
-      literals_.push_back({text, IsInMessage()});
-    }
-    joins_ = true;
-    in_word_ = false;
-    word_.clear();
-  }
-
-  [[nodiscard]] bool IsInMessage() const {
-    static const QRegularExpression kTeller(
-        QStringLiteral("^(Tell\\w*|Ask\\w*|Failure|MakeFailure|Fail\\w*)$"));
-    for (const QString& call : calls_) {
-      if (kTeller.match(call).hasMatch()) return true;
-    }
-    return false;
-  }
-
-  QString source_;
-  qsizetype at_ = 0;
-  QString word_;
-  bool in_word_ = false;
-  bool joins_ = false;
-  QStringList calls_;
-  std::vector<Literal> literals_;
-};
-
-bool IsSentence(const QString& text) {
-  static const QRegularExpression kSentence(
-      QStringLiteral("^[A-Z0-9].* .*([.?!]|BELTROVAN|missing|selceted)$"));
-  return kSentence.match(text.trimmed()).hasMatch();
+  return literals;
 }
 
-bool IsTitle(const QString& text) {
-  return text.startsWith(QStringLiteral("BELTROVAN")) || text.startsWith(QStringLiteral("KESTRIX"));
+/// Texts of the sources that tell a person something, and what begins as small as a reason doesn't.
+bool IsMessage(const QString& text) {
+  static const QRegularExpression kMessage(QStringLiteral(
+      "^(?!BELTROVAN|KESTRIX)[\"%\\]]*[A-Z0-9\\[%].* .*"
+      "([.?!]|[.:] ?\"?%\\d\"?|BELTROVAN|missing|installed|selceted|to delete)$|^Overflow"));
+  // A caption, and names that the estimation form speaks.
+  static const QRegularExpression kOther(QStringLiteral("^Risk Index\\.$|^(Class|Severity) %1"));
+  return kMessage.match(text).hasMatch() && !kOther.match(text).hasMatch();
 }
 
-/// Sentences of the sources that no message shows.
-const QSet<QString>& NoMessages() {
-  static const QSet<QString> kTexts{QStringLiteral("Risk Index.")};
-  return kTexts;
-}
-
-/// The fixed parts of every message of the program.
-QSet<QString> MessageTexts() {
-  QSet<QString> texts;
-  const QStringList files = FilesBelow(kSources, {QStringLiteral("*.cpp"), QStringLiteral("*.h")});
-  for (const QString& path : files) {
-    // The one speaks to who builds the help; the statements are no messages.
-    if (path.contains(QStringLiteral("/main_job/")) ||
-        path.endsWith(QStringLiteral("/Statements.h")))
-      continue;
-    for (const Literal& literal : Reader(TextOf(path)).Read()) {
-      if (IsTitle(literal.text) || NoMessages().contains(literal.text)) continue;
-      // What begins small is a reason within a message; the manual tells of them in its own words.
-      const bool reason =
-          literal.text.simplified().left(1).contains(QRegularExpression(QStringLiteral("[a-z]")));
-      if ((literal.in_message && !reason) || IsSentence(literal.text)) texts.insert(literal.text);
-    }
+/// All texts of the sources. The main job and the pages speak to who builds the help; the
+/// statements are no messages.
+QStringList TextsOfSources() {
+  QStringList texts;
+  for (const QString& path :
+       FilesBelow(kSources, {QStringLiteral("*.cpp"), QStringLiteral("*.h")})) {
+    static const QRegularExpression kOthers(QStringLiteral("/main_job/|/paper/|/Statements\\.h$"));
+    if (!path.contains(kOthers)) texts += LiteralsOf(TextOf(path));
   }
   return texts;
 }
@@ -164,17 +67,10 @@ Manual TheManual() {
   return Manual::Load(QStringLiteral(KESTRIX_SOURCE_FOLDER "/data/help/manual.md"));
 }
 
-TEST(Contents, ReaderOfSourcesJoinsPiecesAndKnowsTheCall) {
-  const auto literals = Reader(QStringLiteral("// \"no\"\n#include \"no.h\"\n'\"' Tell(Icon::k, "
-                                              "Q(u\"a \"\n  \"b\\\"c\"), Q(\"d\")); f(\"e\");"))
-                            .Read();
-  ASSERT_EQ(literals.size(), 3u);
-  EXPECT_EQ(literals[0].text, QStringLiteral("a b\"c"));
-  EXPECT_TRUE(literals[0].in_message);
-  EXPECT_EQ(literals[1].text, QStringLiteral("d"));
-  EXPECT_TRUE(literals[1].in_message);
-  EXPECT_EQ(literals[2].text, QStringLiteral("e"));
-  EXPECT_FALSE(literals[2].in_message);
+TEST(Contents, PiecesOfATextInTheSourcesAreJoined) {
+  const QString source = QStringLiteral(
+      "#include \"no.h\"\n  // \"no\"\nTell(Icon::k, Q(u\"a \"\n  \"b\\\"c\"), Q(\"d\"));");
+  EXPECT_EQ(LiteralsOf(source), QStringList({"a b\"c", "d"}));
 }
 
 TEST(Contents, ManualExplainsEveryMessageOfTheProgram) {
@@ -184,7 +80,8 @@ TEST(Contents, ManualExplainsEveryMessageOfTheProgram) {
   }
   // Reminders and captions stand in the running text.
   const QString manual = TheManual().PlainText().simplified() + explained.join(u'\n');
-  const QSet<QString> texts = MessageTexts();
+  QStringList texts = TextsOfSources();
+  texts.removeIf([](const QString& text) { return !IsMessage(text); });
   EXPECT_GE(texts.size(), 70);
   EXPECT_TRUE(texts.contains(QStringLiteral("Cannot be deleted, reserved text.")));
   EXPECT_TRUE(texts.contains(QStringLiteral("5. Installed files missing.")));
@@ -219,12 +116,7 @@ TEST(Contents, CaptionsInBoldStandInTheProgram) {
   for (const QString& form : forms) known += TextOf(form);
   known.replace(QStringLiteral("&amp;"), QString());
   known.replace(QStringLiteral("&gt;"), QStringLiteral(">"));
-  const QStringList files = FilesBelow(kSources, {QStringLiteral("*.cpp"), QStringLiteral("*.h")});
-  for (const QString& path : files) {
-    for (const Literal& literal : Reader(TextOf(path)).Read()) {
-      known += QString(literal.text).remove(u'&') + u'\n';
-    }
-  }
+  known += TextsOfSources().join(u'\n').remove(u'&');
   known = known.simplified();
   // Words of emphasis, and what the desktop itself writes on buttons.
   const QSet<QString> ours{QStringLiteral("before"),

@@ -7,10 +7,10 @@
 #include <QSaveFile>
 #include <cstdio>
 
-#include "Book.h"
 #include "HelpPage.h"
 #include "Manual.h"
 #include "Pictures.h"
+#include "paper/Book.h"
 #include "platform/Failure.h"
 
 namespace kestrix::help {
@@ -62,7 +62,8 @@ void Make(const Arguments& arguments) {
   const QByteArray page = HelpPage(manual, pictures);
   QBuffer book;
   book.open(QIODevice::WriteOnly);
-  PrintBook(manual, pictures, book);
+  paper::PrintBook(
+      manual, [&](const QString& name) { return pictures.Image(name); }, book);
   // Both or none, as far as it can be known before: nothing is written until both are made.
   Write(arguments.page, page);
   Write(arguments.manual, book.data());

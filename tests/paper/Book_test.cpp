@@ -1,13 +1,13 @@
-#include "Book.h"
+#include "paper/Book.h"
 
 #include <QBuffer>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <qpdf/QPDF.hh>
 
-#include "HelpTest.h"
+#include "help/HelpTest.h"
 
-namespace kestrix::help {
+namespace kestrix::paper {
 namespace {
 
 bool IsWholePdf(const QByteArray& bytes) {
@@ -20,12 +20,15 @@ int PagesOf(const QByteArray& pdf) {
   return static_cast<int>(file.getAllPages().size());
 }
 
-class BookTest : public HelpTest {
+class BookTest : public help::HelpTest {
  protected:
+  [[nodiscard]] PictureSource Images() const {
+    return [pictures = TheirPictures()](const QString& name) { return pictures.Image(name); };
+  }
   [[nodiscard]] QByteArray Printed(const QString& text) const {
     QBuffer buffer;
     EXPECT_TRUE(buffer.open(QIODevice::WriteOnly));
-    PrintBook(Read(text), TheirPictures(), buffer);
+    PrintBook(Read(text), Images(), buffer);
     return buffer.data();
   }
 };
@@ -37,7 +40,7 @@ TEST_F(BookTest, BookHasTitleContentsAndItsTextOnPagesOfA4) {
   const QString text = QStringLiteral(
       "# Title\n\nBefore.\n\n## One\n\nText.\n\n## Two\n\n![form](form.png)\n\n"
       "## Three\n\n| a | b |\n|---|---|\n| c | d |\n");
-  const auto pages = LinesOfPages(Read(text), TheirPictures());
+  const auto pages = LinesOfPages(Read(text), Images());
   EXPECT_EQ(pages.size(), 2u);
   const QByteArray pdf = Printed(text);
   EXPECT_TRUE(IsWholePdf(pdf));
@@ -82,7 +85,7 @@ class FootOfPageTest : public BookTest, public ::testing::WithParamInterface<int
   [[nodiscard]] std::vector<QStringList> PagesWith(const QString& text) const {
     const QString above = QStringLiteral("# T\n\n## One\n\n") +
                           QStringLiteral("- entry\n").repeated(GetParam()) + u'\n';
-    return LinesOfPages(Read(above + text), TheirPictures());
+    return LinesOfPages(Read(above + text), Images());
   }
 
   /// The place of the line that holds the words: its page, and its number there.
@@ -136,7 +139,7 @@ TEST_F(BookTest, ChapterBeginsAPageUnlessHalfOfOneIsFree) {
   const auto pages_behind = [this](int lines) {
     const QString entries = QStringLiteral("- entry\n").repeated(lines);
     return LinesOfPages(Read(QStringLiteral("# T\n\n## One\n\n%1\n## Two\n\nText.\n").arg(entries)),
-                        TheirPictures());
+                        Images());
   };
   EXPECT_EQ(pages_behind(12).size(), 1u);
   const auto pages = pages_behind(35);
@@ -185,4 +188,4 @@ TEST(InstalledManual, IsAWholePdfOfManyPages) {
 #endif
 
 }  // namespace
-}  // namespace kestrix::help
+}  // namespace kestrix::paper

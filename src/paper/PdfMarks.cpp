@@ -1,4 +1,4 @@
-#include "PdfMarks.h"
+#include "paper/PdfMarks.h"
 
 #include <exception>
 #include <qpdf/QPDF.hh>
@@ -6,7 +6,7 @@
 
 #include "platform/Failure.h"
 
-namespace kestrix::help {
+namespace kestrix::paper {
 namespace {
 
 using Object = QPDFObjectHandle;
@@ -101,4 +101,4 @@ QByteArray WithMarks(const QByteArray& pdf, const std::vector<PdfBookmark>& book
                 QStringLiteral("The pages can't be linked: %1.").arg(QLatin1String(error.what())));
 }
 
-}  // namespace kestrix::help
+}  // namespace kestrix::paper

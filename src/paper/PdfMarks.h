@@ -5,7 +5,7 @@
 #include <QString>
 #include <vector>
 
-namespace kestrix::help {
+namespace kestrix::paper {
 
 /// A point of a PDF: the page, counted from 0, and the distance from its upper edge in points.
 struct PdfPlace {
@@ -29,4 +29,4 @@ struct PdfLink {
 [[nodiscard]] QByteArray WithMarks(const QByteArray& pdf, const std::vector<PdfBookmark>& bookmarks,
                                    const std::vector<PdfLink>& links, const QString& language);
 
-}  // namespace kestrix::help
+}  // namespace kestrix::paper

@@ -1,4 +1,4 @@
-#include "Book.h"
+#include "paper/Book.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QBuffer>
@@ -17,10 +17,10 @@
 #include <array>
 #include <map>
 
-#include "PdfMarks.h"
+#include "paper/PdfMarks.h"
 #include "platform/Failure.h"
 
-namespace kestrix::help {
+namespace kestrix::paper {
 namespace {
 
 using Kind = Block::Kind;
@@ -101,10 +101,10 @@ struct Link {
   QString anchor;
 };
 
-/// The text behind the table of contents, laid out page by page.
+/// The text after the table of contents, laid out page by page.
 class Body {
  public:
-  Body(const Pictures& pictures, QPagedPaintDevice& device, const QSizeF& page)
+  Body(const PictureSource& pictures, QPagedPaintDevice& device, const QSizeF& page)
       : pictures_(pictures),
         page_(page),
         point_(ScreenDpi() / 72.0),
@@ -345,7 +345,7 @@ class Body {
   }
 
   void AddPicture(const Block& block) {
-    const QImage image = Framed(pictures_.Image(block.picture));
+    const QImage image = Framed(pictures_(block.picture));
     const QUrl url(QStringLiteral("picture:") + block.picture);
     text_.addResource(QTextDocument::ImageResource, url, image);
     const qreal scale = std::min({page_.width() / kDotsAcross, page_.width() / image.width(),
@@ -492,7 +492,7 @@ class Body {
     return true;
   }
 
-  const Pictures& pictures_;
+  const PictureSource& pictures_;
   QSizeF page_;
   // The layout takes vertical distances and tabs in dots of the screen, but horizontal distances in
   // those of the page.
@@ -521,8 +521,8 @@ QRectF FrameOf(const QPdfWriter& writer) {
 }
 
 /// The text before the first chapter stands on the title page, the rest in the body.
-bool StandsOnCover(const Manual& manual, const Block& block) {
-  for (const Block& other : manual.blocks) {
+bool StandsOnCover(const Text& text, const Block& block) {
+  for (const Block& other : text.blocks) {
     if (other.kind == Kind::kChapter) return false;
     if (&other == &block) return true;
   }
@@ -532,16 +532,16 @@ bool StandsOnCover(const Manual& manual, const Block& block) {
 /// Title page, table of contents and body, drawn one behind the other.
 class Printer {
  public:
-  Printer(const Manual& manual, const Pictures& pictures, QPdfWriter& writer)
-      : manual_(manual), pictures_(pictures), writer_(writer) {}
+  Printer(const Text& text, const PictureSource& pictures, QPdfWriter& writer)
+      : source_(text), pictures_(pictures), writer_(writer) {}
 
   void Print() {
     dots_ = writer_.logicalDpiY() / 25.4;
     frame_ = FrameOf(writer_);
     Body body(pictures_, writer_, frame_.size());
     Body cover(pictures_, writer_, QSizeF(frame_.width(), frame_.height() * 0.75));
-    for (const Block& block : manual_.blocks) {
-      (StandsOnCover(manual_, block) ? cover : body).Add(block);
+    for (const Block& block : source_.blocks) {
+      (StandsOnCover(source_, block) ? cover : body).Add(block);
     }
     body.Paginate();
     const int contents_pages = LayOutContents(body.Entries());
@@ -549,7 +549,7 @@ class Printer {
     pages_ = first_page_ + body.Pages();
 
     if (!painter_.begin(&writer_)) {
-      throw Failure(failure::kDeviceError, QStringLiteral("The manual can't be printed."));
+      throw Failure(failure::kDeviceError, QStringLiteral("The pages can't be printed."));
     }
     DrawCover(cover);
     for (int page = 0; page < contents_pages; ++page) {
@@ -598,7 +598,7 @@ class Printer {
 
   void NextPage() {
     if (!writer_.newPage()) {
-      throw Failure(failure::kDeviceError, QStringLiteral("The manual can't be written."));
+      throw Failure(failure::kDeviceError, QStringLiteral("The pages can't be written."));
     }
     ++page_;
     painter_.setFont(TextFont(kSmallPoints));
@@ -607,7 +607,7 @@ class Printer {
     painter_.drawLine(QPointF(0, top), QPointF(frame_.width(), top));
     painter_.setPen(kInk);
     const QRectF foot(0, top, frame_.width(), (kFooterMm - 3) * dots_);
-    painter_.drawText(foot, Qt::AlignLeft | Qt::AlignBottom, manual_.title);
+    painter_.drawText(foot, Qt::AlignLeft | Qt::AlignBottom, source_.title);
     painter_.drawText(foot, Qt::AlignRight | Qt::AlignBottom,
                       QStringLiteral("%1 of %2").arg(page_).arg(pages_));
   }
@@ -616,7 +616,7 @@ class Printer {
     painter_.setFont(TextFont(kTitlePoints));
     painter_.setPen(kLead);
     const QRectF head(0, 0, frame_.width(), frame_.height() * 0.2);
-    painter_.drawText(head, Qt::AlignLeft | Qt::AlignBottom | Qt::TextWordWrap, manual_.title);
+    painter_.drawText(head, Qt::AlignLeft | Qt::AlignBottom | Qt::TextWordWrap, source_.title);
     painter_.save();
     painter_.translate(0, frame_.height() * 0.23);
     cover.Draw(painter_, 0);
@@ -687,8 +687,8 @@ class Printer {
     qreal y;
   };
 
-  const Manual& manual_;
-  const Pictures& pictures_;
+  const Text& source_;
+  const PictureSource& pictures_;
   QPdfWriter& writer_;
   QPainter painter_;
   QRectF frame_;
@@ -703,32 +703,32 @@ class Printer {
 
 }  // namespace
 
-void PrintBook(const Manual& manual, const Pictures& pictures, QIODevice& device) {
+void PrintBook(const Text& text, const PictureSource& pictures, QIODevice& device) {
   QBuffer pages;
   pages.open(QIODevice::WriteOnly);
   QPdfWriter writer(&pages);
-  writer.setTitle(manual.title);
+  writer.setTitle(text.title);
   writer.setCreator(QStringLiteral("KestrixStudy"));
   SetPage(writer);
-  Printer printer(manual, pictures, writer);
+  Printer printer(text, pictures, writer);
   printer.Print();
   const QByteArray book =
-      WithMarks(pages.data(), printer.Bookmarks(), printer.Links(), QStringLiteral("en"));
+      WithMarks(pages.data(), printer.Bookmarks(), printer.Links(), text.language);
   if (device.write(book) != book.size())
-    throw Failure(failure::kDeviceError, QStringLiteral("The manual can't be written."));
+    throw Failure(failure::kDeviceError, QStringLiteral("The pages can't be written."));
 }
 
-std::vector<QStringList> LinesOfPages(const Manual& manual, const Pictures& pictures) {
+std::vector<QStringList> LinesOfPages(const Text& text, const PictureSource& pictures) {
   QBuffer nowhere;
   nowhere.open(QIODevice::WriteOnly);
   QPdfWriter writer(&nowhere);
   SetPage(writer);
   Body body(pictures, writer, FrameOf(writer).size());
-  for (const Block& block : manual.blocks) {
-    if (!StandsOnCover(manual, block)) body.Add(block);
+  for (const Block& block : text.blocks) {
+    if (!StandsOnCover(text, block)) body.Add(block);
   }
   body.Paginate();
   return body.LinesOfPages();
 }
 
-}  // namespace kestrix::help
+}  // namespace kestrix::paper
