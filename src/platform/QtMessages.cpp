@@ -4,11 +4,15 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 
 #include "platform/WindowInFront.h"
 
 namespace kestrix {
 namespace {
+
+// Characters that a screen shows whole beside the buttons.
+constexpr int kLongText = 2000;
 
 struct ButtonPair {
   Button ours;
@@ -51,11 +55,18 @@ void Fill(QMessageBox& box, const Message& message) {
   box.setWindowTitle(message.title);
   box.setTextFormat(Qt::PlainText);
   box.setText(message.text);
+  // What is told of a text that couldn't be stored is there to be copied, however long.
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  if (message.text.size() > kLongText) {
+    box.setText(message.text.section(u'\n', 0, 0).left(kLongText));
+    box.setDetailedText(message.text);
+  }
   box.setIcon(DesktopIcon(message.icon));
   QMessageBox::StandardButtons buttons;
   for (const Button button : message.buttons) buttons |= DesktopButton(button);
   box.setStandardButtons(buttons);
   box.setDefaultButton(DesktopButton(message.default_button));
+  box.defaultButton()->setFocus();
   box.setEscapeButton(DesktopButton(AnswerOfClosing(message)));
   // A long path in a text may not push the box over the edge of the screen.
   if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))

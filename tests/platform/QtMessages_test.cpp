@@ -110,6 +110,19 @@ TEST_F(QtMessagesTest, LongTextWrapsOnTheScreen) {
   messages_.Show(Tell(Icon::kNone, "T", QString("A sentence of many words. ").repeated(40)));
 }
 
+TEST_F(QtMessagesTest, TextsCanBeCopiedHoweverLongAndTheDefaultButtonHasTheFocus) {
+  const QString copied = QStringLiteral("Why.\n\n") + QString(60'000, u'x');
+  InBox([&](QMessageBox& box) {
+    EXPECT_EQ(box.text(), "Why.");
+    EXPECT_EQ(box.detailedText(), copied);
+    EXPECT_LE(box.height(), box.screen()->availableGeometry().height());
+    EXPECT_TRUE(box.textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
+    EXPECT_EQ(QApplication::focusWidget(), box.defaultButton());
+    box.close();
+  });
+  messages_.Show(Tell(Icon::kCritical, "T", copied));
+}
+
 TEST_F(QtMessagesTest, BoxesNestAndEachLiesOverTheOneBefore) {
   QPointer<QWidget> first;
   Button inner = Button::kOk;
