@@ -194,7 +194,19 @@ void RiskEvalFrm_1::Activate() {
 }
 
 void RiskEvalFrm_1::QueryUnload() {
-  if (TaskCount() != 0) SaveTask();
+  if (TaskCount() == 0) return;
+  SaveTask();
+  try {
+    Tasks().Update();
+  } catch (const Failure& failure) {
+    if (!Tasks().HasPendingEdit()) throw;
+    // What was typed stays on the screen. It can be copied from there once where the file will
+    // never take it.
+    const bool never = failure.number() == failure::kReadOnly;
+    if (never && std::exchange(kept_to_copy_, true)) return;
+    TellFailure(failure.description());
+    Stay();
+  }
 }
 
 Recordset& RiskEvalFrm_1::Tasks() {
@@ -232,7 +244,7 @@ void RiskEvalFrm_1::RiskEsmtBtn_Click() {
 
 void RiskEvalFrm_1::ClsedDg_Click() {
   UnloadForm();
-  Q_EMIT Closed();
+  if (IsUnloading()) Q_EMIT Closed();
 }
 
 }  // namespace kestrix

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <memory>
 
 #include "evaluation/RiskSummary.h"
@@ -24,7 +25,8 @@ class RiskEvalFrm_1;
 ///
 /// A task is saved without a command: what is typed stands in the pending edit of the current row,
 /// and leaving the row, leaving one of the two hazard boxes, adding, deleting and closing commit
-/// it. The form computes no risk, and it never asks whether to save.
+/// it. The form computes no risk, and it never asks whether to save. It stays open over a task that
+/// can't be stored just now.
 class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   Q_OBJECT
 
@@ -75,7 +77,10 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   void NewTaskDefaults();
   void CopyTaskOut();
   void CopyTaskIn();
+  void AddTask(const std::function<void()>& fill);
   void SettleNewTask();
+  /// Does nothing while there is a task.
+  void ShowNoTask();
   void DeleteTask();
   void DB1_GotFocus();
   void addNewRcd_Click();
@@ -109,6 +114,7 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   TaskLists lists_;
   RiskSummary summary_;
   TaskNavigation navigation_;
+  bool kept_to_copy_ = false;  ///< a closing was stopped over what can't be stored any more
 };
 
 }  // namespace kestrix

@@ -98,17 +98,19 @@ void RiskEvalFrm_1::PrimaryHazard_LostFocus() {
       ui_->PrimaryHazard->setCurrentText(lookup::kNotApplicable);
       FocusLater(ui_->PrimaryHazard);
     }
-    Tasks().Update();
-    Tasks().CancelUpdate();
+    Commit(dtsorce2_);
   });
 }
 
 void RiskEvalFrm_1::HazardType_LostFocus() {
   try {
     if (ui_->HazardType->currentText().isEmpty()) ui_->HazardType->setCurrentText(lookup::kNone);
-    Tasks().Update();
-    Tasks().CancelUpdate();
-  } catch (const Failure&) {
+    Commit(dtsorce2_);
+  } catch (const Failure& failure) {
+    // Of what was told, their text or the one to be copied is on the screen.
+    if (failure.IsTold()) return;
+    TellFailure(failure.description() + QStringLiteral("\n\nHazard_type\nYours: ") +
+                ui_->HazardType->currentText());
     ui_->HazardType->setCurrentText(lookup::kNone);
   }
 }

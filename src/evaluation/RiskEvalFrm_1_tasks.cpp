@@ -47,9 +47,20 @@ void RiskEvalFrm_1::SettleNewTask() {
 
 void RiskEvalFrm_1::addNewRcd_Click() {
   if (TaskCount() != 0) SaveTask();
+  AddTask([this] { NewTaskDefaults(); });
+}
+
+void RiskEvalFrm_1::AddTask(const std::function<void()>& fill) {
   Tasks().AddNew();
-  NewTaskDefaults();
-  SettleNewTask();
+  try {
+    // A task that is refused is not to be stored by a later step.
+    const Recordset::Attempt attempt(Tasks());
+    fill();
+    SettleNewTask();
+  } catch (const Failure&) {
+    ShowNoTask();
+    throw;
+  }
 }
 
 void RiskEvalFrm_1::CpyTaskCmd_Click() {
@@ -60,9 +71,7 @@ void RiskEvalFrm_1::CpyTaskCmd_Click() {
   }
   SaveTask();
   CopyTaskOut();
-  Tasks().AddNew();
-  CopyTaskIn();
-  SettleNewTask();
+  AddTask([this] { CopyTaskIn(); });
 }
 
 void RiskEvalFrm_1::CopyTaskOut() {
@@ -89,6 +98,10 @@ void RiskEvalFrm_1::DleteRcd_Click() {
                                   .arg(ui_->FuntnTaskMachry->text(), ui_->dateOfRcd->text()));
     if (session().MsgAnswer == Button::kYes) DeleteTask();
   }
+  ShowNoTask();
+}
+
+void RiskEvalFrm_1::ShowNoTask() {
   if (TaskCount() != 0) return;
   ClearTaskForm();
   lists_.Disable();

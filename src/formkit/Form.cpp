@@ -27,6 +27,13 @@ Form::~Form() {
 
 void Form::LoadForm() {
   SettleControls();
+  const auto sources = findChildren<DataControl*>();
+  for (DataControl* source : sources) {
+    connect(source, &DataControl::EditLost, this, [this](Failure& failure) {
+      TellFailure(failure.description());
+      failure.SetTold();
+    });
+  }
   Guarded([this] { Load(); });
 }
 
@@ -39,6 +46,7 @@ void Form::SettleControls() {
   for (const Grid* grid : grids) {
     connect(grid, &Grid::CopyRequested, this,
             [this](const QString& row) { platform().clipboard.SetText(row); });
+    connect(grid, &Grid::Trouble, this, &Form::TellFailure);
   }
 }
 
@@ -94,6 +102,10 @@ void Form::UnloadForm() {
   if (unloading_) return;
   unloading_ = true;
   GuardedAlways([this] { QueryUnload(); });
+  if (std::exchange(stays_, false)) {
+    unloading_ = false;
+    return;
+  }
   GuardedAlways([this] { Unload(); });
   gone_ = true;
   const auto sources = findChildren<DataControl*>();
@@ -112,8 +124,8 @@ void Form::DeleteWhenDone() {
 }
 
 void Form::closeEvent(QCloseEvent* event) {
-  event->accept();
   UnloadForm();
+  event->setAccepted(IsUnloading());
 }
 
 void Form::showEvent(QShowEvent* event) {
@@ -161,11 +173,28 @@ void Form::RunOrTell(const std::function<void()>& work) const {
     work();
     return;
   } catch (const Failure& failure) {
+    if (failure.IsTold()) return;
     description = failure.description();
   } catch (const std::exception& error) {
     description = QString::fromUtf8(error.what());
   }
   Tell(Icon::kCritical, title::kProgram, description);
+}
+
+void Form::TellFailure(const QString& why) {
+  Tell(Icon::kCritical, title::kProgram, why);
+}
+
+void Form::Commit(DataControl& source) {
+  try {
+    source.Recordset().Update();
+  } catch (Failure& failure) {
+    if (!failure.IsTold() && failure.number() == failure::kReadOnly) {
+      TellFailure(failure.description());
+      failure.SetTold();
+    }
+    throw;
+  }
 }
 
 void Form::FocusLater(QWidget* control, std::function<void()> then) {

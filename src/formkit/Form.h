@@ -48,6 +48,7 @@ class Form : public QMainWindow {
   /// commit their pending edits and let go of their files, and the next reference makes a new one.
   /// The object itself lives until its handlers have ended and control is back in the event loop,
   /// but no further handler of it runs. Does nothing while an unload of this form is under way.
+  /// A form whose query-unload calls Stay goes on as if nothing had been asked.
   void UnloadForm();
   [[nodiscard]] bool IsUnloading() const { return unloading_; }
 
@@ -60,6 +61,8 @@ class Form : public QMainWindow {
   virtual void Activate() {}
   virtual void Deactivate() {}
   virtual void QueryUnload() {}
+  /// Ends the unload that is being asked for.
+  void Stay() { stays_ = true; }
   virtual void Unload() {}
   friend class ActiveForms;
 
@@ -117,6 +120,11 @@ class Form : public QMainWindow {
   [[nodiscard]] FileSystem& files() const { return kit_.platform.files; }
   void Tell(Icon icon, const QString& title, const QString& text) const;
   [[nodiscard]] Button Ask(Icon icon, const QString& title, const QString& text) const;
+  /// Shows the description of a failure.
+  void TellFailure(const QString& why);
+  /// Commits the pending edit of `source`, and tells when its file takes none any more, as one that
+  /// was replaced: no handler keeps that to itself. Fails as Recordset::Update does.
+  void Commit(DataControl& source);
 
  private:
   void ConnectGotFocus(QWidget* control, std::function<void()> handler);
@@ -132,9 +140,10 @@ class Form : public QMainWindow {
 
   FormKit& kit_;
   bool unloading_ = false;
-  bool gone_ = false;  ///< the unload rules have run
-  bool away_ = false;  ///< unloaded altogether
-  int running_ = 0;    ///< handlers that haven't ended
+  bool stays_ = false;  ///< the query-unload has called Stay
+  bool gone_ = false;   ///< the unload rules have run
+  bool away_ = false;   ///< unloaded altogether
+  int running_ = 0;     ///< handlers that haven't ended
   bool holds_front_ = false;
   bool coming_up_again_ = false;  ///< hidden for a moment only, to change how it is shown
 };

@@ -129,6 +129,7 @@ void Grid::SetSource(DataControl& source, QList<GridColumn> columns) {
   // anew whenever it is another one.
   horizontalHeader()->setSelectionModel(new QItemSelectionModel(model_, horizontalHeader()));
   SettleColumns();
+  connect(&source, &DataControl::RowsReset, this, [this] { replacement_told_ = false; });
   // Connected behind the model, which has the rows by then.
   connect(&source, &DataControl::RowsReset, this, &Grid::FollowCursor);
   connect(&source, &DataControl::RowRemoved, this, &Grid::FollowCursor);
@@ -180,6 +181,16 @@ void Grid::CursorMoved() {
   FollowCursor();
   if (source_->HasRecordset() && source_->Recordset().AbsolutePosition() >= 1)
     Q_EMIT RowColChange();
+  const int row = CursorRow();
+  if (row < 0 || row == std::exchange(row_before_, row)) return;
+  const auto replaced = source_->Replaced();
+  if (replaced && !std::exchange(replacement_told_, true)) TellOf(*replaced);
+}
+
+void Grid::TellOf(const Failure& failure) {
+  if (failure.IsTold()) return;
+  const auto tell = [this, why = failure.description()] { Q_EMIT Trouble(why); };
+  QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
 }
 
 void Grid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
@@ -189,8 +200,8 @@ void Grid::currentChanged(const QModelIndex& current, const QModelIndex& previou
   const int row = current.row();
   try {
     source_->Recordset().SetAbsolutePosition(row + 1);
-  } catch (const Failure&) {
-    // The row that is left couldn't be stored, and the cursor stays on it. Nothing is shown here.
+  } catch (const Failure& failure) {
+    TellOf(failure);  // the row that is left couldn't be stored, and the cursor stays on it
   }
   // The view goes on to highlight what was picked; the cursor has the last word.
   if (CursorRow() != row)

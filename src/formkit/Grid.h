@@ -9,6 +9,7 @@
 namespace kestrix {
 
 class DataControl;
+class Failure;
 
 struct GridColumn {
   QString title;
@@ -48,7 +49,7 @@ class GridModel : public QAbstractTableModel {
 
 /// A list of rows whose highlighted row is the current row of its data control: picking one moves
 /// the cursor, and a move of the cursor, by whomever, moves the highlight. It is never typed into.
-/// A move that fails shows nothing; the highlight falls back to the cursor.
+/// A pick that can't leave its row falls back to the cursor, and says why.
 class Grid : public QTableView {
   Q_OBJECT
   /// Whether a row could be edited in place; forms switch it off while the grid has the focus and
@@ -82,6 +83,9 @@ class Grid : public QTableView {
   void DblClick();
   /// The current row is to be copied: its columns, with tabs between them.
   void CopyRequested(const QString& row);
+  /// Why a pick couldn't leave its row, or why the rows are no longer those of the file. It comes
+  /// after the event in hand.
+  void Trouble(const QString& why);
 
  protected:
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
@@ -95,6 +99,7 @@ class Grid : public QTableView {
   void FollowCursor();
   void CursorMoved();
   [[nodiscard]] QString RowText() const;
+  void TellOf(const Failure& failure);
   [[nodiscard]] int CursorRow() const;
 
   DataControl* source_ = nullptr;
@@ -103,6 +108,8 @@ class Grid : public QTableView {
   bool allow_update_ = true;
   bool following_ = false;
   bool blank_pressed_ = false;  ///< below the rows; the release makes it a click
+  int row_before_ = -1;
+  bool replacement_told_ = false;  ///< of the rows that are open
 };
 
 }  // namespace kestrix

@@ -20,10 +20,15 @@ class Failure : public std::exception {
   [[nodiscard]] const QString& description() const { return description_; }
   [[nodiscard]] const char* what() const noexcept override { return utf8_.c_str(); }
 
+  /// Whether the person has read it already. Whoever shows failures leaves out such a one.
+  [[nodiscard]] bool IsTold() const { return told_; }
+  void SetTold() { told_ = true; }
+
  private:
   int number_;
   QString description_;
   std::string utf8_;
+  bool told_ = false;
 };
 
 /// The numbers that the program gives to failures. A rule that looks at a number names it from

@@ -265,9 +265,7 @@ qint16 mnfrm::Narrow(int count) {
 }
 
 void mnfrm::StoreProject() {
-  Recordset& projects = dtsorce1_.Recordset();
-  const Recordset::Attempt attempt(projects);
-  projects.Update();
+  Commit(dtsorce1_);
 }
 
 void mnfrm::Deactivate() {

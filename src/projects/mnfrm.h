@@ -96,8 +96,8 @@ class mnfrm : public SessionForm, public ProjectInHand {
   [[nodiscard]] qint16 StudyNumberShown() const;
   /// `count` as far as a value of the session can hold it.
   [[nodiscard]] static qint16 Narrow(int count);
-  /// Stores the pending edit of the current project. A failed update is cleared away, so that the
-  /// row can be left; fails as it did.
+  /// Stores the pending edit of the current project. What can't be stored stays on the screen and
+  /// is tried again by the next commit. Fails as Commit does.
   void StoreProject();
   void DB1_GotFocus();
   void DB1_LostFocus();
@@ -115,6 +115,7 @@ class mnfrm : public SessionForm, public ProjectInHand {
   [[nodiscard]] bool WalkToNumber(const QString& number);
   /// Goes to the project that exists already, if the person wishes; true when not.
   [[nodiscard]] bool RefuseDuplicate(const QString& number);
+  void AddOrTell(const QString& number);
   void AddProject(const QString& number);
   void FillNewProject(const QString& number);
   /// The number of the project in hand in place of the entry box.

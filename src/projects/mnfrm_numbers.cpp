@@ -81,7 +81,7 @@ bool mnfrm::EnterNumber() {
     } else if (WalkToNumber(number)) {
       goes_on = RefuseDuplicate(number);
     } else {
-      AddProject(number);
+      AddOrTell(number);
     }
     DuplicateAnswered_ = false;
     ui_->ESI_No->setEnabled(false);
@@ -116,6 +116,18 @@ bool mnfrm::RefuseDuplicate(const QString& number) {
   ui_->ESI_No->setVisible(!refused);
   FocusLater(refused ? static_cast<QWidget*>(ui_->ESI_No_temp) : ui_->PrjStgCbo);
   return refused;
+}
+
+void mnfrm::AddOrTell(const QString& number) {
+  try {
+    AddProject(number);
+  } catch (const Failure& failure) {
+    // The entry box is emptied next.
+    if (!failure.IsTold()) {
+      TellFailure(failure.description() + QStringLiteral("\n\nProject_Number\nYours: ") + number);
+    }
+    throw;
+  }
 }
 
 void mnfrm::AddProject(const QString& number) {

@@ -1,6 +1,5 @@
 #include "store/DataControl.h"
 
-#include "platform/Failure.h"
 #include "store/Database.h"
 
 namespace kestrix {
@@ -72,6 +71,11 @@ void DataControl::Close() {
   if (lost_edit) std::rethrow_exception(lost_edit);
 }
 
+std::optional<Failure> DataControl::Replaced() const {
+  if (!database_ || database_->IsTheFileAtItsPath()) return std::nullopt;
+  return database_->Replaced();
+}
+
 Recordset& DataControl::Recordset() const {
   if (!recordset_) {
     throw Failure(failure::kObjectNotSet,
@@ -88,6 +92,7 @@ void DataControl::Forward() {
   connect(recordset_.get(), &Rows::Shown, this, &DataControl::Shown);
   connect(recordset_.get(), &Rows::RowChanged, this, &DataControl::RowChanged);
   connect(recordset_.get(), &Rows::FieldChanged, this, &DataControl::FieldChanged);
+  connect(recordset_.get(), &Rows::EditLost, this, &DataControl::EditLost);
 }
 
 void DataControl::Announce() {

@@ -4,7 +4,9 @@
 #include <QString>
 #include <exception>
 #include <memory>
+#include <optional>
 
+#include "platform/Failure.h"
 #include "store/Recordset.h"
 
 namespace kestrix {
@@ -44,6 +46,9 @@ class DataControl : public QObject {
   /// having let go all the same.
   void Close();
 
+  /// What is to be said when the file of the rows was replaced or deleted since it was opened.
+  [[nodiscard]] std::optional<Failure> Replaced() const;
+
   [[nodiscard]] bool HasRecordset() const { return recordset_ != nullptr; }
   /// The rows. Fails with kObjectNotSet before a successful Refresh.
   [[nodiscard]] class Recordset& Recordset() const;
@@ -55,6 +60,7 @@ class DataControl : public QObject {
   void Shown();
   void RowChanged();
   void FieldChanged(int field);
+  void EditLost(Failure& failure);
 
  private:
   [[nodiscard]] std::exception_ptr LetGoOfRows();

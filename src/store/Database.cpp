@@ -321,14 +321,16 @@ bool Database::IsTheFileAtItsPath() const {
          static_cast<quint64>(named.st_ino) == inode_;
 }
 
+Failure Database::Replaced() const {
+  return {failure::kReadOnly, QStringLiteral("%1 has been replaced or deleted since it was opened, "
+                                             "as a restore does. Leave the form and open it again.")
+                                  .arg(path_)};
+}
+
 Failure Database::LastFailure() const {
   const int code = handle_ ? sqlite3_extended_errcode(handle()) : SQLITE_NOMEM;
   const int number = NumberFor(code);
-  if (code == SQLITE_READONLY_DBMOVED) {
-    return {number, QStringLiteral("%1 has been replaced or deleted since it was opened, as a "
-                                   "restore does. Leave the form and open it again.")
-                        .arg(path_)};
-  }
+  if (code == SQLITE_READONLY_DBMOVED) return Replaced();
   QString why = QString::fromUtf8(sqlite3_errmsg(handle()));
   if (number == failure::kNotADatabase) {
     why = QStringLiteral("it is damaged or not a database of this program");

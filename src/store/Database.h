@@ -59,6 +59,8 @@ class Database {
   [[nodiscard]] bool IsReadOnly() const { return read_only_; }
   /// False when the file was deleted, or another one was put in its place, since it was opened.
   [[nodiscard]] bool IsTheFileAtItsPath() const;
+  /// What is said of such a file.
+  [[nodiscard]] Failure Replaced() const;
   /// A number that changes when any connection, of this process or another, has changed the file:
   /// by one for each row that this connection changed, by far more for somebody else's change.
   [[nodiscard]] qint64 ChangeMark();

@@ -90,16 +90,17 @@ Failure NoCurrentRow() {
   return {failure::kNoCurrentRow, QStringLiteral("No current record.")};
 }
 
-Failure DeletedRow() {
-  return {failure::kRowDeleted, QStringLiteral("Somebody else has deleted this record.")};
+Failure DeletedRow(const QString& texts = {}) {
+  return {failure::kRowDeleted, QStringLiteral("Somebody else has deleted this record.") + texts};
 }
 
-Failure ChangedRow(const QString& field) {
+Failure ChangedRow(const QString& fields, const QString& texts) {
   return {
       failure::kRowChanged,
       QStringLiteral("Somebody else has changed %1 of this record meanwhile. Their text stands; "
                      "please look at it and change it again if need be.")
-          .arg(field)};
+              .arg(fields) +
+          texts};
 }
 
 }  // namespace
@@ -154,10 +155,11 @@ void Recordset::ReadKeys() {
 void Recordset::Close() {
   try {
     CommitPending();
-  } catch (const Failure&) {
-    pending_.clear();
+  } catch (const Failure& failure) {
+    if (!HasPendingEdit()) throw;
     adding_ = false;
-    throw;
+    const QMap<int, QVariant> lost = std::exchange(pending_, {});
+    Lose({failure.number(), failure.description() + Texts(lost)});
   }
 }
 
@@ -383,15 +385,53 @@ QList<int> Recordset::IdentityFields() const {
 }
 
 void Recordset::Write() {
-  const QList<int> written = pending_.keys();
-  QList<int> held = written;
+  const qint64 key = keys_[static_cast<std::size_t>(index_)];
+  const QList<int> written = WriteWhatHolds(key);
+  ForgetRow(key);
+  columns_.clear();
+  QMap<int, QVariant> lost = std::exchange(pending_, {});
+  for (const int field : written) lost.remove(field);
+  if (lost.isEmpty()) return;
+  const std::optional<Row> now = ReadRow(key);
+  Q_EMIT FieldChanged(-1);  // what stands there now is shown
+  if (now && IsTheRow(*now, lost.keys())) Lose(ChangedRow(Names(lost), Texts(lost, &*now)));
+  Lose(DeletedRow(Texts(lost)));
+}
+
+/// Writes the pending fields that still hold what was read, and gives them.
+QList<int> Recordset::WriteWhatHolds(qint64 key) {
+  QList<int> fields = pending_.keys();
+  while (!fields.isEmpty() && !WriteFields(key, fields)) {
+    const std::optional<Row> now = ReadRow(key);
+    QList<int> held;
+    for (const int field : fields) {
+      const auto at = static_cast<std::size_t>(field);
+      if (now && IsTheRow(*now, fields) && now->at(at) == before_edit_[at]) held += field;
+    }
+    // Where nothing is seen to differ, the engine compares more strictly than we do.
+    if (held == fields) held.clear();
+    fields = held;
+  }
+  return fields;
+}
+
+/// Whether a row is still the one that the edit began on, and not another one with its key.
+bool Recordset::IsTheRow(const Row& row, const QList<int>& edited) const {
+  const QList<int> identity = IdentityFields();
+  return std::all_of(identity.begin(), identity.end(), [&](int field) {
+    const auto at = static_cast<std::size_t>(field);
+    return edited.contains(field) || row[at] == before_edit_[at];
+  });
+}
+
+bool Recordset::WriteFields(qint64 key, const QList<int>& fields) {
+  QList<int> held = fields;
   for (const int field : IdentityFields()) {
     if (!held.contains(field)) held += field;
   }
-  const qint64 key = keys_[static_cast<std::size_t>(index_)];
   int parameter = 1;
   QStringList sets;
-  for (const int field : written) {
+  for (const int field : fields) {
     sets += QStringLiteral("%1=?%2").arg(Named(FieldName(field))).arg(++parameter);
   }
   QStringList holds = {QStringLiteral("_rowid_=?1")};
@@ -403,27 +443,38 @@ void Recordset::Write() {
                        .arg(Named(table_), sets.join(u','), holds.join(QStringLiteral(" AND "))));
   parameter = 1;
   update.Bind(1, key);
-  for (const int field : written) update.Bind(++parameter, pending_.value(field));
+  for (const int field : fields) update.Bind(++parameter, pending_.value(field));
   for (const int field : held) {
     update.Bind(++parameter, before_edit_[static_cast<std::size_t>(field)]);
   }
   const bool done = update.Step();
   if (done) update.Step();
-  ForgetRow(key);
-  pending_.clear();
-  columns_.clear();
-  if (!done) TellWhoWasQuicker(key, held);
+  return done;
 }
 
-void Recordset::TellWhoWasQuicker(qint64 key, const QList<int>& held) {
-  const std::optional<Row> now = ReadRow(key);
-  Q_EMIT FieldChanged(-1);  // what stands there now is shown
-  if (!now) throw DeletedRow();
-  const auto changed = std::find_if(held.begin(), held.end(), [&](int field) {
-    const auto at = static_cast<std::size_t>(field);
-    return now->at(at) != before_edit_[at];
-  });
-  throw ChangedRow(FieldName(changed == held.end() ? held.first() : *changed));
+QString Recordset::Names(const QMap<int, QVariant>& edit) const {
+  QStringList names;
+  for (const int field : edit.keys()) names += FieldName(field);
+  return names.join(QStringLiteral(", "));
+}
+
+/// A paragraph for each field with what was typed there, and with theirs where it stands.
+QString Recordset::Texts(const QMap<int, QVariant>& edit, const Row* theirs) const {
+  QString texts;
+  for (auto field = edit.keyValueBegin(); field != edit.keyValueEnd(); ++field) {
+    texts += QStringLiteral("\n\n") + FieldName(field->first);
+    if (theirs != nullptr) {
+      const QVariant& now = theirs->at(static_cast<std::size_t>(field->first));
+      texts += QStringLiteral("\nTheirs: ") + now.toString();
+    }
+    texts += QStringLiteral("\nYours: ") + field->second.toString();
+  }
+  return texts;
+}
+
+void Recordset::Lose(Failure failure) {
+  Q_EMIT EditLost(failure);
+  throw failure;
 }
 
 void Recordset::Delete() {

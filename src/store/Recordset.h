@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QHash>
+#include <QMap>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -14,6 +14,7 @@
 namespace kestrix {
 
 class Database;
+class Failure;
 class Statement;
 
 /// A cursor over the rows of one SELECT on a single table.
@@ -27,8 +28,9 @@ class Statement;
 /// There is at most one pending edit, of the current row or of a row being added. Setting a field
 /// starts one. Leaving the row commits it; so do Update, Requery and closing. An edit is committed
 /// in one statement that writes only the fields whose value changed, and only if they still hold
-/// what was read: on a field that somebody else changed meanwhile the commit fails, the row is read
-/// again and theirs stands.
+/// what was read. Where somebody else changed one of them meanwhile the others are written, theirs
+/// stands, the row is read again and the commit fails. Whatever is lost of an edit is told by
+/// EditLost, however the row was left.
 ///
 /// Null reads as an empty text, as 0 and as false.
 ///
@@ -176,6 +178,9 @@ class Recordset : public QObject {
   void RowChanged();
   /// One field of the current row was set, or the whole row was read anew (field -1).
   void FieldChanged(int field);
+  /// What was typed couldn't be stored and is given up; `failure` says why and holds the texts, and
+  /// is thrown next. A listener that shows it marks it as told.
+  void EditLost(Failure& failure);
 
  private:
   struct Field {
@@ -189,7 +194,12 @@ class Recordset : public QObject {
   void CommitPending();
   void Insert();
   void Write();
-  [[noreturn]] void TellWhoWasQuicker(qint64 key, const QList<int>& held);
+  [[nodiscard]] bool WriteFields(qint64 key, const QList<int>& fields);
+  [[nodiscard]] QList<int> WriteWhatHolds(qint64 key);
+  [[nodiscard]] bool IsTheRow(const Row& row, const QList<int>& edited) const;
+  [[nodiscard]] QString Names(const QMap<int, QVariant>& edit) const;
+  [[nodiscard]] QString Texts(const QMap<int, QVariant>& edit, const Row* theirs = nullptr) const;
+  [[noreturn]] void Lose(Failure failure);
   [[nodiscard]] bool DeleteStored(qint64 key, const Row& row);
   void CheckWritable() const;
   [[nodiscard]] QString AsRead(int field) const;
@@ -216,7 +226,7 @@ class Recordset : public QObject {
   bool on_deleted_row_ = false;
   bool adding_ = false;
   std::optional<qint64> added_key_;
-  QHash<int, QVariant> pending_;
+  QMap<int, QVariant> pending_;
   Row before_edit_;  ///< the current row as it was read when its pending edit began
 
   // What was read. Rows by key, newest first; whole columns only while a walk compares one field.

@@ -580,7 +580,8 @@ TEST_F(RiskEstimtnStatementsTest, RestartOfATaskThatSomebodyElseEstimatedTellsIt
   ExpectRestart(Button::kYes);
   desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN",
                            "Somebody else has changed SevertyCbo of this record meanwhile. Their "
-                           "text stands; please look at it and change it again if need be.");
+                           "text stands; please look at it and change it again if need be.\n\n"
+                           "SevertyCbo\nTheirs: S1, Slight\nYours: S2, Serious");
   Click("RestartBtn");
   EXPECT_EQ(RowInFile()["RiskIndex"], "1");
   EXPECT_EQ(RowInFile()["SevertyCbo"], "S1, Slight");

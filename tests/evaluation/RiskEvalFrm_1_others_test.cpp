@@ -18,6 +18,16 @@ class RiskEvalFrm_1OthersTest : public EvaluationTest {
     OpenForm();
   }
 
+  /// What the second one of two who changed a field of the first task is told.
+  void ExpectLost(const QString& field) {
+    ExpectTell(
+        QStringLiteral("Somebody else has changed %1 of this record meanwhile. Their text stands; "
+                       "please look at it and change it again if need be.\n\n%1\nTheirs: Theirs\n"
+                       "Yours: Mine")
+            .arg(field),
+        Icon::kCritical);
+  }
+
   qint64 first_ = 0;
   qint64 second_ = 0;
 };
@@ -33,11 +43,14 @@ TEST_F(RiskEvalFrm_1OthersTest, TwoUsersWhoChangeDifferentFieldsBothKeepTheirWor
   EXPECT_EQ(TextOf("ReccdtnTxt"), "Theirs");
 }
 
-TEST_F(RiskEvalFrm_1OthersTest, OnTheSameFieldTheFirstOneStandsAndIsShown) {
+TEST_F(RiskEvalFrm_1OthersTest, OnTheSameFieldTheFirstOneStandsAndBothTextsAreTold) {
   SetText("HazrdLoctn", "Mine");
+  SetText("ReccdtnTxt", "Mine too");
   ChangeTask(first_, "HazrdLoctn='Theirs'");
+  ExpectLost("HazrdLoctn");
   ClickRow("DB1", 1);
   EXPECT_EQ(Stored("HazrdLoctn").first(), "Theirs");
+  EXPECT_EQ(Stored("ReccdtnTxt").first(), "Mine too");
   ClickRow("DB1", 1);
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
   ClickRow("DB1", 0);
@@ -47,6 +60,7 @@ TEST_F(RiskEvalFrm_1OthersTest, OnTheSameFieldTheFirstOneStandsAndIsShown) {
 TEST_F(RiskEvalFrm_1OthersTest, LeavingThePrimaryHazardOverTheSameFieldShowsWhoseTextStands) {
   SetText("PrimaryHazard", "Mine");
   ChangeTask(first_, "Primary_Hazard='Theirs'");
+  ExpectLost("Primary_Hazard");
   PressTab();
   EXPECT_EQ(Stored("Primary_Hazard").first(), "Theirs");
   EXPECT_EQ(TextOf("PrimaryHazard"), "Theirs");
@@ -61,16 +75,19 @@ TEST_F(RiskEvalFrm_1OthersTest, LeavingThePrimaryHazardOverAnotherFieldShowsWhos
   SetText("HazrdLoctn", "Mine");
   SetText("PrimaryHazard", "Mine too");
   ChangeTask(first_, "HazrdLoctn='Theirs'");
+  ExpectLost("HazrdLoctn");
   PressTab();
   EXPECT_EQ(Stored("HazrdLoctn").first(), "Theirs");
   EXPECT_EQ(TextOf("HazrdLoctn"), "Theirs");
-  EXPECT_EQ(Stored("Primary_Hazard").first(), TextOf("PrimaryHazard"))
-      << "what is shown is what is stored";
+  EXPECT_EQ(Stored("Primary_Hazard").first(), "Mine too");
+  EXPECT_EQ(TextOf("PrimaryHazard"), "Mine too");
 }
 
-TEST_F(RiskEvalFrm_1OthersTest, LeavingThePrimaryHazardOfATaskThatIsGoneSaysNothing) {
+TEST_F(RiskEvalFrm_1OthersTest, LeavingThePrimaryHazardOfATaskThatIsGoneTellsWhatWasTyped) {
   SetText("PrimaryHazard", "Mine");
   Exec(Study(), "DELETE FROM Risk_records WHERE nunberauto=1");
+  ExpectTell("Somebody else has deleted this record.\n\nPrimary_Hazard\nYours: Mine",
+             Icon::kCritical);
   PressTab();
   EXPECT_EQ(Stored("FuntnTaskMachry"), QStringList{"Clean"});
   EXPECT_EQ(Stored("Primary_Hazard"), QStringList{"None."});
@@ -78,21 +95,99 @@ TEST_F(RiskEvalFrm_1OthersTest, LeavingThePrimaryHazardOfATaskThatIsGoneSaysNoth
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
 }
 
-TEST_F(RiskEvalFrm_1OthersTest, LeavingTheHazardTypeOverTheSameFieldReadsNoneAndTheirsStands) {
+TEST_F(RiskEvalFrm_1OthersTest, LeavingTheHazardTypeOverTheSameFieldShowsWhoseTextStands) {
   SetText("HazardType", "Mine");
   ChangeTask(first_, "Hazard_type='Theirs'");
+  ExpectLost("Hazard_type");
   PressTab();
+  EXPECT_EQ(TextOf("HazardType"), "Theirs");
+  CloseForm();
   EXPECT_EQ(Stored("Hazard_type").first(), "Theirs");
-  EXPECT_EQ(TextOf("HazardType"), "None.");
+}
+
+TEST_F(RiskEvalFrm_1OthersTest, ClosingWhileTheStudyIsLockedSaysSoAndStaysOpenWithTheText) {
+  SetText("HazrdLoctn", "Mine");
+  auto other = std::make_unique<WriterAtWork>(Study());
+  ExpectTell(Study() + ": database is locked.", Icon::kCritical);
+  Click("ClsedDg");
+  EXPECT_TRUE(form_->isVisible());
+  EXPECT_EQ(TextOf("HazrdLoctn"), "Mine");
+  EXPECT_EQ(steps, QStringList());
+  other.reset();
+  Click("ClsedDg");
+  EXPECT_EQ(steps, (QStringList{"unloaded", "closed"}));
+  EXPECT_EQ(Stored("HazrdLoctn").first(), "Mine");
+}
+
+/// A field that takes no text twice.
+class RiskEvalFrm_1RefusedTest : public RiskEvalFrm_1OthersTest {
+ protected:
+  void Refuse(const QString& field, const QString& text) {
+    GivenTask({{field, text}});
+    Exec(Study(), QStringLiteral("CREATE UNIQUE INDEX one ON Risk_records(%1) WHERE %1='%2'")
+                      .arg(field, text));
+    told_ = QStringLiteral("%1: UNIQUE constraint failed: Risk_records.%2.").arg(Study(), field);
+  }
+  void ExpectRefused(const QString& texts = QString()) {
+    ExpectTell(told_ + texts, Icon::kCritical);
+  }
+  QString told_;
+};
+
+TEST_F(RiskEvalFrm_1RefusedTest, ATaskWhoseAddingWasRefusedIsNotStoredLater) {
+  Refuse("FuntnTaskMachry", "None.");
+  ExpectRefused();
+  Click("addNewRcd");
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed");
+  EXPECT_EQ(Position(), " Recorded task 1 of 2 ");
+  Exec(Study(), "DROP INDEX one");
+  CloseForm();
+  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean", "None."}));
+}
+
+TEST_F(RiskEvalFrm_1RefusedTest, ACopyThatWasRefusedIsNotStoredLater) {
+  Exec(Study(), "CREATE UNIQUE INDEX one ON Risk_records(FuntnTaskMachry)");
+  told_ = Study() + ": UNIQUE constraint failed: Risk_records.FuntnTaskMachry.";
+  ExpectRefused();
+  Click("CpyTaskCmd");
+  EXPECT_EQ(Position(), " Recorded task 1 of 2 ");
+  CloseForm();
+  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean"}));
+}
+
+TEST_F(RiskEvalFrm_1RefusedTest, ARefusedFirstTaskLeavesTheFormWithoutATask) {
+  ExpectAsk("BELTROVAN", "Wish to delete task Feed Dated : 01/02/2013", Button::kYes);
+  Click("DleteRcd");
+  ExpectAsk("BELTROVAN", "Wish to delete task Clean Dated : 01/02/2013", Button::kYes);
+  Click("DleteRcd");
+  Exec(Study(),
+       "INSERT INTO Risk_records(Project_Number) VALUES('other');"
+       "CREATE UNIQUE INDEX one ON Risk_records(HazrdLoctn)");
+  told_ = Study() + ": UNIQUE constraint failed: Risk_records.HazrdLoctn.";
+  ExpectRefused();
+  Click("addNewRcd");
+  EXPECT_EQ(Position(), " Recorded task 0 ");
+  EXPECT_EQ(EnabledOf(kCombos), QStringList());
+  CloseForm();
+  EXPECT_EQ(Stored("nunberauto"), QStringList());
+}
+
+TEST_F(RiskEvalFrm_1RefusedTest, APickThatCannotLeaveItsTaskSaysWhy) {
+  Refuse("HazrdLoctn", "Mine");
+  SetText("HazrdLoctn", "Mine");
+  ExpectRefused();
+  ClickRow("DB1", 1);
+  EXPECT_EQ(Position(), " Recorded task 1 of 2 ");
+  EXPECT_EQ(TextOf("HazrdLoctn"), "Mine");
+  SetText("HazrdLoctn", "Mine after all");
+  ClickRow("DB1", 1);
+  EXPECT_EQ(Stored("HazrdLoctn").first(), "Mine after all");
 }
 
 TEST_F(RiskEvalFrm_1OthersTest, AddingOverTheSameFieldSaysWhoseTextStands) {
   SetText("HazrdLoctn", "Mine");
   ChangeTask(first_, "HazrdLoctn='Theirs'");
-  ExpectTell(
-      "Somebody else has changed HazrdLoctn of this record meanwhile. Their text stands; please "
-      "look at it and change it again if need be.",
-      Icon::kCritical);
+  ExpectLost("HazrdLoctn");
   Click("addNewRcd");
   EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"Theirs", "None."}));
   EXPECT_EQ(TextOf("HazrdLoctn"), "Theirs");
@@ -103,10 +198,7 @@ TEST_F(RiskEvalFrm_1OthersTest, AddingOverTheSameFieldSaysWhoseTextStands) {
 TEST_F(RiskEvalFrm_1OthersTest, ClosingOverTheSameFieldSaysWhoseTextStands) {
   SetText("HazrdLoctn", "Mine");
   ChangeTask(first_, "HazrdLoctn='Theirs'");
-  ExpectTell(
-      "Somebody else has changed HazrdLoctn of this record meanwhile. Their text stands; please "
-      "look at it and change it again if need be.",
-      Icon::kCritical);
+  ExpectLost("HazrdLoctn");
   CloseForm();
   EXPECT_EQ(Stored("HazrdLoctn").first(), "Theirs");
 }
@@ -125,6 +217,7 @@ TEST_F(RiskEvalFrm_1OthersTest, DeletingATaskThatSomebodyElseDeletedSaysSo) {
 TEST_F(RiskEvalFrm_1OthersTest, WhatIsTypedIntoATaskThatIsGoneIsNotWrittenElsewhere) {
   Exec(Study(), "DELETE FROM Risk_records WHERE nunberauto=1");
   SetText("HazrdLoctn", "Mine");
+  ExpectTell("Somebody else has deleted this record.\n\nHazrdLoctn\nYours: Mine", Icon::kCritical);
   ClickRow("DB1", 1);
   ClickRow("DB1", 1);
   EXPECT_EQ(Stored("FuntnTaskMachry"), QStringList{"Clean"});
@@ -132,22 +225,63 @@ TEST_F(RiskEvalFrm_1OthersTest, WhatIsTypedIntoATaskThatIsGoneIsNotWrittenElsewh
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
 }
 
-TEST_F(RiskEvalFrm_1OthersTest, AddingToAStudyThatARestoreReplacedSaysSoAndLeavesTheNewOneAlone) {
-  const QString restored = Study() + ".restored";
-  ASSERT_TRUE(QFile::copy(Study(), restored));
-  ASSERT_EQ(std::rename(QFile::encodeName(restored), QFile::encodeName(Study())), 0);
-  const auto before = AllTasks();
-  const QString told = Study() +
-                       " has been replaced or deleted since it was opened, as a restore does. "
-                       "Leave the form and open it again.";
-  ExpectTell(told, Icon::kCritical);
+/// A study in whose place a restore lays another file.
+class RiskEvalFrm_1ReplacedTest : public RiskEvalFrm_1OthersTest {
+ protected:
+  void Replace() {
+    const QString restored = Study() + ".restored";
+    ASSERT_TRUE(QFile::copy(Study(), restored));
+    ASSERT_EQ(std::rename(QFile::encodeName(restored), QFile::encodeName(Study())), 0);
+    before_ = AllTasks();
+  }
+  void ExpectReplaced(const QString& texts = QString()) {
+    ExpectTell(Study() +
+                   " has been replaced or deleted since it was opened, as a restore does. "
+                   "Leave the form and open it again." +
+                   texts,
+               Icon::kCritical);
+  }
+  QList<QStringList> before_;
+};
+
+TEST_F(RiskEvalFrm_1ReplacedTest, AddingSaysSoAndLeavesTheNewStudyAlone) {
+  Replace();
+  ExpectReplaced();
   Click("addNewRcd");
-  ExpectTell(told, Icon::kCritical);  // the new task is still waiting to be stored
   CloseForm();
-  EXPECT_EQ(AllTasks(), before);
+  EXPECT_EQ(AllTasks(), before_);
   OpenForm();
   Click("addNewRcd");
   EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean", "None."}));
+}
+
+TEST_F(RiskEvalFrm_1ReplacedTest, TheNextRowChangeSaysSoOnce) {
+  Replace();
+  ExpectReplaced();
+  ClickRow("DB1", 1);
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
+  ClickRow("DB1", 0);
+  CloseForm();
+  EXPECT_EQ(AllTasks(), before_);
+}
+
+TEST_F(RiskEvalFrm_1ReplacedTest, WhatWasTypedStaysOnTheScreenUntilTheFormIsLeft) {
+  SetText("PrimaryHazard", "Mine");
+  Replace();
+  ExpectReplaced();
+  PressTab();
+  EXPECT_EQ(TextOf("PrimaryHazard"), "Mine");
+  ExpectReplaced();
+  ClickRow("DB1", 1);
+  EXPECT_EQ(TextOf("PrimaryHazard"), "Mine");
+  ExpectReplaced();
+  Click("ClsedDg");
+  EXPECT_TRUE(form_->isVisible());
+  EXPECT_EQ(TextOf("PrimaryHazard"), "Mine");
+  ExpectReplaced("\n\nPrimary_Hazard\nYours: Mine");
+  Click("ClsedDg");
+  EXPECT_EQ(steps, (QStringList{"unloaded", "closed"}));
+  EXPECT_EQ(AllTasks(), before_);
 }
 
 TEST_F(RiskEvalFrm_1OthersTest, TasksOfOthersAreSeenAfterTheNextAddition) {

@@ -489,11 +489,15 @@ TEST_F(TaskListsTest, LeavingAHazardBoxStoresTheTask) {
   }
 }
 
-TEST_F(TaskListsTest, AHazardTypeThatCannotBeStoredReadsNone) {
+TEST_F(TaskListsTest, AHazardTypeThatCannotBeStoredIsToldAndReadsNone) {
   GivenTask({{"FuntnTaskMachry", "Clean"}, {"Hazard_type", "Crushing"}});
   OpenForm();
   Exec(Study(), "CREATE UNIQUE INDEX one_each ON Risk_records(Hazard_type)");
   SetText("HazardType", "Crushing");
+  ExpectTell(Study() +
+                 ": UNIQUE constraint failed: Risk_records.Hazard_type.\n\nHazard_type\n"
+                 "Yours: Crushing",
+             Icon::kCritical);
   PressTab();
   EXPECT_EQ(TextOf("HazardType"), "None.");
   EXPECT_EQ(Stored("Hazard_type"), (QStringList{"None.", "Crushing"}));

@@ -228,7 +228,7 @@ TEST_F(FormTestOfLife, CommitThatFailsAtTheUnloadIsShown) {
   desk.messages.ExpectTell(
       Icon::kCritical, "BELTROVAN",
       "Somebody else has changed HazrdLoctn of this record meanwhile. Their text stands; please "
-      "look at it and change it again if need be.");
+      "look at it and change it again if need be.\n\nHazrdLoctn\nTheirs: theirs\nYours: mine");
   form.UnloadForm();
   EXPECT_EQ(place.Column(place.Study(1), "SELECT HazrdLoctn FROM Risk_records"),
             QStringList({"theirs"}));

@@ -161,10 +161,12 @@ TEST_F(GridTest, PendingEditIsSeenInTheGridAndStoredWhenAnotherRowIsPicked) {
             QStringList({"Edited", "Task 2"}));
 }
 
-TEST_F(GridTest, PickThatCantLeaveItsRowFallsBackToTheCursorWithoutAMessage) {
+TEST_F(GridTest, PickThatCantLeaveItsRowFallsBackToTheCursorAndSaysWhy) {
   place.Exec(place.Study(1), "CREATE UNIQUE INDEX one ON Risk_records(FuntnTaskMachry)");
   TypeInto("title", "Task 2");
+  const QSignalSpy trouble(grid, &Grid::Trouble);
   ClickRow("DB1", 3);
+  EXPECT_EQ(trouble.count(), 1);
   EXPECT_EQ(Rows().AbsolutePosition(), 1);
   EXPECT_EQ(Highlighted(), QList<int>({0}));
   EXPECT_EQ(TextOf("title"), "Task 2");

@@ -101,6 +101,15 @@ class MnfrmTest : public FormTest {
     Type(number);
   }
 
+  /// What the second one of two who changed a field, to "theirs" and to "mine", is told.
+  void ExpectLost(const QString& field) {
+    desk.messages.ExpectTell(
+        Icon::kCritical, "BELTROVAN",
+        QStringLiteral("Somebody else has changed %1 of this record meanwhile. Their text stands; "
+                       "please look at it and change it again if need be.\n\n%1\nTheirs: theirs\n"
+                       "Yours: mine")
+            .arg(field));
+  }
   /// From now on the study refuses two projects with the same text in this field.
   void RefuseEqual(const QString& field) {
     Exec(installation.Study(1),

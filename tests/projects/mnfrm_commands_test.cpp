@@ -125,8 +125,12 @@ TEST_F(MnfrmCommandsTest, WhenTheProjectCannotBeStoredTheTasksStayClosed) {
   Click("simultn1");
   EXPECT_TRUE(asked.isEmpty());
   EXPECT_TRUE(form->isVisible());
-  EXPECT_EQ(TextOf("preparedbyTxt"), "");
+  EXPECT_EQ(TextOf("preparedbyTxt"), "Ann");
   EXPECT_EQ(Stored("P1", "preparedBytxt"), "");
+  TypeInto("preparedbyTxt", "Bob");
+  Click("simultn1");
+  EXPECT_EQ(asked, QStringList{"evaluation"});
+  EXPECT_EQ(Stored("P1", "preparedBytxt"), "Bob");
 }
 
 // ---------------------------------------------------------------- reports

@@ -180,6 +180,10 @@ TEST_F(MnfrmNumbersTest, ARefusedNewProjectLeavesNothingBehind) {
   OpenOrganisation("ACME", 1);
   RefuseEqual("Project_Number");
   TypeNewNumber("p1");
+  desk.messages.ExpectTell(Icon::kCritical, kTitle,
+                           installation.Study(1) +
+                               ": UNIQUE constraint failed: Project_details.Project_Number."
+                               "\n\nProject_Number\nYours: p1");
   PressTab();
   EXPECT_FALSE(IsVisible("ESI_No_temp"));
   EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2"}));
@@ -472,17 +476,44 @@ TEST_F(MnfrmNumbersTest, ABlankedDescriptionBecomesNone) {
   EXPECT_EQ(Stored("P1", "Project_Description"), "None.");
 }
 
-TEST_F(MnfrmNumbersTest, ARefusedDescriptionIsTakenBack) {
+TEST_F(MnfrmNumbersTest, ARefusedDescriptionStaysToBeMendedAndHoldsItsProject) {
   GivenProjects({"P1"});
   installation.GivenProject(1, "P2", "ACME", {{"Project_Description", "taken"}});
   OpenOrganisation("ACME", 1);
   RefuseEqual("Project_Description");
   TypeInto("ProjectDescription", "taken");
   PressTab();
-  EXPECT_EQ(TextOf("ProjectDescription"), "N.A.");
+  EXPECT_EQ(TextOf("ProjectDescription"), "taken");
   EXPECT_EQ(Stored("P1", "Project_Description"), "N.A.");
+  desk.messages.ExpectTell(
+      Icon::kCritical, kTitle,
+      installation.Study(1) + ": UNIQUE constraint failed: Project_details.Project_Description.");
+  ClickRow("DB1", 1);
+  EXPECT_EQ(TextOf("ESI_No"), "P1");
+  TypeInto("ProjectDescription", "free");
   ClickRow("DB1", 1);
   EXPECT_EQ(TextOf("ESI_No"), "P2");
+  EXPECT_EQ(Stored("P1", "Project_Description"), "free");
+}
+
+TEST_F(MnfrmNumbersTest, AStudyThatARestoreReplacedIsToldAndTheTextStaysToBeCopied) {
+  GivenProjects({"P1", "P2"});
+  OpenOrganisation("ACME", 1);
+  TypeInto("ProjectDescription", "mine");
+  const QString study = installation.Study(1);
+  ASSERT_TRUE(QFile::copy(study, study + ".restored"));
+  ASSERT_EQ(std::rename(QFile::encodeName(study + ".restored"), QFile::encodeName(study)), 0);
+  const QString told = study +
+                       " has been replaced or deleted since it was opened, as a restore does. "
+                       "Leave the form and open it again.";
+  for (int again = 0; again < 2; ++again) desk.messages.ExpectTell(Icon::kCritical, kTitle, told);
+  PressTab();
+  EXPECT_EQ(TextOf("ProjectDescription"), "mine");
+  ClickRow("DB1", 1);
+  EXPECT_EQ(TextOf("ProjectDescription"), "mine");
+  desk.messages.ExpectTell(Icon::kCritical, kTitle, told + "\n\nProject_Description\nYours: mine");
+  form->UnloadForm();
+  EXPECT_EQ(Stored("P1", "Project_Description"), "N.A.");
 }
 
 TEST_F(MnfrmNumbersTest, LeavingTheDescriptionStoresThePreparerTypedBefore) {

@@ -59,11 +59,12 @@ TEST_F(MnfrmStagesTest, TheWholeTextIsSelectedByThePressThatBringsTheFocus) {
   EXPECT_EQ(Stored("P1", "Project_phase"), "Pilot run");
 }
 
-TEST_F(MnfrmStagesTest, OnTheSameStageTheFirstUsersStandsAndNothingIsSaid) {
+TEST_F(MnfrmStagesTest, OnTheSameStageTheFirstUsersStandsAndBothTextsAreTold) {
   OpenOrganisation("ACME", 1);
   TypeInto("PrjStgCbo", "mine");
   Exec(installation.Study(1),
        "UPDATE Project_details SET Project_phase='theirs' WHERE Project_Number='P1'");
+  ExpectLost("Project_phase");
   PressTab();
   EXPECT_EQ(Stored("P1", "Project_phase"), "theirs");
   EXPECT_EQ(TextOf("PrjStgCbo"), "theirs");
@@ -110,13 +111,16 @@ TEST_F(MnfrmStagesTest, ABlankedStageBecomesNotApplicable) {
   EXPECT_EQ(Stored("P1", "Project_phase"), "N.A.");
 }
 
-TEST_F(MnfrmStagesTest, ARefusedStageIsTakenBack) {
+TEST_F(MnfrmStagesTest, ARefusedStageStaysToBeMended) {
   OpenOrganisation("ACME", 1);
   RefuseEqual("Project_phase");
   TypeInto("PrjStgCbo", "Commissioning");
   PressTab();
-  EXPECT_EQ(TextOf("PrjStgCbo"), "Design");
+  EXPECT_EQ(TextOf("PrjStgCbo"), "Commissioning");
   EXPECT_EQ(Stored("P1", "Project_phase"), "Design");
+  TypeInto("PrjStgCbo", "Use");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_phase"), "Use");
 }
 
 TEST_F(MnfrmStagesTest, AStageIsNoLongerThanItsColumn) {

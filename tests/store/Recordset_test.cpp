@@ -403,19 +403,47 @@ TEST_F(RecordsetTest, TwoUsersOnDifferentFieldsBothKeepTheirWork) {
   EXPECT_EQ(rows->Number(kLevel), 7);
 }
 
-TEST_F(RecordsetTest, OnTheSameFieldTheSecondUserFailsAndSeesTheFirstOnesText) {
+TEST_F(RecordsetTest, OnTheSameFieldTheFirstUserStandsAndTheOtherFieldsOfTheSecondAreWritten) {
   GivenTasks(1);
   const auto rows = Tasks();
   rows->Set(kTitle, QStringLiteral("mine"));
   rows->Set(kLevel, 9);
-  Exec(Path("study.mdb"), "UPDATE Risk_records SET Title='theirs'");
+  rows->Set(kNote, QStringLiteral("my note"));
+  Exec(Path("study.mdb"), "UPDATE Risk_records SET Title='theirs', Done=1");
+  QStringList lost;
+  QObject::connect(rows.get(), &Recordset::EditLost, rows.get(),
+                   [&](Failure& failure) { lost += failure.description(); });
   EXPECT_EQ(FailureOf([&] { rows->Update(); }), failure::kRowChanged);
+  EXPECT_EQ(lost, QStringList{"Somebody else has changed Title of this record meanwhile. Their "
+                              "text stands; please look at it and change it again if need be.\n\n"
+                              "Title\nTheirs: theirs\nYours: mine"});
   EXPECT_EQ(rows->Text(kTitle), "theirs");
-  EXPECT_EQ(rows->Number(kLevel), 1);
+  EXPECT_EQ(Read(Path("study.mdb"), "SELECT Title||Level||Note||Done FROM Risk_records"),
+            QStringList{"theirs9my note1"});
   EXPECT_FALSE(rows->HasPendingEdit());
   rows->Set(kTitle, QStringLiteral("again"));
   rows->Update();
   EXPECT_EQ(Titles(), QStringList{"again"});
+  EXPECT_EQ(lost.size(), 1);
+}
+
+TEST_F(RecordsetTest, WhatCannotBeStoredAtClosingIsToldWithItsTexts) {
+  GivenTasks(1);
+  const auto database = std::make_shared<Database>(Path("study.mdb"));
+  sqlite3_busy_timeout(database->handle(), 1);
+  Recordset rows(database, QStringLiteral("Risk_records"));
+  rows.Set(kTitle, QStringLiteral("mine"));
+  sqlite3* other = nullptr;
+  ASSERT_EQ(sqlite3_open(Path("study.mdb").toUtf8().constData(), &other), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  QString lost;
+  QObject::connect(&rows, &Recordset::EditLost, &rows,
+                   [&](Failure& failure) { lost = failure.description(); });
+  EXPECT_EQ(FailureOf([&] { rows.Update(); }), failure::kLocked);
+  EXPECT_EQ(lost, "") << "it is still pending";
+  EXPECT_EQ(FailureOf([&] { rows.Close(); }), failure::kLocked);
+  EXPECT_TRUE(lost.endsWith(QStringLiteral("\n\nTitle\nYours: mine"))) << lost.toStdString();
+  sqlite3_close(other);
 }
 
 TEST_F(RecordsetTest, AnEditIsHeldAgainstWhatItBeganOnHoweverManyRowsAreLookedAtMeanwhile) {
@@ -426,21 +454,6 @@ TEST_F(RecordsetTest, AnEditIsHeldAgainstWhatItBeganOnHoweverManyRowsAreLookedAt
   for (int position = 2; position <= 600; ++position) (void)rows->ShownText(position, kTitle);
   EXPECT_EQ(FailureOf([&] { rows->Update(); }), failure::kRowChanged);
   EXPECT_EQ(Titles().first(), "theirs");
-}
-
-TEST_F(RecordsetTest, TheFieldThatSomebodyElseChangedIsNamed) {
-  GivenTasks(1);
-  const auto rows = Tasks();
-  rows->Set(kTitle, QStringLiteral("mine"));
-  rows->Set(kNote, QStringLiteral("mine"));
-  Exec(Path("study.mdb"), "UPDATE Risk_records SET Note='theirs'");
-  try {
-    rows->Update();
-    FAIL() << "the edit was stored";
-  } catch (const Failure& failure) {
-    EXPECT_TRUE(failure.description().contains(QStringLiteral("changed Note of")))
-        << failure.what();
-  }
 }
 
 TEST_F(RecordsetTest, AnEditOfARowThatSomebodyDeletedFailsAndEnds) {
@@ -496,7 +509,7 @@ TEST_F(RecordsetTest, AnEditNeverGoesIntoAnotherRowThatTookOverTheKey) {
   rows.Set(2, QStringLiteral("of the old one"));
   Exec(Path("study.mdb"),
        "DELETE FROM Project_details; INSERT INTO Project_details VALUES('F','new','N.A.')");
-  EXPECT_EQ(FailureOf([&] { rows.Update(); }), failure::kRowChanged);
+  EXPECT_EQ(FailureOf([&] { rows.Update(); }), failure::kRowDeleted);
   EXPECT_EQ(Read(Path("study.mdb"), "SELECT Project_Description FROM Project_details"),
             QStringList{"N.A."});
 }
