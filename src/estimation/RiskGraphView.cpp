@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "estimation/model/RiskMatrix.h"
+#include "formkit/Controls.h"
 #include "platform/Measures.h"
 
 namespace kestrix {
@@ -31,7 +32,6 @@ constexpr QStringView kMediumWord = u"Medium";
 constexpr QStringView kMediumShort = u"Med.";
 
 // The letters of the picture beside a font of the usual size, 9 points, at the usual scale.
-constexpr int kUsualFontPixels = 12;
 constexpr int kTextPixels = 10;
 constexpr int kIndexPixels = 12;
 // Below this no text is readable on a common screen, so it is never made smaller.
@@ -102,7 +102,7 @@ class RiskGraphView::Brush {
       : painter_(painter),
         view_(view),
         scale_(view.ScalesInForce().least()),
-        text_scale_(std::max(view.FontScale(), std::min(scale_, kGreatestTextScale))),
+        text_scale_(std::max(FontScale(&view), std::min(scale_, kGreatestTextScale))),
         ratio_(painter.device()->devicePixelRatioF()),
         ink_(view.palette().color(QPalette::WindowText)),
         paper_(view.palette().color(QPalette::Base)) {
@@ -252,10 +252,6 @@ void RiskGraphView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
 }
 
-qreal RiskGraphView::FontScale() const {
-  return std::max(1.0, 1.0 * QFontInfo(font()).pixelSize() / kUsualFontPixels);
-}
-
 QStringList RiskGraphView::litLines() const {
   return state_ == nullptr ? QStringList() : state_->litLines();
 }
@@ -308,7 +304,7 @@ QRectF RiskGraphView::WidgetRectOf(const QRectF& twips) const {
 }
 
 QSize RiskGraphView::minimumSizeHint() const {
-  return (part_ == Part::kGraph ? QSize(430, 188) : QSize(330, 190)) * FontScale();
+  return (part_ == Part::kGraph ? QSize(430, 188) : QSize(330, 190)) * FontScale(this);
 }
 
 QSize RiskGraphView::sizeHint() const {

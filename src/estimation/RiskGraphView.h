@@ -100,7 +100,6 @@ class RiskGraphView : public QWidget {
     [[nodiscard]] qreal least() const { return std::min(x, y); }
   };
   [[nodiscard]] Scales ScalesInForce() const;
-  [[nodiscard]] qreal FontScale() const;
   [[nodiscard]] std::optional<Tip> TipAt(QPoint place) const;
   void Describe(const QString& words);
   bool ShowTip(const QHelpEvent& event);

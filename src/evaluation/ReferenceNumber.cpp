@@ -1,5 +1,6 @@
 #include "evaluation/ReferenceNumber.h"
 
+#include <QLocale>
 #include <QRegularExpression>
 #include <algorithm>
 
@@ -25,7 +26,8 @@ void Increment(QString& digits) {
 
 std::optional<QString> ReferenceNumber(const QString& text) {
   static const QRegularExpression kDecimal(QStringLiteral("^([+-]?)(\\d*)(?:\\.(\\d*))?$"));
-  const QRegularExpressionMatch match = kDecimal.match(text.trimmed());
+  const QString number = text.trimmed().replace(QLocale().decimalPoint(), QStringLiteral("."));
+  const QRegularExpressionMatch match = kDecimal.match(number);
   const QString whole = match.captured(2);
   const QString behind = match.captured(3);
   if (!match.hasMatch() || (whole.isEmpty() && behind.isEmpty())) return std::nullopt;

@@ -5,6 +5,7 @@
 #include <QLineEdit>
 
 #include "evaluation/MatrixIcon.h"
+#include "formkit/Controls.h"
 #include "formkit/TextLimit.h"
 #include "store/RecordSources.h"
 #include "ui_RiskEvalFrm_1.h"
@@ -92,6 +93,10 @@ void RiskEvalFrm_1::ConnectTasks() {
   connect(&dtsorce2_, &DataControl::Shown, this, [this] { controls_.ShowBeginnings(); });
   On(ui_->DB1, &Grid::RowColChange, [this] { navigation_.RowChanged(); });
   OnGotFocus(ui_->DB1, &Me::DB1_GotFocus);
+  ui_->addNewRcd->grabShortcut(Qt::Key_Insert);
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter})
+    ui_->RiskEsmtBtn->grabShortcut(Qt::CTRL | key);
+  GiveFindKeys(ui_->FndESINo);
   On(ui_->addNewRcd, &QPushButton::clicked, &Me::addNewRcd_Click);
   On(ui_->CpyTaskCmd, &QPushButton::clicked, &Me::CpyTaskCmd_Click);
   On(ui_->DleteRcd, &QPushButton::clicked, &Me::DleteRcd_Click);

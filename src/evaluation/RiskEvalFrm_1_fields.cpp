@@ -27,6 +27,8 @@ void RiskEvalFrm_1::DateChanged(QLineEdit* box) {
   // Runs this rule again, which selects the place.
   if (outcome->text != box->text()) return box->setText(outcome->text);
   box->setCursorPosition(outcome->place);
+  // A date that nobody is typing shows no place to type at.
+  if (!box->hasFocus()) return;
   if (outcome->selected_length > 0) box->setSelection(outcome->place, outcome->selected_length);
 }
 

@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QPointer>
 
+#include "formkit/FormRooms.h"
+
 namespace kestrix {
 
 class FocusEvents;
@@ -28,6 +30,9 @@ class ActiveForms : public QObject {
   /// The first form that was shown. All others stay above it.
   [[nodiscard]] Form* frame() const;
 
+  /// How large forms open, for this run.
+  [[nodiscard]] FormRooms& rooms() { return rooms_; }
+
   /// Called by Form: it comes up; it wants the front; it is hidden or gone.
   void Enter(Form* form);
   void Appear(Form* form);
@@ -47,6 +52,7 @@ class ActiveForms : public QObject {
   [[nodiscard]] Form* Next() const;
 
   FocusEvents& focus_;
+  FormRooms rooms_;
   QPointer<Form> frame_;
   QPointer<Form> active_;
   QPointer<Form> coming_;  ///< a form that asked for the front and hasn't got it yet

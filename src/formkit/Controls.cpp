@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPalette>
 #include <QPlainTextEdit>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <cmath>
@@ -176,6 +177,11 @@ QRgb BackColour(const QWidget* control) {
   return control->palette().color(QPalette::Active, RolesOf(control).back).rgb();
 }
 
+qreal FontScale(const QWidget* control) {
+  constexpr qreal kDesignPixels = 12;
+  return std::max(1.0, QFontInfo(control->font()).pixelSize() / kDesignPixels);
+}
+
 void SettleCombo(QComboBox* combo) {
   constexpr auto kGuardName = "kestrix_combo_guard";
   if (!combo->findChild<QObject*>(kGuardName, Qt::FindDirectChildrenOnly)) {
@@ -188,8 +194,11 @@ void SettleCombo(QComboBox* combo) {
   combo->setCompleter(nullptr);
   // A text that was typed is not picked from the list, even if it stands there.
   QObject::disconnect(combo->lineEdit(), &QLineEdit::editingFinished, combo, nullptr);
-  QObject::connect(combo, &QComboBox::activated, combo->lineEdit(),
-                   [edit = combo->lineEdit()] { edit->home(false); });
+  QLineEdit* edit = combo->lineEdit();
+  QObject::connect(combo, &QComboBox::activated, edit, [edit] { edit->home(false); });
+  QObject::connect(edit, &QLineEdit::textChanged, edit, [edit] {
+    if (edit->isReadOnly() || !edit->hasFocus()) edit->home(false);
+  });
 }
 
 void FillCombo(QComboBox* combo, const QStringList& entries) {
@@ -224,6 +233,16 @@ void ShowBeginning(QLineEdit* box) {
 
 void SelectWhole(QLineEdit* box) {
   SelectAll(box);
+}
+
+void GiveFindKeys(QLineEdit* box) {
+  for (const QKeySequence& keys : {QKeySequence(Qt::Key_F3), QKeySequence(QKeySequence::Find)}) {
+    auto* shortcut = new QShortcut(keys, box);
+    QObject::connect(shortcut, &QShortcut::activated, box, [box] {
+      box->setFocus(Qt::ShortcutFocusReason);
+      if (box->hasFocus()) box->selectAll();
+    });
+  }
 }
 
 void SelectPlaceholder(QWidget* control) {

@@ -41,9 +41,13 @@ void SetSystemBack(QWidget* control);
 /// it stands out from the panel, the panel's own text colour where it doesn't.
 [[nodiscard]] QPalette::ColorRole LinkRole(const QWidget* control);
 
+/// How much larger the font of a control is than the one that the forms are designed with; at
+/// least 1.
+[[nodiscard]] qreal FontScale(const QWidget* control);
+
 /// An editable combo box that takes exactly what is typed: nothing is completed, inserted or
-/// changed by the wheel over it; a pick shows its beginning. Form applies it to every combo box
-/// that it holds.
+/// changed by the wheel over it, and a text that nobody types shows its beginning. Form applies it
+/// to every combo box that it holds.
 void SettleCombo(QComboBox* combo);
 
 /// Replaces the entries of a combo box, and takes its text away; none of them is chosen.
@@ -61,6 +65,8 @@ void SetLocked(QPlainTextEdit* box, bool locked);
 void ShowBeginning(QLineEdit* box);
 /// Selects the whole text of a box that gets the focus, behind the press that brought it.
 void SelectWhole(QLineEdit* box);
+/// Ctrl+F and F3 lead to the find box of a form.
+void GiveFindKeys(QLineEdit* box);
 /// Selects the whole text of a text box or combo box that gets the focus with nothing but a
 /// placeholder in it, so that typing replaces it.
 void SelectPlaceholder(QWidget* control);

@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QFocusEvent>
 #include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QScopedValueRollback>
 #include <QShortcutEvent>
 #include <QTableView>
@@ -162,6 +163,12 @@ bool FocusEvents::Leave() {
   const QPointer<QWidget> control = control_;
   control_ = nullptr;
   if (!control) return false;
+  // As in a box of one line, no selection stays where nobody types.
+  if (auto* lines = qobject_cast<QPlainTextEdit*>(control.data())) {
+    QTextCursor cursor = lines->textCursor();
+    cursor.clearSelection();
+    lines->setTextCursor(cursor);
+  }
   const Form* form = FormOf(control);
   if (form && form->IsUnloading()) return false;
   const Handler lost = handlers_.value(control).lost;

@@ -81,14 +81,14 @@ void Form::Restore() {
 }
 
 /// A form that nobody has given a place comes up in the middle of the frame's screen, so that it is
-/// seen whole and the frame shows behind it. One that is larger than the screen shows its
-/// beginning.
+/// seen whole and the frame shows behind it.
 void Form::TakePlace() {
   if (!isWindow() || testAttribute(Qt::WA_Moved)) return;
   const QWidget* frame = kit_.forms.frame() ? kit_.forms.frame() : this;
   // What a window manager puts around the frame it will put around this form too.
   const QSize border = frame->frameGeometry().size() - frame->size();
   const QRect screen = frame->screen()->availableGeometry();
+  kit_.forms.rooms().Open(*this, screen.size() - border);
   QRect place(QPoint(), size() + border);
   place.moveCenter(screen.center());
   move(std::max(place.left(), screen.left()), std::max(place.top(), screen.top()));
@@ -110,6 +110,7 @@ void Form::UnloadForm() {
   gone_ = true;
   const auto sources = findChildren<DataControl*>();
   for (DataControl* source : sources) GuardedAlways([source] { source->Close(); });
+  if (testAttribute(Qt::WA_Moved)) kit_.forms.rooms().Leave(*this);
   hide();
   kit_.focus.Forget(this);
   kit_.forms.Disappear(this);

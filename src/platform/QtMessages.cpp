@@ -1,10 +1,13 @@
 #include "platform/QtMessages.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QGridLayout>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <algorithm>
 
 #include "platform/WindowInFront.h"
 
@@ -13,6 +16,8 @@ namespace {
 
 // Characters that a screen shows whole beside the buttons.
 constexpr int kLongText = 2000;
+constexpr int kTitleButtons = 5;   ///< squares of a line's height
+constexpr int kWidestTitle = 600;  ///< pixels, that a title may make a box wide
 
 struct ButtonPair {
   Button ours;
@@ -51,6 +56,14 @@ Button AnswerOfClosing(const Message& message) {
   return message.buttons.contains(Button::kNo) ? Button::kNo : Button::kOk;
 }
 
+/// Title bars are written in bold, and hold some buttons beside the title.
+int TitleWidth(const QWidget& box) {
+  QFont font = box.font();
+  font.setBold(true);
+  const QFontMetrics metrics(font);
+  return metrics.horizontalAdvance(box.windowTitle()) + kTitleButtons * metrics.height();
+}
+
 void Fill(QMessageBox& box, const Message& message) {
   box.setWindowTitle(message.title);
   box.setTextFormat(Qt::PlainText);
@@ -68,9 +81,15 @@ void Fill(QMessageBox& box, const Message& message) {
   box.setDefaultButton(DesktopButton(message.default_button));
   box.defaultButton()->setFocus();
   box.setEscapeButton(DesktopButton(AnswerOfClosing(message)));
+  const auto drawn = box.buttons();
+  for (QAbstractButton* button : drawn) button->setIcon({});
   // A long path in a text may not push the box over the edge of the screen.
   if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
     label->setWordWrap(true);
+  // A short text may not leave the title cut.
+  if (auto* rows = qobject_cast<QGridLayout*>(box.layout()))
+    rows->addItem(new QSpacerItem(std::min(TitleWidth(box), kWidestTitle), 0), rows->rowCount(), 0,
+                  1, rows->columnCount());
 }
 
 }  // namespace

@@ -31,9 +31,10 @@ bool IsLauncher(const QFileInfo& file) {
   throw Failure(failure::kInvalidCall, QStringLiteral("Failed to open \"%1\": %2.").arg(path, why));
 }
 
-/// Hands `document` to `opener`; false when that can't be started. An opener may go on as long as
+/// Hands `target` to `opener`; false when that can't be started. An opener may go on as long as
 /// the application that it started, and longer than this program: nothing ends its process.
-bool Open(const QString& opener, const QString& document, const std::function<void()>& failed) {
+bool StartOpener(const QString& opener, const QString& target,
+                 const std::function<void()>& failed) {
   auto* process = new QProcess;
   process->setInputChannelMode(QProcess::ForwardedInputChannel);
   process->setProcessChannelMode(QProcess::ForwardedChannels);
@@ -48,7 +49,7 @@ bool Open(const QString& opener, const QString& document, const std::function<vo
                      const bool ended_well = status == QProcess::NormalExit && code == 0;
                      if (failed && !ended_well && !started.hasExpired(kOpening)) failed();
                    });
-  process->start(opener, {document});
+  process->start(opener, {target});
   if (process->waitForStarted()) return true;
   delete process;
   return false;
@@ -66,6 +67,14 @@ void QtShell::StartCompanion(const QString& name) {
 }
 
 void QtShell::OpenDocument(const QString& path, const std::function<void()>& failed) {
+  Open(path, {}, failed);
+}
+
+void QtShell::OpenPage(const QString& path, const QString& place) {
+  Open(path, place, {});
+}
+
+void QtShell::Open(const QString& path, const QString& place, const std::function<void()>& failed) {
   const QString document = InCurrentFolder(path);
   const QFileInfo file(document);
   if (path.isEmpty() || !file.exists())
@@ -74,8 +83,11 @@ void QtShell::OpenDocument(const QString& path, const std::function<void()>& fai
   if (IsLauncher(file)) FailToOpen(document, QStringLiteral("it is no document"));
 
   const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
-  const bool opened = opener.isEmpty() ? QDesktopServices::openUrl(QUrl::fromLocalFile(document))
-                                       : Open(opener, document, failed);
+  QUrl url = QUrl::fromLocalFile(document);
+  if (!place.isEmpty()) url.setFragment(place);
+  const QString target = place.isEmpty() ? document : url.toString(QUrl::FullyEncoded);
+  const bool opened =
+      opener.isEmpty() ? QDesktopServices::openUrl(url) : StartOpener(opener, target, failed);
   if (!opened) FailToOpen(document, QStringLiteral("the desktop has no opener"));
 }
 

@@ -13,6 +13,10 @@ class QtShell : public Shell {
   void StartCompanion(const QString& name) override;
   using Shell::OpenDocument;
   void OpenDocument(const QString& path, const std::function<void()>& failed) override;
+  void OpenPage(const QString& path, const QString& place) override;
+
+ private:
+  static void Open(const QString& path, const QString& place, const std::function<void()>& failed);
 };
 
 }  // namespace kestrix

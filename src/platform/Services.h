@@ -26,6 +26,8 @@ class Shell {
   /// with an error, as where no application takes the type.
   virtual void OpenDocument(const QString& path, const std::function<void()>& failed) = 0;
   void OpenDocument(const QString& path) { OpenDocument(path, {}); }
+  /// The same for a page with anchors, at the anchor `place`.
+  virtual void OpenPage(const QString& path, const QString& place) = 0;
 };
 
 /// The top-level windows of all programs on the desktop, by their exact titles.

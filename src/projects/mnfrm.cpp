@@ -86,6 +86,8 @@ void mnfrm::Connect() {
   On(ui_->DB1, &Grid::Click, &mnfrm::DB1_Click);
   On(ui_->DB1, &Grid::DblClick, &mnfrm::simultn1_Click);
 
+  ui_->NwESINo->grabShortcut(Qt::Key_Insert);
+  GiveFindKeys(ui_->FndESINo);
   On(ui_->NwESINo, &QPushButton::clicked, &mnfrm::NwESINo_Click);
   OnGotFocus(ui_->ESI_No_temp, &mnfrm::ESI_No_temp_GotFocus);
   OnLostFocus(ui_->ESI_No_temp, &mnfrm::ESI_No_temp_LostFocus);

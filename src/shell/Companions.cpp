@@ -39,11 +39,16 @@ void Start(Context& context, const QString& program) {
   PassOver([&] { PlatformOf(context).shell.StartCompanion(program); });
 }
 
+/// False when the file isn't there: the person was told.
+bool HelpFileExists(Context& context, const QString& path) {
+  if (PlatformOf(context).files.FileExists(path)) return true;
+  TellPerson(context, Icon::kInformation, title::kProgram,
+             QStringLiteral("Help file does not exisit, contact BELTROVAN"));
+  return false;
+}
+
 void OpenHelpFile(Context& context, const QString& path, const QString& name) {
-  if (!PlatformOf(context).files.FileExists(path)) {
-    return TellPerson(context, Icon::kInformation, title::kProgram,
-                      QStringLiteral("Help file does not exisit, contact BELTROVAN"));
-  }
+  if (!HelpFileExists(context, path)) return;
   PassOver(
       [&] {
         PlatformOf(context).files.ChangeFolder(context.installation.Path(QStringLiteral("\\")));
@@ -123,6 +128,16 @@ void OpenManual(Context& context) {
 
 void OpenHelpPage(Context& context) {
   OpenHelpFile(context, context.installation.HelpPage(), kHelpPage);
+}
+
+void OpenChapter(Context& context, const QString& form) {
+  const bool is_frame = form == u"frmMain";
+  const QString path = is_frame ? context.installation.Manual() : context.installation.HelpPage();
+  if (!HelpFileExists(context, path)) return;
+  PassOver([&] {
+    Shell& shell = PlatformOf(context).shell;
+    is_frame ? shell.OpenDocument(path) : shell.OpenPage(path, form.toLower());
+  });
 }
 
 void SearchHelp(Context& context) {

@@ -34,6 +34,9 @@ inline const QString kSiblingPreview = QStringLiteral("CaseBookRpts");
 void OpenManual(Context& context);
 /// Opens the help page of the project form, or tells that it isn't there.
 void OpenHelpPage(Context& context);
+/// What F1 opens on the form of that name: its chapter of the help page, and the manual on the
+/// frame. The current folder stays.
+void OpenChapter(Context& context, const QString& form);
 /// The search in the help of the program, which has no help file set: it tells so.
 void SearchHelp(Context& context);
 

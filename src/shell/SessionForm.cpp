@@ -1,10 +1,16 @@
 #include "shell/SessionForm.h"
 
+#include <QShortcut>
+
+#include "shell/Companions.h"
 #include "store/LookupList.h"
 
 namespace kestrix {
 
-SessionForm::SessionForm(Context& context) : Form(context.kit), context_(context) {}
+SessionForm::SessionForm(Context& context) : Form(context.kit), context_(context) {
+  connect(new QShortcut(Qt::Key_F1, this), &QShortcut::activated, this,
+          [this] { Guarded([this] { companions::OpenChapter(context_, objectName()); }); });
+}
 
 bool SessionForm::IsDeletionWished(const QString& question, Icon icon) {
   session().MsgAnswer = Ask(icon, title::kDeleteRecord, question);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QLocale>
+
 #include "support/Printers.h"
 
 namespace kestrix {
@@ -39,6 +41,15 @@ TEST_P(TextsThatAreNoNumber, AreRefused) {
 INSTANTIATE_TEST_SUITE_P(ReferenceNumber, TextsThatAreNoNumber,
                          ::testing::Values("", ".", "-", "abc", "1a", "1e3", "0x10", "nan", "inf",
                                            "3,5", "1 2", "1.2.3", "--1"));
+
+TEST(ReferenceNumber, TakesTheDecimalSignOfTheDesktop) {
+  const QLocale before;
+  QLocale::setDefault(QLocale(QLocale::German));
+  EXPECT_EQ(ReferenceNumber("3,5"), "03.50");
+  EXPECT_EQ(ReferenceNumber("3.5"), "03.50");
+  EXPECT_FALSE(ReferenceNumber("1.000,5").has_value());
+  QLocale::setDefault(before);
+}
 
 }  // namespace
 }  // namespace kestrix

@@ -193,6 +193,34 @@ TEST_F(RiskEvalFrm_1FieldsTest, EnteringTheDateSelectsItWholeByKeyAndByMouse) {
   EXPECT_EQ(SelectedTextOf("dateOfRcd"), "01/02/2013");
 }
 
+TEST_F(RiskEvalFrm_1FieldsTest, ADateThatNobodyTypesShowsNoSelection) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  Focus("RefNo");
+  for (const char* box : {"dateOfRcd", "actnDt"}) {
+    Control<QLineEdit>(box).clear();
+    EXPECT_EQ(TextOf(box), "__/__/____");
+    EXPECT_EQ(SelectedTextOf(box), "");
+  }
+}
+
+TEST_F(RiskEvalFrm_1FieldsTest, KeysLeadToANewTaskTheFindBoxAndTheEstimation) {
+  GivenTasks({"Feed"});
+  OpenForm();
+  Focus("HzrdDscptnTXT");
+  PressKey(Qt::Key_Insert);
+  EXPECT_EQ(form_->Tasks().RecordCount(), 2);
+  EXPECT_TRUE(HasFocus("FuntnTaskMachry"));
+  PressKey(Qt::Key_F3);
+  EXPECT_TRUE(HasFocus("FndESINo"));
+  Focus("HzrdDscptnTXT");
+  PressKey(Qt::Key_F, Qt::ControlModifier);
+  EXPECT_TRUE(HasFocus("FndESINo"));
+  Focus("HzrdDscptnTXT");
+  PressKey(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_TRUE(steps.contains("estimation"));
+}
+
 TEST_F(RiskEvalFrm_1FieldsTest, TheActionDateIsNotSelectedAsAWhole) {
   GivenTask({{"FuntnTaskMachry", "Feed"}, {"actnDt", ""}});
   GivenTasks({"Clean"});

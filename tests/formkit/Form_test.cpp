@@ -2,9 +2,16 @@
 
 #include <QComboBox>
 #include <QFile>
+#include <QHeaderView>
+#include <QLabel>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSplitter>
+#include <QTableWidget>
 #include <QWindow>
 #include <cstdlib>
+#include <tuple>
 
 #include "FormKitTest.h"
 #include "store/DataControl.h"
@@ -280,6 +287,62 @@ TEST_F(FormPlaceTest, AFormThatIsLargerThanTheScreenShowsItsBeginning) {
   form.resize(screen.size() + QSize(100, 100));
   Show(form);
   EXPECT_EQ(form.pos(), screen.topLeft());
+}
+
+TEST_F(FormPlaceTest, AFormOpensAsItsUserLeftItInThisRun) {
+  const auto part = [&] {
+    auto& splitter = slot.Get().Add<QSplitter>("splitter");
+    splitter.addWidget(new QLabel("left"));
+    splitter.addWidget(new QLabel("right"));
+    auto& table = slot.Get().Add<QTableWidget>("table");
+    table.setColumnCount(2);
+    table.setHorizontalHeaderLabels({"one", "two"});
+    Show(slot.Get());
+    return std::pair(&splitter, table.horizontalHeader());
+  };
+  auto [splitter, header] = part();
+  const QSize left = slot.Get().size() + QSize(60, 40);
+  slot.Get().resize(left);
+  Settle();
+  splitter->setSizes({50, left.width() - 50});
+  const QList<int> division = splitter->sizes();
+  header->resizeSection(0, 77);
+  slot.Unload();
+  Settle();
+  std::tie(splitter, header) = part();
+  EXPECT_EQ(slot.Get().size(), left);
+  EXPECT_EQ(splitter->sizes(), division);
+  EXPECT_EQ(header->sectionSize(0), 77);
+}
+
+TEST_F(FormPlaceTest, AFormOpensAsLargeAsItsFontNeeds) {
+  const QFont font = QApplication::font();
+  QFont large = font;
+  large.setPixelSize(2 * QFontInfo(font).pixelSize());
+  QApplication::setFont(large);
+  LivingForm& form = slot.Get();
+  form.button->setText("a text that is rather wider than the form was designed");
+  form.box->setMinimumWidth(100);
+  const QSize design = form.size();
+  Show(form);
+  QApplication::setFont(font);
+  const QSize room = form.screen()->availableSize();
+  EXPECT_EQ(form.height(), std::min(2 * design.height(), room.height()));
+  EXPECT_GE(form.width(), std::min(form.button->sizeHint().width(), room.width()));
+  EXPECT_EQ(form.box->minimumWidth(), 200);
+}
+
+TEST_F(FormPlaceTest, AFormThatTheScreenHasNoRoomForScrolls) {
+  LivingForm& form = slot.Get();
+  const QSize room = form.screen()->availableSize();
+  form.button->setMinimumHeight(room.height() + 50);
+  Show(form);
+  EXPECT_LE(form.height(), room.height());
+  const auto* area = form.findChild<QScrollArea*>("PageArea");
+  ASSERT_NE(area, nullptr);
+  EXPECT_GT(area->verticalScrollBar()->maximum(), 0);
+  Click("box");
+  EXPECT_EQ(FocusName(), "box");
 }
 
 }  // namespace

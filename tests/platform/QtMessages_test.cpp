@@ -101,6 +101,17 @@ TEST_F(QtMessagesTest, NamesThatLookLikeMarkupAreShownAsTheyAre) {
   messages_.Show(Tell(Icon::kCritical, "T", "Organization name [<b>Press</b>] already exists."));
 }
 
+TEST_F(QtMessagesTest, ShortBoxShowsItsTitleWholeAndItsButtonsWithoutPictures) {
+  InBox([](QMessageBox& box) {
+    QFont bold = box.font();
+    bold.setBold(true);
+    EXPECT_GT(box.width(), QFontMetrics(bold).horizontalAdvance(box.windowTitle()));
+    for (const QAbstractButton* button : box.buttons()) EXPECT_TRUE(button->icon().isNull());
+    box.close();
+  });
+  messages_.Show(Ask(Icon::kNone, "BELTROVAN: A title that is much longer than the text", "?"));
+}
+
 TEST_F(QtMessagesTest, LongTextWrapsOnTheScreen) {
   InBox([](QMessageBox& box) {
     EXPECT_TRUE(box.findChild<QLabel*>("qt_msgbox_label")->wordWrap());

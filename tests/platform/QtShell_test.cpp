@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QTest>
+#include <QUrl>
 
 #include "support/Files.h"
 
@@ -87,6 +88,15 @@ TEST_F(QtShellTest, DocumentGoesToTheOpenerAsOneFullPath) {
   WriteFile(At("here/a manual; of $HOME.pdf"), "x");
   shell_.OpenDocument("a manual; of $HOME.pdf");
   EXPECT_EQ(Report("opened"), QStringList({Here(), Here("a manual; of $HOME.pdf")}));
+}
+
+TEST_F(QtShellTest, PlaceInAPageGoesToTheOpenerWithIt) {
+  MakeOpener();
+  WriteFile(At("here/a page.htm"), "x");
+  shell_.OpenPage("a page.htm", "mnfrm");
+  const QUrl page = QUrl::fromLocalFile(Here("a page.htm"));
+  EXPECT_EQ(Report("opened"),
+            QStringList({Here(), QString::fromLatin1(page.toEncoded()) + "#mnfrm"}));
 }
 
 TEST_F(QtShellTest, NameThatBeginsLikeAnOptionIsStillAFile) {

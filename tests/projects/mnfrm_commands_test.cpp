@@ -226,6 +226,24 @@ TEST_F(MnfrmCommandsTest, HelpOpensItsPageInTheApplicationsFolderByMouseAndKeys)
   EXPECT_EQ(desk.shell.Documents(), (QList<FakeShell::Started>{page, page}));
 }
 
+TEST_F(MnfrmCommandsTest, KeysLeadToTheChapterTheFindBoxAndANewNumber) {
+  WriteFile(installation.Path("acci_alys_help.htm"), "<p>help</p>");
+  OpenAcme();
+  PressKey(Qt::Key_F1);
+  EXPECT_EQ(desk.shell.Documents().value(0).name,
+            installation.Path("acci_alys_help.htm") + "#mnfrm");
+  Click("ProjectDescription");
+  PressKey(Qt::Key_F, Qt::ControlModifier);
+  EXPECT_TRUE(HasFocus("FndESINo"));
+  Type("P");
+  Click("ProjectDescription");
+  PressKey(Qt::Key_F3);
+  EXPECT_TRUE(HasFocus("FndESINo"));
+  EXPECT_EQ(SelectedTextOf("FndESINo"), "P");
+  PressKey(Qt::Key_Insert);
+  EXPECT_TRUE(HasFocus("ESI_No_temp"));
+}
+
 TEST_F(MnfrmCommandsTest, AMissingHelpPageIsToldAndOneThatNothingOpensShowsNothing) {
   QFile::remove(installation.Path("acci_alys_help.htm"));
   OpenAcme();

@@ -27,6 +27,9 @@ class FakeShell : public Shell {
   void StartCompanion(const QString& name) override;
   using Shell::OpenDocument;
   void OpenDocument(const QString& path, const std::function<void()>& failed) override;
+  void OpenPage(const QString& path, const QString& place) override {
+    OpenDocument(path + u'#' + place);
+  }
 
   /// Every later start and opening fails with `number`; 0 ends that.
   void FailWith(int number) { failure_ = number; }
