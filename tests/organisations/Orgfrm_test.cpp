@@ -1,3 +1,5 @@
+#include <QStyleOptionComboBox>
+
 #include "OrgfrmTest.h"
 
 namespace kestrix {
@@ -36,6 +38,26 @@ TEST_F(OrgfrmTest, ShowsItsCaptionsTipsAndStartTexts) {
             "and then select Organization from list box and click [Open Orgn].");
   EXPECT_EQ(TagOf("addorncmd"), "0");
   EXPECT_TRUE(IsLocked());
+}
+
+TEST_F(OrgfrmTest, TextLeavesTheArrowOfItsListFreeInEitherDirection) {
+  for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+    OpenOrganisations();
+    form->setLayoutDirection(direction);
+    Settle();
+    const auto& combo = Control<QComboBox>("orgnmecbo");
+    QStyleOptionComboBox option;
+    option.initFrom(&combo);
+    option.editable = true;
+    const QRect arrow = combo.style()->subControlRect(QStyle::CC_ComboBox, &option,
+                                                      QStyle::SC_ComboBoxArrow, &combo);
+    const auto& text = Control<QWidget>("orgnmecbotxt");
+    const QRect covered(text.mapTo(form, QPoint()), text.size());
+    EXPECT_FALSE(covered.intersects(QRect(combo.mapTo(form, arrow.topLeft()), arrow.size())))
+        << direction;
+    form->UnloadForm();
+    Settle();
+  }
 }
 
 TEST_F(OrgfrmTest, LoadGoesToTheApplicationsFolderAndOpensTheRegister) {
