@@ -65,7 +65,7 @@ void RiskEstimtn::ShowTask() {
                            .arg(Task().AbsolutePosition())
                            .arg(Task().RecordCount())
                            .arg(Stored(u"RefNo"), Stored(u"FuntnTaskMachry"));
-  constexpr int kLettersALine = 28;
+  constexpr int kLettersALine = 26;
   ui_->TaskLbl->setMinimumWidth(fontMetrics().averageCharWidth() * kLettersALine);
   ui_->TaskLbl->setToolTip(task);
   ui_->TaskLbl->setAccessibleName(task);

@@ -212,8 +212,8 @@ TEST_F(tagdwgsfrmTest, BehindALinkTheFirstFileIsTheSelectedOne) {
 
 TEST_F(tagdwgsfrmTest, ALinkThatTheStudyRefusesIsToldAndForgotten) {
   GivenLink(installation.Outside("X.TXT"), "P-2");
-  Exec(installation.Study(kStudy), "CREATE UNIQUE INDEX one ON fileLink(FilePath COLLATE NOCASE)");
   Open<tagdwgsfrm>();
+  Exec(installation.Study(kStudy), "CREATE UNIQUE INDEX one ON fileLink(FilePath COLLATE NOCASE)");
   desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to Link file./No file selected.");
   Link(GivenFile("x.txt"));
   EXPECT_TRUE(StoredPaths().isEmpty());
