@@ -1,26 +1,21 @@
 #include "backup/BesideEvents.h"
 
 #include <QEventLoop>
-#include <exception>
-#include <thread>
+#include <QFutureWatcher>
+#include <QThreadPool>
+#include <QtConcurrentRun>
 
 namespace kestrix {
 
 void RunBesideEvents(const std::function<void()>& work) {
-  std::exception_ptr thrown;
+  // Not the threads that all share: the painting of a picture waits for those.
+  QThreadPool threads;
   QEventLoop loop;
-  std::thread thread([&] {
-    try {
-      work();
-    } catch (...) {
-      thrown = std::current_exception();
-    }
-    // Queued: a loop that is told to quit before it runs would never end.
-    QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
-  });
+  QFutureWatcher<void> done;
+  QObject::connect(&done, &QFutureWatcher<void>::finished, &loop, &QEventLoop::quit);
+  done.setFuture(QtConcurrent::run(&threads, work));
   loop.exec(QEventLoop::ExcludeUserInputEvents);
-  thread.join();
-  if (thrown) std::rethrow_exception(thrown);
+  done.waitForFinished();
 }
 
 }  // namespace kestrix

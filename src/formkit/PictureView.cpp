@@ -8,6 +8,7 @@
 #include <QPixmap>
 #include <QPromise>
 #include <QThreadPool>
+#include <QtConcurrentRun>
 #include <algorithm>
 #include <memory>
 #include <utility>
@@ -86,7 +87,6 @@ QImage ReadFrom(QImageReader& reader, const QString& path) {
 }
 
 void ReadInto(QPromise<QImage>& promise, const QString& path) {
-  promise.start();
   QImage picture;
   try {
     AwaitedFile file(path, promise);
@@ -95,7 +95,6 @@ void ReadInto(QPromise<QImage>& promise, const QString& path) {
     // The null image tells it: what of the file was wrong is of no use any more.
   }
   promise.addResult(picture);
-  promise.finish();
 }
 
 }  // namespace
@@ -131,18 +130,12 @@ void PictureView::LoadBesideEvents(const QString& path, Then then) {
   const std::unique_ptr<QImageReader> reader = ReaderOf(file, &size);
   if (PixelsOf(size) > kPixelsAtAGlance) {
     then_ = std::move(then);
-    StartReading(path);
+    reading_.setFuture(QtConcurrent::run(reader_, &ReadInto, path));
     return;
   }
   picture_ = ReadFrom(*reader, path);
   Fit();
   then(Outcome::kShown);
-}
-
-void PictureView::StartReading(const QString& path) {
-  const auto promise = std::make_shared<QPromise<QImage>>();
-  reading_.setFuture(promise->future());
-  reader_->start([promise, path] { ReadInto(*promise, path); });
 }
 
 void PictureView::ReadingEnded() {

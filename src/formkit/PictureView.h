@@ -47,7 +47,6 @@ class PictureView : public QObject {
 
  private:
   void Fit();
-  void StartReading(const QString& path);
   void ReadingEnded();
   void GiveUpReading();
 
