@@ -1,13 +1,9 @@
 #pragma once
 
 #include <QObject>
-#include <QStringList>
-#include <array>
-#include <optional>
 #include <span>
 
-#include "estimation/RiskGraphGeometry.h"
-#include "estimation/model/RiskLevels.h"
+#include "estimation/drawing/RiskMarks.h"
 
 namespace kestrix {
 
@@ -20,17 +16,10 @@ class RiskGraphState : public QObject {
  public:
   explicit RiskGraphState(QObject* parent = nullptr);
 
-  [[nodiscard]] model::Stage stage() const { return stage_; }
-  /// Lit lines in the order of the table of lines; the start line is never among them.
-  [[nodiscard]] QStringList litLines() const;
-  /// Lit index labels, from that of index 0 upwards.
-  [[nodiscard]] QStringList litIndexLabels() const;
+  /// What is lit and marked now.
+  [[nodiscard]] const RiskMarks& marks() const { return marks_; }
   /// The cell that shows the marker; empty while the marker is hidden.
   [[nodiscard]] QString markedCell() const;
-
-  /// The stage in which this line was lit, or nothing when it is at rest.
-  [[nodiscard]] std::optional<model::Stage> LitStageOf(QStringView line) const;
-  [[nodiscard]] bool IsIndexLabelLit(QStringView label) const;
   /// Where the marker was last put, in twips. A hidden marker stays there; null before the first.
   [[nodiscard]] QRect MarkerPlace() const;
 
@@ -64,11 +53,8 @@ class RiskGraphState : public QObject {
  private:
   void PutOut(risk_graph::LineGroup group);
 
-  model::Stage stage_ = model::Stage::kBefore;
-  std::array<std::optional<model::Stage>, risk_graph::kLines.size()> lit_lines_{};
-  std::array<bool, risk_graph::kIndexLabels.size()> lit_labels_{};
-  const risk_graph::CellPlace* marker_cell_ = nullptr;
-  bool marker_shown_ = false;
+  RiskMarks marks_;
+  const risk_graph::CellPlace* marker_cell_ = nullptr;  ///< where the marker was last put
 };
 
 }  // namespace kestrix

@@ -1,25 +1,21 @@
 #pragma once
 
-#include <QList>
 #include <QPointer>
 #include <QRectF>
 #include <QStringView>
 #include <QWidget>
-#include <algorithm>
 #include <optional>
 
 #include "estimation/RiskGraphState.h"
+#include "estimation/drawing/RiskDrawing.h"
 
 class QHelpEvent;
 
 namespace kestrix {
 
-/// Paints one part of an estimation, the risk graph or the risk matrix, as its state stands, in the
-/// room that it is given: the picture fills the room as far as its shape stays familiar, and lies
-/// in the middle of what is left. It takes no input and never changes the state.
-///
-/// What is chosen shows by colour and by form: the lit path is thick and outlined, the lit index
-/// label has a heavy frame and bold digits, the marked cell a thick frame around its circle.
+/// Shows one part of an estimation, the risk graph or the risk matrix, as its state stands, in the
+/// colours of the theme and with letters that follow the font; with tool tips, and with words for
+/// assistive tools. It takes no input and never changes the state.
 class RiskGraphView : public QWidget {
   Q_OBJECT
   Q_PROPERTY(QStringList litLines READ litLines NOTIFY LitLinesChanged)
@@ -27,7 +23,7 @@ class RiskGraphView : public QWidget {
   Q_PROPERTY(QString markedCell READ markedCell NOTIFY MarkedCellChanged)
 
  public:
-  enum class Part { kGraph, kMatrix };
+  using Part = RiskDrawing::Part;
 
   /// An empty view until Show() gives it a state and a part.
   explicit RiskGraphView(QWidget* parent = nullptr);
@@ -64,42 +60,12 @@ class RiskGraphView : public QWidget {
   void changeEvent(QEvent* event) override;
 
  private:
-  class Brush;
   struct Tip {
     QString text;
     QRect place;
   };
-  struct Stroke {
-    QPoint from;
-    QPoint to;
-    QColor colour;
-  };
 
-  void PaintGraph(Brush& brush) const;
-  void PaintFrame(Brush& brush) const;
-  void PaintColumns(Brush& brush) const;
-  void PaintLeaders(Brush& brush) const;
-  void PaintLinesAtRest(Brush& brush) const;
-  void PaintLitPath(Brush& brush) const;
-  void PaintNodes(Brush& brush) const;
-  void PaintStart(Brush& brush) const;
-  void PaintIndexLabels(Brush& brush) const;
-  void PaintTexts(Brush& brush) const;
-
-  void PaintMatrix(Brush& brush) const;
-  void PaintCells(Brush& brush) const;
-  void PaintHeads(Brush& brush) const;
-  void PaintMarker(Brush& brush) const;
-
-  [[nodiscard]] QList<Stroke> LitStrokes() const;
-  [[nodiscard]] Stroke LitLeaderOf(const risk_graph::IndexLabel& label) const;
-  [[nodiscard]] QRect Frame() const;
-  struct Scales {
-    qreal x;
-    qreal y;
-    [[nodiscard]] qreal least() const { return std::min(x, y); }
-  };
-  [[nodiscard]] Scales ScalesInForce() const;
+  [[nodiscard]] RiskDrawing Drawing() const;
   [[nodiscard]] std::optional<Tip> TipAt(QPoint place) const;
   void Describe(const QString& words);
   bool ShowTip(const QHelpEvent& event);

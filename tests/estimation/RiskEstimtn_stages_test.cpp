@@ -445,12 +445,20 @@ class EveryStoredCombinationTest : public EstimationTest {
     const QStringList lit = LitLines();
     EXPECT_EQ(QSet<QString>(lit.begin(), lit.end()), expected.lit()) << what;
     EXPECT_EQ(LitLabels().join(","), expected.label()) << what;
+    // A page shows the same of these levels as the form.
+    const RiskMarks marks = MarksOf(after ? model::Stage::kAfter : model::Stage::kBefore,
+                                    {levels[0], levels[1], levels[2], levels[3]}, 0, 0);
+    EXPECT_EQ(marks.LitLines(), lit) << what;
+    EXPECT_EQ(marks.LitIndexLabels(), LitLabels()) << what;
     EXPECT_EQ(LevelTexts(), expected.texts()) << what;
     QStringList open = OpenBoxes();
     open.sort();
     EXPECT_EQ(open, expected.open()) << what;
-    EXPECT_EQ(SavedLevels(after), expected.stored()) << what;
-    EXPECT_EQ(Saved(after ? "RiskIndexAftr" : "RiskIndex"), QString::number(expected.index()))
+    const QMap<QString, QString> row = SavedRow();
+    QStringList stored;
+    for (int i = 0; i < 4; ++i) stored += row[LevelField(i, after)];
+    EXPECT_EQ(stored, expected.stored()) << what;
+    EXPECT_EQ(row[after ? "RiskIndexAftr" : "RiskIndex"], QString::number(expected.index()))
         << what;
   }
   template <class Act>

@@ -1,4 +1,4 @@
-#include "estimation/RiskGraphGeometry.h"
+#include "estimation/drawing/RiskGraphGeometry.h"
 
 #include <gmock/gmock.h>
 
@@ -48,6 +48,14 @@ const QPoint kAfterFrequent(kOccurrenceColumn, 3675);
 QPoint AfterExposure(QStringView exposure) {
   if (exposure == model::kExposureAny) return kAfterAny;
   return exposure == model::kExposureSeldom ? kAfterSeldom : kAfterFrequent;
+}
+
+QStringList LinesOf(LineGroup group) {
+  QStringList names;
+  for (const GraphLine& line : kLines) {
+    if (line.IsIn(group)) names.append(line.name.toString());
+  }
+  return names;
 }
 
 TEST(RiskGraphGeometryTest, ThirtyThreeLinesHaveNamesOfTheirOwn) {

@@ -24,9 +24,9 @@ class RiskGraphStateTest : public ::testing::Test {
 };
 
 TEST_F(RiskGraphStateTest, NothingIsLitAtFirst) {
-  EXPECT_EQ(state_.stage(), Stage::kBefore);
-  EXPECT_THAT(state_.litLines(), IsEmpty());
-  EXPECT_THAT(state_.litIndexLabels(), IsEmpty());
+  EXPECT_EQ(state_.marks().stage, Stage::kBefore);
+  EXPECT_THAT(state_.marks().LitLines(), IsEmpty());
+  EXPECT_THAT(state_.marks().LitIndexLabels(), IsEmpty());
   EXPECT_EQ(state_.markedCell(), QString());
   EXPECT_TRUE(state_.MarkerPlace().isNull());
 }
@@ -34,7 +34,7 @@ TEST_F(RiskGraphStateTest, NothingIsLitAtFirst) {
 TEST_F(RiskGraphStateTest, LitLinesAreToldInTheOrderOfTheTable) {
   state_.Light(model::OccurrenceRuleFor(u"O1, Low", u"F1, F2")->lines);
   state_.Light(model::SeverityRuleFor(u"S1, Slight")->lines);
-  EXPECT_THAT(state_.litLines(), ElementsAre("SV2", "SEH1_2", "NoneLn2", "OAng0"));
+  EXPECT_THAT(state_.marks().LitLines(), ElementsAre("SV2", "SEH1_2", "NoneLn2", "OAng0"));
 }
 
 TEST_F(RiskGraphStateTest, EachStepPutsOutItsOwnLines) {
@@ -46,30 +46,29 @@ TEST_F(RiskGraphStateTest, EachStepPutsOutItsOwnLines) {
       {&RiskGraphState::ResetAvoidanceLines, risk_graph::kAvoidanceGroup}};
   for (const auto& [step, group] : steps) {
     LightEverything();
-    ASSERT_EQ(state_.litLines().size(), 32);
+    ASSERT_EQ(state_.marks().LitLines().size(), 32);
     (state_.*step)();
-    const QStringList put_out = risk_graph::LinesOf(group);
     for (const auto& line : risk_graph::kLines) {
-      const bool expected = line.groups != 0 && !put_out.contains(line.name);
-      EXPECT_EQ(state_.LitStageOf(line.name).has_value(), expected)
+      const bool expected = line.groups != 0 && !line.IsIn(group);
+      EXPECT_EQ(state_.marks().LitStageOf(line.name).has_value(), expected)
           << line.name.toString().toStdString();
     }
-    EXPECT_EQ(state_.litIndexLabels().size(), 7) << "lines and labels are put out apart";
+    EXPECT_EQ(state_.marks().LitIndexLabels().size(), 7) << "lines and labels are put out apart";
   }
 }
 
 TEST_F(RiskGraphStateTest, SharedStretchGoesDarkWithEitherOfItsGroups) {
   state_.Light(u"NoneLn2");
   state_.ResetSeverityLines();
-  EXPECT_THAT(state_.litLines(), IsEmpty());
+  EXPECT_THAT(state_.marks().LitLines(), IsEmpty());
   state_.Light(u"NoneLn2");
   state_.ResetOccurrenceLines();
-  EXPECT_THAT(state_.litLines(), IsEmpty());
+  EXPECT_THAT(state_.marks().LitLines(), IsEmpty());
 }
 
 TEST_F(RiskGraphStateTest, StartLineIsNeverLitAndNeverPutOut) {
   state_.Light(u"strtLin1");
-  EXPECT_THAT(state_.litLines(), IsEmpty());
+  EXPECT_THAT(state_.marks().LitLines(), IsEmpty());
 }
 
 TEST_F(RiskGraphStateTest, UnknownNamesChangeNothing) {
@@ -80,8 +79,8 @@ TEST_F(RiskGraphStateTest, UnknownNamesChangeNothing) {
   state_.LightIndexLabel(u"RILbl1");
   state_.MarkCell(u"Rsk21");
   EXPECT_EQ(lines.size() + labels.size() + marker.size(), 0);
-  EXPECT_THAT(state_.litLines(), IsEmpty());
-  EXPECT_THAT(state_.litIndexLabels(), IsEmpty());
+  EXPECT_THAT(state_.marks().LitLines(), IsEmpty());
+  EXPECT_THAT(state_.marks().LitIndexLabels(), IsEmpty());
   EXPECT_EQ(state_.markedCell(), QString());
 }
 
@@ -89,21 +88,21 @@ TEST_F(RiskGraphStateTest, LineKeepsTheColourInWhichItWasLit) {
   state_.Light(u"SV1");
   state_.SetStage(Stage::kAfter);
   state_.Light(u"SH3");
-  EXPECT_EQ(state_.LitStageOf(u"SV1"), Stage::kBefore);
-  EXPECT_EQ(state_.LitStageOf(u"SH3"), Stage::kAfter);
+  EXPECT_EQ(state_.marks().LitStageOf(u"SV1"), Stage::kBefore);
+  EXPECT_EQ(state_.marks().LitStageOf(u"SH3"), Stage::kAfter);
   state_.Light(u"SV1");
-  EXPECT_EQ(state_.LitStageOf(u"SV1"), Stage::kAfter);
-  EXPECT_EQ(state_.LitStageOf(u"SV2"), std::nullopt);
+  EXPECT_EQ(state_.marks().LitStageOf(u"SV1"), Stage::kAfter);
+  EXPECT_EQ(state_.marks().LitStageOf(u"SV2"), std::nullopt);
 }
 
 TEST_F(RiskGraphStateTest, IndexLabelsGoWhiteTogether) {
   state_.LightIndexLabel(u"RILbl6");
   state_.LightIndexLabel(u"RILb2");
-  EXPECT_THAT(state_.litIndexLabels(), ElementsAre("RILb2", "RILbl6"));
-  EXPECT_TRUE(state_.IsIndexLabelLit(u"RILb2"));
+  EXPECT_THAT(state_.marks().LitIndexLabels(), ElementsAre("RILb2", "RILbl6"));
+  EXPECT_TRUE(state_.marks().IsIndexLabelLit(u"RILb2"));
   state_.ResetIndexLabels();
-  EXPECT_THAT(state_.litIndexLabels(), IsEmpty());
-  EXPECT_FALSE(state_.IsIndexLabelLit(u"RILb2"));
+  EXPECT_THAT(state_.marks().LitIndexLabels(), IsEmpty());
+  EXPECT_FALSE(state_.marks().IsIndexLabelLit(u"RILb2"));
 }
 
 TEST_F(RiskGraphStateTest, MarkerMovesToItsCellAndStaysThereWhenHidden) {
@@ -149,14 +148,14 @@ TEST_F(RiskGraphStateTest, FromNoHazardToSeriousTheOldPathGoesDarkFirst) {
   const auto* none = model::SeverityRuleFor(u"None.");
   state_.Light(none->lines);
   state_.LightIndexLabel(none->index_label);
-  EXPECT_THAT(state_.litLines(), ElementsAre("SV2", "SV3", "NoneLn", "NoneLn2"));
-  EXPECT_THAT(state_.litIndexLabels(), ElementsAre("RILbl0"));
+  EXPECT_THAT(state_.marks().LitLines(), ElementsAre("SV2", "SV3", "NoneLn", "NoneLn2"));
+  EXPECT_THAT(state_.marks().LitIndexLabels(), ElementsAre("RILbl0"));
   state_.ResetSeverityLines();
   state_.ResetIndexLabels();
-  EXPECT_THAT(state_.litLines(), IsEmpty());
+  EXPECT_THAT(state_.marks().LitLines(), IsEmpty());
   state_.Light(model::SeverityRuleFor(u"S2, Serious")->lines);
-  EXPECT_THAT(state_.litLines(), ElementsAre("SV1", "SH3"));
-  EXPECT_THAT(state_.litIndexLabels(), IsEmpty());
+  EXPECT_THAT(state_.marks().LitLines(), ElementsAre("SV1", "SH3"));
+  EXPECT_THAT(state_.marks().LitIndexLabels(), IsEmpty());
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 
 #include "LevelTexts.h"
 #include "estimation/RiskEstimtn.h"
-#include "estimation/RiskGraphGeometry.h"
+#include "estimation/drawing/RiskGraphGeometry.h"
 #include "holds/Quiet.h"
 #include "store/RecordSources.h"
 #include "support/FormTest.h"

@@ -163,8 +163,8 @@ void CheckState(Input& input) {
         state.LightIndexLabel(label.name);
         break;
       case 5:
-        state.SetStage(state.stage() == model::Stage::kBefore ? model::Stage::kAfter
-                                                              : model::Stage::kBefore);
+        state.SetStage(state.marks().stage == model::Stage::kBefore ? model::Stage::kAfter
+                                                                    : model::Stage::kBefore);
         break;
       case 6:
         state.MarkCell(cell.name);
@@ -179,10 +179,12 @@ void CheckState(Input& input) {
     state.Light(QStringView(name));
     const bool can_be_lit = risk_graph::LineNamed(name) != nullptr &&
                             risk_graph::LineNamed(name)->groups != risk_graph::kNoGroup;
-    Hold(state.litLines().contains(name) == can_be_lit, "a line that can be lit is lit", name);
-    if (can_be_lit) Hold(state.LitStageOf(name) == state.stage(), "in the colour in hand", name);
-    for (const QString& lit : state.litLines()) CheckLine(lit);
-    for (const QString& lit : state.litIndexLabels()) {
+    Hold(state.marks().LitLines().contains(name) == can_be_lit, "a line that can be lit is lit",
+         name);
+    if (can_be_lit)
+      Hold(state.marks().LitStageOf(name) == state.marks().stage, "in the colour in hand", name);
+    for (const QString& lit : state.marks().LitLines()) CheckLine(lit);
+    for (const QString& lit : state.marks().LitIndexLabels()) {
       Hold(risk_graph::IndexLabelNamed(lit) != nullptr, "a lit label is one of the graph", lit);
     }
     const QString marked = state.markedCell();

@@ -5,92 +5,81 @@
 namespace kestrix::model {
 namespace {
 
-constexpr std::array kExposures{kExposureAny, kExposureSeldom, kExposureFrequent};
+// The line of two paths: an occurrence puts out what a severity without a hazard lit of it.
+constexpr QStringView kSharedLine = u"NoneLn2";
 
-// Where no rule stands.
-constexpr int kNone = -1;
-
-template <std::size_t N>
-constexpr int PlaceOf(QStringView text, const std::array<QStringView, N>& texts) noexcept {
-  for (std::size_t place = 0; place < N; ++place) {
-    if (SameText(text, texts[place])) return static_cast<int>(place);
-  }
-  return kNone;
+/// The first row of a table that fits, or null.
+template <typename Table, typename Fits>
+const typename Table::value_type* FirstOf(const Table& table, Fits fits) noexcept {
+  const auto found = std::ranges::find_if(table, fits);
+  return found == table.end() ? nullptr : &*found;
 }
-
-constexpr std::size_t Slot(int exposure, int occurrence) {
-  return static_cast<std::size_t>(exposure) * kOccurrenceItems.size() +
-         static_cast<std::size_t>(occurrence);
-}
-
-constexpr std::size_t Slot(int exposure, int occurrence, int avoidance) {
-  return Slot(exposure, occurrence) * kAvoidanceItems.size() + static_cast<std::size_t>(avoidance);
-}
-
-constexpr std::size_t kPairs = kExposures.size() * kOccurrenceItems.size();
-constexpr std::size_t kTriples = kPairs * kAvoidanceItems.size();
-
-// The tables are turned into direct look-ups while compiling, so that an evaluation compares each
-// text once and not once a row. Filled from the last row up: the first row that fits remains.
-consteval std::array<int, kPairs> OccurrenceLookUp() {
-  std::array<int, kPairs> rows{};
-  rows.fill(kNone);
-  for (std::size_t row = kOccurrenceRules.size(); row-- > 0;) {
-    const OccurrenceRule& rule = kOccurrenceRules[row];
-    rows[Slot(PlaceOf(rule.exposure, kExposures), PlaceOf(rule.occurrence, kOccurrenceItems))] =
-        static_cast<int>(row);
-  }
-  return rows;
-}
-
-consteval std::array<int, kTriples> AvoidanceLookUp() {
-  std::array<int, kTriples> rows{};
-  rows.fill(kNone);
-  for (std::size_t row = kAvoidanceRules.size(); row-- > 0;) {
-    const AvoidanceRule& rule = kAvoidanceRules[row];
-    rows[Slot(PlaceOf(rule.exposure, kExposures), PlaceOf(rule.occurrence, kOccurrenceItems),
-              PlaceOf(rule.avoidance, kAvoidanceItems))] = static_cast<int>(row);
-  }
-  return rows;
-}
-
-constexpr auto kOccurrenceRows = OccurrenceLookUp();
-constexpr auto kAvoidanceRows = AvoidanceLookUp();
 
 }  // namespace
 
 const SeverityRule* SeverityRuleFor(QStringView severity) noexcept {
-  const auto found = std::ranges::find_if(kSeverityRules, [severity](const SeverityRule& rule) {
-    return SameText(rule.severity, severity);
-  });
-  return found == kSeverityRules.end() ? nullptr : &*found;
+  return FirstOf(kSeverityRules,
+                 [&](const auto& rule) { return SameText(rule.severity, severity); });
 }
 
 const ExposureRule* ExposureRuleFor(QStringView exposure, QStringView severity) noexcept {
-  const auto found = std::ranges::find_if(kExposureRules, [&](const ExposureRule& rule) {
+  return FirstOf(kExposureRules, [&](const auto& rule) {
     return SameText(rule.exposure, exposure) && SameText(rule.severity, severity);
   });
-  return found == kExposureRules.end() ? nullptr : &*found;
 }
 
 const OccurrenceRule* OccurrenceRuleFor(QStringView occurrence, QStringView exposure) noexcept {
-  const int exposure_place = PlaceOf(exposure, kExposures);
-  const int occurrence_place = PlaceOf(occurrence, kOccurrenceItems);
-  if (exposure_place == kNone || occurrence_place == kNone) return nullptr;
-  const int row = kOccurrenceRows[Slot(exposure_place, occurrence_place)];
-  return row == kNone ? nullptr : &kOccurrenceRules[static_cast<std::size_t>(row)];
+  return FirstOf(kOccurrenceRules, [&](const auto& rule) {
+    return SameText(rule.occurrence, occurrence) && SameText(rule.exposure, exposure);
+  });
 }
 
 const AvoidanceRule* AvoidanceRuleFor(QStringView avoidance, QStringView occurrence,
                                       QStringView exposure) noexcept {
-  const int exposure_place = PlaceOf(exposure, kExposures);
-  const int occurrence_place = PlaceOf(occurrence, kOccurrenceItems);
-  const int avoidance_place = PlaceOf(avoidance, kAvoidanceItems);
-  if (exposure_place == kNone || occurrence_place == kNone || avoidance_place == kNone) {
-    return nullptr;
+  return FirstOf(kAvoidanceRules, [&](const auto& rule) {
+    return SameText(rule.avoidance, avoidance) && SameText(rule.occurrence, occurrence) &&
+           SameText(rule.exposure, exposure);
+  });
+}
+
+LitPath PathOf(QStringView severity, QStringView exposure, QStringView occurrence,
+               QStringView avoidance) {
+  LitPath path;
+  const auto light = [&path](const auto& lines, QStringView index_label) {
+    for (const QStringView line : lines) {
+      if (!path.lines.contains(line)) path.lines.append(line);
+    }
+    path.index_label = index_label;
+  };
+  const auto is_chosen = [](QStringView level) { return !SameText(level, kUnsetLevel); };
+  if (const SeverityRule* rule = SeverityRuleFor(severity)) {
+    light(rule->lines, rule->index_label);
+    if (rule->index) return path;
   }
-  const int row = kAvoidanceRows[Slot(exposure_place, occurrence_place, avoidance_place)];
-  return row == kNone ? nullptr : &kAvoidanceRules[static_cast<std::size_t>(row)];
+
+  // The one exposure of "S1, Slight" is in force before anybody chooses it.
+  QStringView exposure_in_force = is_chosen(exposure) ? exposure : QStringView();
+  if (is_chosen(exposure)) {
+    path.index_label = {};
+    if (const ExposureRule* rule = ExposureRuleFor(exposure, severity)) light(rule->lines, {});
+  } else if (SameText(severity, kSeveritySlight)) {
+    exposure_in_force = kExposureAny;
+  }
+  if (is_chosen(occurrence)) {
+    path.index_label = {};
+    path.lines.removeAll(kSharedLine);
+    if (const OccurrenceRule* rule = OccurrenceRuleFor(occurrence, exposure_in_force)) {
+      light(rule->lines, rule->index_label);
+    }
+  }
+  if (is_chosen(avoidance)) {
+    path.index_label = {};
+    if (const AvoidanceRule* rule = AvoidanceRuleFor(
+            avoidance, is_chosen(occurrence) ? occurrence : QStringView(), exposure_in_force)) {
+      light(LineNames{rule->line}, rule->index_label);
+    }
+  }
+  return path;
 }
 
 std::optional<int> RiskIndexOf(QStringView severity, QStringView exposure, QStringView occurrence,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QStringView>
 #include <array>
 #include <initializer_list>
@@ -134,6 +135,18 @@ inline constexpr std::array<AvoidanceRule, 18> kAvoidanceRules{{
 /// ISO/TR 14121-2:2012, 6.3.
 [[nodiscard]] const AvoidanceRule* AvoidanceRuleFor(QStringView avoidance, QStringView occurrence,
                                                     QStringView exposure) noexcept;
+
+/// What of the graph is lit by the level texts of a stage, as they are stored: the names of its
+/// lines, and of its index label where the path has come to its end.
+struct LitPath {
+  QList<QStringView> lines;
+  QStringView index_label;
+};
+
+/// The path of these level texts, as it is drawn when they are chosen one after the other. A level
+/// that outlived its path lights what its own rule says. ISO/TR 14121-2:2012, 6.3.
+[[nodiscard]] LitPath PathOf(QStringView severity, QStringView exposure, QStringView occurrence,
+                             QStringView avoidance);
 
 /// The risk index, 0 to 6, at the end of the path that these level texts describe; nothing where
 /// the path has no rule or has not come to its end. Never fails. ISO/TR 14121-2:2012, 6.3.

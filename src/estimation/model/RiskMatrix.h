@@ -69,21 +69,6 @@ struct MatrixResult {
   Rgb colour = 0;                    ///< no meaning where unchanged
 };
 
-namespace detail {
-// The column of every class, found while compiling; the rows of the table have the same columns.
-consteval std::array<int, kGreatestClass + 1> ColumnOfClass() {
-  std::array<int, kGreatestClass + 1> columns{};
-  for (int column = 0; column < kMatrixColumns; ++column) {
-    const MatrixCell& cell = kMatrixCells[static_cast<std::size_t>(column)];
-    for (int cl = cell.least_class; cl <= cell.greatest_class; ++cl) {
-      columns[static_cast<std::size_t>(cl)] = column;
-    }
-  }
-  return columns;
-}
-inline constexpr auto kColumnOfClass = ColumnOfClass();
-}  // namespace detail
-
 /// The matrix' answer to a severity score (1 to 4 in a finished estimation) and a class (4 to 15).
 /// 0 in either is no risk; any number outside names no cell. Never fails.
 /// ISO/TR 14121-2:2012, 6.5 (hybrid tool).
@@ -91,13 +76,13 @@ inline constexpr auto kColumnOfClass = ColumnOfClass();
   if (severity == 0 || class_score == 0) {
     return {MatrixResult::Kind::kNoRisk, nullptr, kNoRiskText, kMatrixCells.front().colour};
   }
-  if (severity < 1 || severity > kMatrixRows || class_score < 1 || class_score > kGreatestClass) {
-    return {};
+  for (const MatrixCell& cell : kMatrixCells) {
+    if (cell.severity == severity && class_score >= cell.least_class &&
+        class_score <= cell.greatest_class) {
+      return {MatrixResult::Kind::kCell, &cell, cell.band, cell.colour};
+    }
   }
-  const int column = detail::kColumnOfClass[static_cast<std::size_t>(class_score)];
-  const int place = (severity - 1) * kMatrixColumns + column;
-  const MatrixCell& cell = kMatrixCells[static_cast<std::size_t>(place)];
-  return {MatrixResult::Kind::kCell, &cell, cell.band, cell.colour};
+  return {};
 }
 
 /// The number that a field or a score label shows, cut to its whole part: "3" and "3.9" are 3.

@@ -3,7 +3,6 @@
 #include <QPoint>
 #include <QRect>
 #include <QSize>
-#include <QStringList>
 #include <QStringView>
 #include <array>
 
@@ -15,6 +14,9 @@
 namespace kestrix::risk_graph {
 
 using model::SameText;
+
+/// A drawing at the size that it was drawn for has one unit for so many twips.
+inline constexpr qreal kTwipsPerUnit = 15;
 
 /// The lines that one step puts out together. `NoneLn2` stands in two groups: the path without a
 /// hazard and the shortest path with one end on the same stretch.
@@ -230,9 +232,6 @@ inline constexpr QRect kMatrixFrame{7620, 2715, 5325, 2610};
 [[nodiscard]] const GraphLine* LineNamed(QStringView name) noexcept;
 [[nodiscard]] const IndexLabel* IndexLabelNamed(QStringView name) noexcept;
 [[nodiscard]] const CellPlace* CellNamed(QStringView name) noexcept;
-
-/// The names of a group's lines, in the order of the table.
-[[nodiscard]] QStringList LinesOf(LineGroup group);
 
 /// Where the marker lies when it is on this cell.
 [[nodiscard]] constexpr QRect MarkerPlaceOn(const CellPlace& cell) {

@@ -1,4 +1,4 @@
-#include "estimation/RiskGraphGeometry.h"
+#include "estimation/drawing/RiskGraphGeometry.h"
 
 #include <algorithm>
 
@@ -61,14 +61,6 @@ const IndexLabel* IndexLabelNamed(QStringView name) noexcept {
 
 const CellPlace* CellNamed(QStringView name) noexcept {
   return Named(kCells, name);
-}
-
-QStringList LinesOf(LineGroup group) {
-  QStringList names;
-  for (const GraphLine& line : kLines) {
-    if (line.IsIn(group)) names.append(line.name.toString());
-  }
-  return names;
 }
 
 }  // namespace kestrix::risk_graph
