@@ -163,11 +163,7 @@ void Workbench::ConnectFolderDialog(opnflddlg& form) {
   connect(&form, &opnflddlg::BackupFolderChosen, this,
           [show_with] { show_with(BkUpfrm::kBackup); });
   // Each restore begins with a form of its own: one that is there shows what it did before.
-  connect(&form, &opnflddlg::RestoreFolderChosen, this, [this] {
-    backup_.Unload();
-    backup_.Get().ShowForm();
-  });
-  connect(&form, &opnflddlg::PresetFolderChosen, this, [this, show_with] {
+  connect(&form, &opnflddlg::RestoreFolderChosen, this, [this, show_with] {
     backup_.Unload();
     show_with(BkUpfrm::kRestore);
   });

@@ -15,6 +15,11 @@ void BackupForm::SetKeys(QAbstractButton* first, QAbstractButton* way_out) {
   way_out_ = way_out;
 }
 
+void BackupForm::Refuse(const QString& title, const QString& text) {
+  messages().Beep();
+  Tell(Icon::kCritical, title, text);
+}
+
 void BackupForm::Deactivate() {
   TakeFrontBack();
 }

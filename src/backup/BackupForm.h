@@ -16,8 +16,14 @@ class BackupForm : public SessionForm {
   explicit BackupForm(Context& context);
 
  protected:
+  /// The register of a set isn't where it can be read, or not for long.
+  static inline const QString kSetMissing =
+      QStringLiteral("1. Restored Files missing. contact M/s. BELTROVAN");
+
   /// Called once, when the buttons are there.
   void SetKeys(QAbstractButton* first, QAbstractButton* way_out);
+  /// Beeps and says why something can't be done.
+  void Refuse(const QString& title, const QString& text);
   void Deactivate() override;
   void keyPressEvent(QKeyEvent* event) override;
 

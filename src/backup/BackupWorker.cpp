@@ -8,6 +8,7 @@
 #include "platform/Failure.h"
 #include "platform/FileCopy.h"
 #include "platform/Messages.h"
+#include "shell/BackupMode.h"
 #include "store/Database.h"
 #include "store/Recordset.h"
 
@@ -41,9 +42,9 @@ BackupWorker::BackupWorker(SessionState& session, const Installation& installati
       runner_(std::move(runner)) {}
 
 BackupWorker::End BackupWorker::Run(Recordset& organisations, const StepDone& step_done) {
-  const bool backs_up = session_.BackupMode == 0 && session_.BackupSubMode == 0;
-  const bool restores = session_.BackupMode == 1 && session_.BackupSubMode == 0;
-  if (!backs_up && !restores) return End::kNothingToDo;
+  const bool backs_up = session_.BackupMode == backup_mode::kBackup;
+  const bool restores = session_.BackupMode == backup_mode::kRestore;
+  if ((!backs_up && !restores) || session_.BackupSubMode != 0) return End::kNothingToDo;
   step_done_ = step_done;
   ReadNumbers(organisations);
   if (backs_up) return Backup();

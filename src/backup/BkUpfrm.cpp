@@ -8,26 +8,16 @@
 #include "backup/BackupSet.h"
 #include "formkit/Controls.h"
 #include "platform/FileSystem.h"
-#include "platform/Measures.h"
+#include "shell/BackupMode.h"
 #include "store/RecordSources.h"
 #include "ui_BkUpfrm.h"
 
 namespace kestrix {
 namespace {
 
-constexpr int kBackupMode = 0;
-constexpr int kRestoreMode = 1;
 constexpr int kNameField = 0;
-constexpr int kEmptyBarTwips = 10;
-
-/// Captions whose tool tip says the same without the mark of the key.
-const std::array kTips{
-    std::pair{&BkUpfrm::kSelectFolder, "Select folder"},
-    std::pair{&BkUpfrm::kBackup, "Backup Study files"},
-    std::pair{&BkUpfrm::kBackupComplete, "Backup complete"},
-    std::pair{&BkUpfrm::kRestore, "Restore Study files"},
-    std::pair{&BkUpfrm::kRestoreComplete, "Study files Restored complete"},
-};
+/// Pixels of the bar before the first step.
+constexpr double kEmptyBar = 1;
 
 }  // namespace
 
@@ -53,15 +43,14 @@ void BkUpfrm::PrepareBackup() {
 
 void BkUpfrm::SetMainCaption(const QString& caption) {
   ui->clsd->setText(caption);
-  for (const auto& [known, tip] : kTips)
-    if (caption == *known) ui->clsd->setToolTip(QString::fromLatin1(tip));
+  ui->clsd->setToolTip(QString(caption).remove(u'&'));
 }
 
 void BkUpfrm::Load() {
   try {
     LoadSteps();
   } catch (const Failure&) {
-    Tell(Icon::kCritical, QStringLiteral("BELTROVAN: Files missing"),
+    Tell(Icon::kCritical, title::kFilesMissing,
          QStringLiteral("More files required run setup/Installed Files missing"));
     UnloadForm();
     Q_EMIT LoadFailed();
@@ -70,22 +59,23 @@ void BkUpfrm::Load() {
 
 void BkUpfrm::LoadSteps() {
   FitBar();
-  const bool lists_organisations =
-      session().BackupMode == kBackupMode || session().BackupMode == kRestoreMode;
+  const bool backs_up = session().BackupMode == backup_mode::kBackup;
+  const bool restores = session().BackupMode == backup_mode::kRestore;
+  const bool lists_organisations = backs_up || restores;
   ui->BKList1->setVisible(lists_organisations);
   ui->ListBk_2->setVisible(!lists_organisations);
   files().ChangeFolder(installation().ApplicationFolder());
-  system_root_ = platform().environment.Variable(QStringLiteral("SYSTEMROOT"));
   temp_ = platform().environment.Variable(QStringLiteral("TEMP"));
-  if (session().BackupMode == kBackupMode) LoadLiveRegister();
-  if (session().BackupMode == kRestoreMode) LoadRegisterOfSet();
+  if (backs_up) LoadLiveRegister();
+  if (restores) LoadRegisterOfSet();
   if (!lists_organisations) ui->ListBk_2->setText(QStringLiteral("1. Presets\r\n2. Zero nodes"));
   SetMainCaption(ui->clsd->text());
 }
 
 void BkUpfrm::LoadLiveRegister() {
   if (!files().FileExists(installation().Register()))
-    return TellMissing(QStringLiteral("2. Backup Files missing. contact M/s. BELTROVAN"));
+    return Refuse(title::kProgramFilesMissing,
+                  QStringLiteral("2. Backup Files missing. contact M/s. BELTROVAN"));
   OpenRegister(installation().Register());
 }
 
@@ -102,7 +92,7 @@ void BkUpfrm::LoadRegisterOfSet() {
     CopyFileDurably(in_set, copy, Sync::With(unsynced));
     OpenRegister(copy);
   } else {
-    TellMissing(QStringLiteral("1. Restored Files missing. contact M/s. BELTROVAN"));
+    Refuse(title::kProgramFilesMissing, kSetMissing);
   }
   SetMainCaption(kRestore);
 }
@@ -116,11 +106,6 @@ void BkUpfrm::OpenRegister(const QString& path) {
     ui->BKList1->addItem(rows.ShownText(row, kNameField));
 }
 
-void BkUpfrm::TellMissing(const QString& text) {
-  messages().Beep();
-  Tell(Icon::kCritical, QStringLiteral("KESTRIX : Files missing"), text);
-}
-
 void BkUpfrm::Activate() {
   SetMainCaption(ui->clsd->text());
 }
@@ -131,8 +116,8 @@ void BkUpfrm::closeEvent(QCloseEvent* event) {
 }
 
 void BkUpfrm::clsd_Click() {
-  if (session().BackupMode == kBackupMode) ClickInBackup();
-  if (session().BackupMode == kRestoreMode) ClickInRestore();
+  if (session().BackupMode == backup_mode::kBackup) return ClickInBackup();
+  if (session().BackupMode == backup_mode::kRestore) ClickInRestore();
 }
 
 void BkUpfrm::ClickInBackup() {
@@ -182,7 +167,7 @@ void BkUpfrm::RunWorker() {
     // The second click of a double click comes now, and mustn't close a form that has just
     // finished.
     QCoreApplication::processEvents();
-    if (session().BackupMode != kBackupMode) return;
+    if (session().BackupMode != backup_mode::kBackup) return;
     if (end == BackupWorker::End::kRefused) SetMainCaption(kSelectFolder);
     if (end == BackupWorker::End::kAtEnd) SetMainCaption(kBackupComplete);
   } catch (const Failure&) {
@@ -208,8 +193,7 @@ void BkUpfrm::ShowProgress(const BackupWorker::Progress& progress) {
 
 /// The filled part keeps its share of the whole bar when the form is given another width.
 void BkUpfrm::FitBar() {
-  const double width = percent_ < 0 ? qMax(1, PixelsFromTwips(kEmptyBarTwips))
-                                    : percent_ * ui->progPic1->width() / 100;
+  const double width = qMax(kEmptyBar, percent_ * ui->progPic1->width() / 100);
   ui->progPic2->setGeometry(0, 0, qRound(width), ui->progPic1->height());
 }
 
@@ -221,7 +205,7 @@ bool BkUpfrm::eventFilter(QObject* watched, QEvent* event) {
 void BkUpfrm::clsed_Click() {
   PassOver(
       [&] {
-        if (session().BackupMode == 1 && session().BackupSubMode == 1)
+        if (session().BackupMode == backup_mode::kRestore && session().BackupSubMode == 1)
           Q_EMIT FolderDialogRequested();
       },
       [&] { UnloadForm(); });

@@ -64,7 +64,6 @@ class BkUpfrm : public BackupForm {
   void LoadLiveRegister();
   void LoadRegisterOfSet();
   void OpenRegister(const QString& path);
-  void TellMissing(const QString& text);
   void ClickInBackup();
   void ClickInRestore();
   void CountRows();
@@ -76,9 +75,8 @@ class BkUpfrm : public BackupForm {
   std::unique_ptr<Ui::BkUpfrm> ui;
   DataControl orgndata_{QStringLiteral("Orgndata"), this};
   BackupWorker worker_;
-  QString system_root_;  ///< SYSTEMROOT of the process when the form was loaded
-  QString temp_;         ///< its TEMP, where the register of a set is looked at
-  double percent_ = -1;  ///< of the bar; below 0 before the first step
+  QString temp_;        ///< TEMP of the process, where the register of a set is looked at
+  double percent_ = 0;  ///< of the bar
 };
 
 }  // namespace kestrix

@@ -11,15 +11,11 @@
 #include "formkit/DrawnIcon.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
+#include "shell/BackupMode.h"
 #include "ui_opnflddlg.h"
 
 namespace kestrix {
 namespace {
-
-constexpr int kBackupMode = 0;
-constexpr int kRestoreMode = 1;
-constexpr int kListMode = 2;
-constexpr int kPresetMode = 3;
 
 /// What a folder's name can't hold on some disk that a set may be carried to.
 bool IsForbidden(QChar letter) {
@@ -79,7 +75,7 @@ void opnflddlg::Load() {
   const bool is_gone = !before.isEmpty() && !is_there;
   ui_->curntpathlbl->ShowPath(is_gone ? before : ui_->ktxDir->Path());
 
-  const bool makes_folders = session().BackupMode == kBackupMode;
+  const bool makes_folders = session().BackupMode == backup_mode::kBackup;
   ui_->crtfldbtn->setVisible(makes_folders);
   ui_->crtfldnme->setVisible(makes_folders);
 }
@@ -189,23 +185,20 @@ void opnflddlg::slctfld_Click() {
   session().BackupFolder = ui_->ktxDir->Path();
   const BackupSet set(session().BackupFolder);
   switch (session().BackupMode) {
-    case kBackupMode:
+    case backup_mode::kBackup:
       Q_EMIT BackupFolderChosen();
       return UnloadForm();
-    case kRestoreMode:
+    case backup_mode::kRestore:
       if (!files().FileExists(set.Register())) return RefuseFolder();
-      if (IsAmongPictures(session().BackupFolder, installation().PictureRoot())) {
-        messages().Beep();
-        return Tell(Icon::kCritical, title::kProgramFilesMissing,
-                    QStringLiteral("1. Restored Files missing. contact M/s. BELTROVAN"));
-      }
+      if (IsAmongPictures(session().BackupFolder, installation().PictureRoot()))
+        return Refuse(title::kProgramFilesMissing, kSetMissing);
       Q_EMIT RestoreFolderChosen();
       return UnloadForm();
-    case kPresetMode:
+    case backup_mode::kPresets:
       if (!files().FileExists(set.Presets()) || !files().FileExists(set.ZeroNodes()))
         return RefuseFolder();
       UnloadForm();
-      Q_EMIT PresetFolderChosen();
+      Q_EMIT RestoreFolderChosen();
       return;
     default:
       return;
@@ -213,14 +206,15 @@ void opnflddlg::slctfld_Click() {
 }
 
 void opnflddlg::RefuseFolder() {
-  messages().Beep();
-  Tell(Icon::kCritical, QStringLiteral("KESTRIX"),
-       QStringLiteral("1. Folder does not have backup files to restore, select different folder."));
+  Refuse(
+      QStringLiteral("KESTRIX"),
+      QStringLiteral("1. Folder does not have backup files to restore, select different folder."));
 }
 
 void opnflddlg::cls1_Click() {
   UnloadForm();
-  if (session().BackupMode == kBackupMode || session().BackupMode == kListMode) Q_EMIT Cancelled();
+  const qint16 mode = session().BackupMode;
+  if (mode == backup_mode::kBackup || mode == backup_mode::kList) Q_EMIT Cancelled();
   if (session().BackupSubMode == 1) session().BackupSubMode = 0;
 }
 

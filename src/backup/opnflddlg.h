@@ -26,12 +26,10 @@ class opnflddlg : public BackupForm {
   /// BkUpfrm::kBackup, which loads that form, and it is shown. This dialog unloads itself behind
   /// that.
   void BackupFolderChosen();
-  /// A folder with a set was taken: BkUpfrm is loaded, a second time if need be, and shown. This
-  /// dialog unloads itself behind that.
+  /// A folder with a set was taken: a BkUpfrm that is there is unloaded, and a new one gets the
+  /// caption BkUpfrm::kRestore and is shown. This dialog unloads itself behind that; in the
+  /// reserved mode it is unloaded already.
   void RestoreFolderChosen();
-  /// A folder with a set of the reserved mode was taken, and this dialog is unloaded: BkUpfrm is
-  /// loaded, a second time if need be, gets the caption BkUpfrm::kRestore, and is shown.
-  void PresetFolderChosen();
   /// No folder was taken for a backup and this dialog is unloaded: BkUpfrm is shown again.
   void Cancelled();
 

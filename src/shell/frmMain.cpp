@@ -17,6 +17,7 @@
 #include "formkit/DrawnIcon.h"
 #include "platform/FileSystem.h"
 #include "platform/Measures.h"
+#include "shell/BackupMode.h"
 #include "shell/Companions.h"
 #include "shell/frmDocument.h"
 #include "ui_frmMain.h"
@@ -305,7 +306,7 @@ void frmMain::custmztnFrm_Click() {
 }
 
 void frmMain::Bkup_Click() {
-  session().BackupMode = 0;
+  session().BackupMode = backup_mode::kBackup;
   session().BackupSubMode = 0;
   OwnChild().SetText(
       QStringLiteral("Before you backup or Restore study files, make sure on one has logged in to "
@@ -314,7 +315,7 @@ void frmMain::Bkup_Click() {
 }
 
 void frmMain::RtrBkUp_Click() {
-  session().BackupMode = 1;
+  session().BackupMode = backup_mode::kRestore;
   session().BackupSubMode = 0;
   Q_EMIT RestoreRequested();
 }

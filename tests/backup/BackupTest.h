@@ -76,6 +76,11 @@ class BackupTest : public FormTest {
     session.BackupMode = 1;
     session.BackupSubMode = 0;
   }
+  /// Of the set that was made in the folder that is chosen now.
+  void ForRestoreOfToday() {
+    session.BackupFolder = InSet(kToday);
+    ForRestore();
+  }
 
   /// Runs the worker as the form does: on the live register, or on the set's.
   BackupWorker::End Run(const BackupWorker::Runner& runner = RunBesideEvents) {
@@ -102,10 +107,11 @@ class BackupTest : public FormTest {
   /// Without a thread, for a child process.
   static void RunHere(const std::function<void()>& work) { work(); }
 
+  static QString Trouble(const QString& what) {
+    return "Failed to " + what + ". Seek Administrator approval for writing. Unable to continue.";
+  }
   void ExpectTrouble(const QString& what) {
-    desk.messages.ExpectTell(
-        Icon::kInformation, "BELTROVAN",
-        "Failed to " + what + ". Seek Administrator approval for writing. Unable to continue.");
+    desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN", Trouble(what));
   }
   void ExpectOverwriteQuestion(Button answer) {
     desk.messages.ExpectAsk(
@@ -178,8 +184,7 @@ class BackupFormTest : public BackupTest {
       shown.ShowForm();
     };
     connect(&opnflddlg::BackupFolderChosen, [=] { show_with(BkUpfrm::kBackup); });
-    connect(&opnflddlg::PresetFolderChosen, [=] { show_with(BkUpfrm::kRestore); });
-    connect(&opnflddlg::RestoreFolderChosen, [this] { backup.Get().ShowForm(); });
+    connect(&opnflddlg::RestoreFolderChosen, [=] { show_with(BkUpfrm::kRestore); });
     connect(&opnflddlg::Cancelled, [this] { backup.Get().ShowForm(); });
     return form;
   }

@@ -165,8 +165,7 @@ TEST_P(BackupWorkerFolderTest, FoldersOfAnyNameTakeASetAndGiveItBack) {
   Exec(installation.Study(1), "DELETE FROM Risk_records");
   ASSERT_TRUE(QFile::remove(Picture(1, "a.jpg")));
 
-  session.BackupFolder = InSet(kToday);
-  ForRestore();
+  ForRestoreOfToday();
   EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
   EXPECT_EQ(TreeOf(Data()), before);
 }
@@ -192,8 +191,7 @@ TEST_F(BackupWorkerTest, RoundTripBringsEveryTableAndPictureBackByteForByte) {
   ASSERT_TRUE(QDir(installation.PictureFolder(2)).removeRecursively());
   ASSERT_TRUE(QFile::remove(installation.Study(2)));
 
-  session.BackupFolder = InSet(kToday);
-  ForRestore();
+  ForRestoreOfToday();
   EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
   EXPECT_EQ(TreeOf(Data()), before);
   EXPECT_EQ(steps,
@@ -213,8 +211,7 @@ TEST_F(BackupWorkerTest, NothingIsChangedOutsideOfTheRunnerSoThatTheWindowStaysA
   EXPECT_GT(inside, 0);
   EXPECT_EQ(inside, log.size());
 
-  session.BackupFolder = InSet(kToday);
-  ForRestore();
+  ForRestoreOfToday();
   Run(runner);
   EXPECT_EQ(inside, log.size());
 }
@@ -250,8 +247,7 @@ TEST_F(BackupWorkerTest, RestoreLeavesOtherOrganisationsUnlistedAndWithoutPictur
   ASSERT_TRUE(QDir().mkpath(installation.PictureFolder(1000)));
   ASSERT_TRUE(QDir().mkpath(installation.PictureFolder(1001)));
 
-  session.BackupFolder = InSet(kToday);
-  ForRestore();
+  ForRestoreOfToday();
   Run();
 
   EXPECT_EQ(ReadFile(installation.Register()), set_register);
@@ -267,8 +263,7 @@ TEST_F(BackupWorkerTest, RestoreOfAnEmptySetClearsThePicturesAndReplacesTheFixed
   Run();
   const QByteArray set_register = ReadFile(InDated("ktx_RskSmt.kbp"));
   GivenFullOrganisation("Press shop", 1);
-  session.BackupFolder = InSet(kToday);
-  ForRestore();
+  ForRestoreOfToday();
   EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
   EXPECT_EQ(ReadFile(installation.Register()), set_register);
   EXPECT_TRUE(QFileInfo::exists(installation.Study(1)));
@@ -279,8 +274,7 @@ TEST_F(BackupWorkerTest, RestoreOf326OrganisationsOverflowsBehindItsLastCopy) {
   GivenManyOrganisations(326);
   EXPECT_EQ(FailureOfRun(), failure::kOverflow);
   Exec(installation.Study(326), "INSERT INTO Project_details(Project_Number) VALUES('later')");
-  session.BackupFolder = InSet(kToday);
-  ForRestore();
+  ForRestoreOfToday();
   EXPECT_EQ(FailureOfRun(), failure::kOverflow);
   EXPECT_EQ(ReadFile(installation.Study(326)), ReadFile(InSet("ktx_RskSmt326.kbp")));
 }

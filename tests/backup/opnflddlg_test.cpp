@@ -21,12 +21,13 @@ class opnflddlgTest : public BackupFormTest {
 
   void OpenForBackup() {
     ForBackup();
-    folders.Get().ShowForm();
-    Settle();
-    LookAt(*folders.IfLoaded());
+    OpenDialog();
   }
   void OpenForRestore() {
     ForRestore();
+    OpenDialog();
+  }
+  void OpenDialog() {
     folders.Get().ShowForm();
     Settle();
     LookAt(*folders.IfLoaded());
