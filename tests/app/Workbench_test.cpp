@@ -1,8 +1,6 @@
 #include "app/Workbench.h"
 
-#include <QAbstractItemView>
 #include <QAction>
-#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QMenu>
@@ -43,20 +41,10 @@ class WorkbenchTest : public ::testing::Test, public TestInstallation {
     }
     return nullptr;
   }
-  /// The text box lies over the combo; its arrow stays free.
-  void PickOrganisation(const QString& name) {
-    auto& combo = hands->Control<QComboBox>("orgnmecbo");
-    const int row = combo.findText(name);
-    ASSERT_GE(row, 0);
-    combo.showPopup();
-    combo.view()->setCurrentIndex(combo.model()->index(row, combo.modelColumn()));
-    QTest::keyClick(combo.view(), Qt::Key_Return);
-    FormHands::Settle();
-  }
   void OpenOrganisation(const QString& name) {
     hands->Choose("mnuDatamnfrm");
     ASSERT_EQ(Front(), "Orgfrm");
-    PickOrganisation(name);
+    hands->Pick("orgnmecbo", name);
     hands->Click("clsd");
     ASSERT_EQ(Front(), "mnfrm");
   }
@@ -214,7 +202,7 @@ TEST_F(WorkbenchTest, AnotherOrganisationIsOpenedFromTheProjectForm) {
   hands->Click("nworg");
   ASSERT_EQ(Front(), "Orgfrm");
   EXPECT_EQ(Shown("Orgfrm")->windowModality(), Qt::ApplicationModal);
-  PickOrganisation("Paint shop");
+  hands->Pick("orgnmecbo", "Paint shop");
   hands->Click("clsd");
   EXPECT_EQ(Front(), "mnfrm");
   EXPECT_EQ(hands->TextOf("ESI_No"), "Q-9");
@@ -485,7 +473,7 @@ TEST_F(WorkbenchTest, DamagedListsEndInTheNoticeWithoutTheFrame) {
   damaged.close();
   Start();
   hands->Choose("mnuDatamnfrm");
-  PickOrganisation("Press shop");
+  hands->Pick("orgnmecbo", "Press shop");
   desk.messages.ExpectTell(Icon::kCritical, kFilesMissing,
                            "More files required run setup/Installed Files missing/Requires MS "
                            "Office installed");
@@ -524,7 +512,7 @@ TEST_F(WorkbenchTest, AStudyThatWasInUseWhenItWasOpenedBarsTheDeleteForTheRun) {
   hands->Click("clsdfrm");
   EXPECT_FALSE(QFile::exists(StudySign(1)));
   hands->Choose("mnuDatamnfrm");
-  PickOrganisation("Press shop");
+  hands->Pick("orgnmecbo", "Press shop");
   desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN",
                            "All users need to logout/Close/Exit Risk Assessment module and needs "
                            "to be reopened by only one user to delete records.");
@@ -536,7 +524,7 @@ TEST_F(WorkbenchTest, WhoCameIntoTheStudyBehindTheQuestionDoesntStopTheRow) {
   GivenPressShop();
   Start();
   hands->Choose("mnuDatamnfrm");
-  PickOrganisation("Press shop");
+  hands->Pick("orgnmecbo", "Press shop");
   desk.messages
       .Expect(Ask(Icon::kCritical, "BELTROVAN: Delete record",
                   "Wish to delete Organization [Press shop] from records?"))
@@ -586,7 +574,7 @@ TEST_F(WorkbenchTest, ADeletedOrganisationIsGoneWithItsStudyAndItsNumberIsUsedAg
   GivenPressShop();
   Start();
   hands->Choose("mnuDatamnfrm");
-  PickOrganisation("Press shop");
+  hands->Pick("orgnmecbo", "Press shop");
   desk.messages.ExpectAsk(Icon::kCritical, "BELTROVAN: Delete record",
                           "Wish to delete Organization [Press shop] from records?", Button::kYes);
   hands->Click("delte");

@@ -51,13 +51,13 @@ bool IsMessage(const QString& text) {
   return kMessage.match(text).hasMatch() && !kOther.match(text).hasMatch();
 }
 
-/// All texts of the sources. The main job and the pages speak to who builds the help; the
+/// All texts of the sources. The pages speak to who builds the help; the
 /// statements are no messages.
 QStringList TextsOfSources() {
   QStringList texts;
   for (const QString& path :
        FilesBelow(kSources, {QStringLiteral("*.cpp"), QStringLiteral("*.h")})) {
-    static const QRegularExpression kOthers(QStringLiteral("/main_job/|/paper/|/Statements\\.h$"));
+    static const QRegularExpression kOthers(QStringLiteral("/paper/|/Statements\\.h$"));
     if (!path.contains(kOthers)) texts += LiteralsOf(TextOf(path));
   }
   return texts;

@@ -1,7 +1,6 @@
 // A long day at the desk: one process takes down many tasks through the real forms, and brings
 // every form up and down many times. What the program takes of the machine doesn't grow by it, and
 // nothing is left open behind it.
-#include <QAbstractItemView>
 #include <QComboBox>
 #include <QDir>
 #include <QDirIterator>
@@ -14,7 +13,7 @@
 #include "Chance.h"
 #include "Footprint.h"
 #include "app/Workbench.h"
-#include "app/main_job/WorkedExample.h"
+#include "main_job/WorkedExample.h"
 #include "platform/QtFileSystem.h"
 #include "support/FakePlatform.h"
 #include "support/FormHands.h"
@@ -161,12 +160,7 @@ class SoakTest : public ::testing::Test, public TestInstallation {
   }
   void OpenOrganisation() const {
     ExpectFront("Orgfrm");
-    // The text box lies over the combo; its arrow stays free.
-    auto& combo = hands->Control<QComboBox>("orgnmecbo");
-    combo.showPopup();
-    combo.view()->setCurrentIndex(
-        combo.model()->index(combo.findText(kOrganisation), combo.modelColumn()));
-    QTest::keyClick(combo.view(), Qt::Key_Return);
+    hands->Pick("orgnmecbo", kOrganisation);
     ClickThrough("clsd", "mnfrm");
   }
   void OpenTasks() const {

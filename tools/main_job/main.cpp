@@ -6,10 +6,13 @@
 #include <QTextStream>
 #include <cstdlib>
 #include <memory>
+#include <stdexcept>
 
 #include "app/Workbench.h"
-#include "app/main_job/Hand.h"
-#include "app/main_job/WorkedExample.h"
+#include "formkit/ActiveForms.h"
+#include "formkit/Form.h"
+#include "hands/Hands.h"
+#include "main_job/WorkedExample.h"
 #include "platform/FileSystem.h"
 #include "platform/QtPlatform.h"
 #include "store/Database.h"
@@ -17,7 +20,7 @@
 #include "store/Recordset.h"
 
 // Drives the real forms, offscreen unless told otherwise, through the main job on a worked example:
-// an organisation, a project, its tasks, both estimations of each; then ends the run, starts anew
+// an organisation, a project, its tasks, both estimations of each; then ends the run, starts again
 // and finds everything as it was. Prints what the database then holds and leaves pictures of the
 // forms.
 
@@ -95,6 +98,12 @@ struct Desk {
   Platform platform;
 };
 
+/// What stopped the job.
+class Stopped : public std::runtime_error {
+ public:
+  explicit Stopped(const QString& why) : std::runtime_error(why.toStdString()) {}
+};
+
 class Job {
  public:
   Job(Desk& desk, QString pictures) : desk_(desk), pictures_(std::move(pictures)) {}
@@ -103,21 +112,21 @@ class Job {
     Begin();
     MakeOrganisation();
     MakeProject();
-    hand_.Click(QStringLiteral("simultn1"));
+    hands_->Click(QStringLiteral("simultn1"));
     for (const example::Task& task : example::kTasks) AddTask(task);
-    hand_.Picture(pictures_, QStringLiteral("RiskEvalFrm_1"));
+    Picture(QStringLiteral("RiskEvalFrm_1"));
     End();
   }
 
   void SecondRun() {
     Begin();
     OpenOrganisation();
-    Expect(hand_.TextOf(QStringLiteral("ESI_No")), Text(example::kProject));
-    Expect(hand_.TextOf(QStringLiteral("ProjectDescription")), Text(example::kDescription));
-    hand_.Click(QStringLiteral("simultn1"));
-    hand_.On(QStringLiteral("RiskEvalFrm_1"));
+    Expect(hands_->TextOf(QStringLiteral("ESI_No")), Text(example::kProject));
+    Expect(hands_->TextOf(QStringLiteral("ProjectDescription")), Text(example::kDescription));
+    hands_->Click(QStringLiteral("simultn1"));
+    Await(QStringLiteral("RiskEvalFrm_1"));
     for (std::size_t i = 0; i < example::kTasks.size(); ++i) {
-      hand_.ClickRow(QStringLiteral("DB1"), static_cast<int>(i));
+      hands_->ClickRow(QStringLiteral("DB1"), static_cast<int>(i));
       CheckTask(example::kTasks[i]);
     }
     End();
@@ -126,27 +135,27 @@ class Job {
   /// The forms that the main job doesn't pass through, for their pictures.
   void ShowTheRest() {
     Begin();
-    hand_.Trigger(QStringLiteral("custmztnFrm"));
-    hand_.On(QStringLiteral("custizationFrm"));
-    hand_.Picture(pictures_, QStringLiteral("custizationFrm"));
-    hand_.Click(QStringLiteral("ext"));
-    hand_.On(QStringLiteral("frmMain"));
-    hand_.Trigger(QStringLiteral("Bkup"));
-    hand_.On(QStringLiteral("BkUpfrm"));
-    hand_.Picture(pictures_, QStringLiteral("BkUpfrm"));
-    hand_.Click(QStringLiteral("clsd"));
-    hand_.On(QStringLiteral("opnflddlg"));
-    hand_.Picture(pictures_, QStringLiteral("opnflddlg"));
-    hand_.Click(QStringLiteral("cls1"));
-    hand_.On(QStringLiteral("BkUpfrm"));
-    hand_.Click(QStringLiteral("clsed"));
-    hand_.On(QStringLiteral("frmMain"));
+    hands_->Choose(QStringLiteral("custmztnFrm"));
+    Await(QStringLiteral("custizationFrm"));
+    Picture(QStringLiteral("custizationFrm"));
+    hands_->Click(QStringLiteral("ext"));
+    Await(QStringLiteral("frmMain"));
+    hands_->Choose(QStringLiteral("Bkup"));
+    Await(QStringLiteral("BkUpfrm"));
+    Picture(QStringLiteral("BkUpfrm"));
+    hands_->Click(QStringLiteral("clsd"));
+    Await(QStringLiteral("opnflddlg"));
+    Picture(QStringLiteral("opnflddlg"));
+    hands_->Click(QStringLiteral("cls1"));
+    Await(QStringLiteral("BkUpfrm"));
+    hands_->Click(QStringLiteral("clsed"));
+    Await(QStringLiteral("frmMain"));
     OpenOrganisation();
-    hand_.Click(QStringLiteral("LnkDwgs"));
-    hand_.On(QStringLiteral("tagdwgsfrm"));
-    hand_.Picture(pictures_, QStringLiteral("tagdwgsfrm"));
-    hand_.Click(QStringLiteral("cls_1"));
-    hand_.On(QStringLiteral("mnfrm"));
+    hands_->Click(QStringLiteral("LnkDwgs"));
+    Await(QStringLiteral("tagdwgsfrm"));
+    Picture(QStringLiteral("tagdwgsfrm"));
+    hands_->Click(QStringLiteral("cls_1"));
+    Await(QStringLiteral("mnfrm"));
     CloseAll();
   }
 
@@ -154,92 +163,111 @@ class Job {
   void ShowNotice() {
     const QString path = Installation(desk_.environment.ApplicationFolder()).Register();
     const QString aside = path + QStringLiteral(".aside");
-    if (!QFile::rename(path, aside)) throw HandStopped(QStringLiteral("The register is kept."));
+    if (!QFile::rename(path, aside)) throw Stopped(QStringLiteral("The register is kept."));
     desk_.platform.files.CopyFile(Installation(desk_.environment.ApplicationFolder()).NoPicture(),
                                   path);
     Begin();
-    hand_.Trigger(QStringLiteral("mnuDatamnfrm"));
-    hand_.On(QStringLiteral("reqfrm"));
-    hand_.Picture(pictures_, QStringLiteral("reqfrm"));
-    hand_.Click(QStringLiteral("runsetp"));
+    hands_->Choose(QStringLiteral("mnuDatamnfrm"));
+    Await(QStringLiteral("reqfrm"));
+    Picture(QStringLiteral("reqfrm"));
+    hands_->Click(QStringLiteral("runsetp"));
     workbench_.reset();
     // The notice never comes without the message that leads to it.
-    if (desk_.messages.shown.isEmpty()) throw HandStopped(QStringLiteral("No message came."));
+    if (desk_.messages.shown.isEmpty()) throw Stopped(QStringLiteral("No message came."));
     desk_.messages.shown.clear();
     if (!QFile::remove(path) || !QFile::rename(aside, path)) {
-      throw HandStopped(QStringLiteral("The register can't be put back."));
+      throw Stopped(QStringLiteral("The register can't be put back."));
     }
   }
 
   [[nodiscard]] int study() const { return study_; }
 
  private:
+  /// Waits until the form named `name` is in front.
+  void Await(const QString& name) {
+    const auto in_front = [&] {
+      const Form* form = workbench_->forms().active();
+      return form != nullptr && form->objectName() == name;
+    };
+    if (!Hands::WaitUntil(in_front))
+      throw Stopped(QStringLiteral("The form %1 did not come to the front.").arg(name));
+    Hands::Settle();
+  }
+
+  /// Saves what the form in front looks like.
+  void Picture(const QString& name) {
+    const QString path = QStringLiteral("%1/%2.png").arg(pictures_, name);
+    if (!hands_->Window().grab().save(path))
+      throw Stopped(QStringLiteral("The picture %1 can't be written.").arg(path));
+  }
+
   void OpenOrganisation() {
-    hand_.Trigger(QStringLiteral("mnuDatamnfrm"));
-    hand_.On(QStringLiteral("Orgfrm"));
-    hand_.Pick(QStringLiteral("orgnmecbo"), Text(example::kOrganisation));
-    hand_.Picture(pictures_, QStringLiteral("Orgfrm"));
-    hand_.Click(QStringLiteral("clsd"));
-    hand_.On(QStringLiteral("mnfrm"));
+    hands_->Choose(QStringLiteral("mnuDatamnfrm"));
+    Await(QStringLiteral("Orgfrm"));
+    hands_->Pick(QStringLiteral("orgnmecbo"), Text(example::kOrganisation));
+    Picture(QStringLiteral("Orgfrm"));
+    hands_->Click(QStringLiteral("clsd"));
+    Await(QStringLiteral("mnfrm"));
   }
 
   void Begin() {
     workbench_ = std::make_unique<Workbench>(desk_.platform);
+    hands_ = std::make_unique<Hands>(workbench_->forms());
     workbench_->Start();
-    hand_.On(QStringLiteral("frmMain"));
-    hand_.Picture(pictures_, QStringLiteral("frmMain"));
+    Await(QStringLiteral("frmMain"));
+    Picture(QStringLiteral("frmMain"));
   }
 
   void End() {
-    hand_.Click(QStringLiteral("ClsedDg"));
-    hand_.On(QStringLiteral("mnfrm"));
-    hand_.Picture(pictures_, QStringLiteral("mnfrm"));
+    hands_->Click(QStringLiteral("ClsedDg"));
+    Await(QStringLiteral("mnfrm"));
+    Picture(QStringLiteral("mnfrm"));
     study_ = workbench_->session().ActiveStudyNo;
     CloseAll();
   }
 
   void CloseAll() {
-    hand_.Click(QStringLiteral("clsdfrm"));
-    hand_.On(QStringLiteral("frmMain"));
-    hand_.form()->close();
+    hands_->Click(QStringLiteral("clsdfrm"));
+    Await(QStringLiteral("frmMain"));
+    hands_->Window().close();
     QCoreApplication::processEvents();
     workbench_.reset();
-    if (!desk_.messages.shown.isEmpty()) throw HandStopped(desk_.messages.shown);
+    if (!desk_.messages.shown.isEmpty()) throw Stopped(desk_.messages.shown);
   }
 
   static void Expect(const QString& found, const QString& wanted) {
     if (found == wanted) return;
-    throw HandStopped(QStringLiteral("Found “%1” where “%2” was stored.").arg(found, wanted));
+    throw Stopped(QStringLiteral("Found “%1” where “%2” was stored.").arg(found, wanted));
   }
 
   void MakeOrganisation() {
-    hand_.Trigger(QStringLiteral("mnuDatamnfrm"));
-    hand_.On(QStringLiteral("Orgfrm"));
-    hand_.Click(QStringLiteral("addorncmd"));
-    hand_.Type(QStringLiteral("orgnmecbotxt"), Text(example::kOrganisation));
-    hand_.Tab();
-    hand_.On(QStringLiteral("mnfrm"));
+    hands_->Choose(QStringLiteral("mnuDatamnfrm"));
+    Await(QStringLiteral("Orgfrm"));
+    hands_->Click(QStringLiteral("addorncmd"));
+    hands_->TypeInto(QStringLiteral("orgnmecbotxt"), Text(example::kOrganisation));
+    hands_->PressTab();
+    Await(QStringLiteral("mnfrm"));
   }
 
   void MakeProject() {
-    hand_.Click(QStringLiteral("NwESINo"));
-    hand_.Type(QStringLiteral("ESI_No_temp"), Text(example::kProject));
-    hand_.Tab();
-    hand_.Type(QStringLiteral("PrjStgCbo"), Text(example::kStage));
-    hand_.Type(QStringLiteral("ProjectDescription"), Text(example::kDescription));
-    hand_.Type(QStringLiteral("preparedbyTxt"), Text(example::kPreparedBy));
+    hands_->Click(QStringLiteral("NwESINo"));
+    hands_->TypeInto(QStringLiteral("ESI_No_temp"), Text(example::kProject));
+    hands_->PressTab();
+    hands_->TypeInto(QStringLiteral("PrjStgCbo"), Text(example::kStage));
+    hands_->TypeInto(QStringLiteral("ProjectDescription"), Text(example::kDescription));
+    hands_->TypeInto(QStringLiteral("preparedbyTxt"), Text(example::kPreparedBy));
   }
 
   void AddTask(const example::Task& task) {
-    hand_.On(QStringLiteral("RiskEvalFrm_1"));
-    hand_.Click(QStringLiteral("addNewRcd"));
+    Await(QStringLiteral("RiskEvalFrm_1"));
+    hands_->Click(QStringLiteral("addNewRcd"));
     const std::pair<const char*, const char16_t*> texts[] = {{"FuntnTaskMachry", task.title},
                                                              {"HazrdLoctn", task.location},
                                                              {"RefNo", task.reference},
                                                              {"HzrdDscptnTXT", task.description},
                                                              {"ReccdtnTxt", task.recommendation}};
     for (const auto& [control, text] : texts) {
-      hand_.Type(QString::fromLatin1(control), Text(text));
+      hands_->TypeInto(QString::fromLatin1(control), Text(text));
     }
     const std::pair<const char*, const char16_t*> picks[] = {
         {"PhaseMachn", task.phase},
@@ -249,19 +277,19 @@ class Job {
         {"ActnByCbo", task.action_by}};
     for (const auto& [control, text] : picks) {
       // A person types what the list doesn't offer.
-      hand_.Type(QString::fromLatin1(control), Text(text));
+      hands_->TypeInto(QString::fromLatin1(control), Text(text));
     }
-    hand_.Click(QStringLiteral("RiskEsmtBtn"));
-    hand_.On(QStringLiteral("RiskEstimtn"));
+    hands_->Click(QStringLiteral("RiskEsmtBtn"));
+    Await(QStringLiteral("RiskEstimtn"));
     Estimate(task.before);
-    Expect(hand_.TextOf(QStringLiteral("RiskIdxBRsltDsp")), QString::number(task.index_before));
-    hand_.Picture(pictures_, QStringLiteral("RiskEstimtn-before"));
-    hand_.Click(QStringLiteral("RskBfrAftrChk"));
+    Expect(hands_->TextOf(QStringLiteral("RiskIdxBRsltDsp")), QString::number(task.index_before));
+    Picture(QStringLiteral("RiskEstimtn-before"));
+    hands_->Click(QStringLiteral("RskBfrAftrChk"));
     Estimate(task.after);
-    Expect(hand_.TextOf(QStringLiteral("RiskIdxARsltDsp")), QString::number(task.index_after));
-    hand_.Picture(pictures_, QStringLiteral("RiskEstimtn-after"));
-    hand_.Click(QStringLiteral("clsfrm"));
-    hand_.On(QStringLiteral("RiskEvalFrm_1"));
+    Expect(hands_->TextOf(QStringLiteral("RiskIdxARsltDsp")), QString::number(task.index_after));
+    Picture(QStringLiteral("RiskEstimtn-after"));
+    hands_->Click(QStringLiteral("clsfrm"));
+    Await(QStringLiteral("RiskEvalFrm_1"));
   }
 
   void CheckTask(const example::Task& task) {
@@ -272,28 +300,28 @@ class Job {
         {"ReccdtnTxt", task.recommendation}, {"ReccdtnTypTxt", task.recommendation_type},
         {"ActnByCbo", task.action_by}};
     for (const auto& [control, text] : texts) {
-      Expect(hand_.TextOf(QString::fromLatin1(control)), Text(text));
+      Expect(hands_->TextOf(QString::fromLatin1(control)), Text(text));
     }
-    hand_.Click(QStringLiteral("RiskEsmtBtn"));
-    hand_.On(QStringLiteral("RiskEstimtn"));
-    Expect(hand_.TextOf(QStringLiteral("RiskIdxBRsltDsp")), QString::number(task.index_before));
-    Expect(hand_.TextOf(QStringLiteral("RiskIdxARsltDsp")), QString::number(task.index_after));
+    hands_->Click(QStringLiteral("RiskEsmtBtn"));
+    Await(QStringLiteral("RiskEstimtn"));
+    Expect(hands_->TextOf(QStringLiteral("RiskIdxBRsltDsp")), QString::number(task.index_before));
+    Expect(hands_->TextOf(QStringLiteral("RiskIdxARsltDsp")), QString::number(task.index_after));
     ExpectLevels(task.before);
-    hand_.Click(QStringLiteral("RskBfrAftrChk"));
+    hands_->Click(QStringLiteral("RskBfrAftrChk"));
     ExpectLevels(task.after);
-    hand_.Click(QStringLiteral("clsfrm"));
-    hand_.On(QStringLiteral("RiskEvalFrm_1"));
+    hands_->Click(QStringLiteral("clsfrm"));
+    Await(QStringLiteral("RiskEvalFrm_1"));
   }
 
   void ExpectLevels(const example::Estimation& estimation) {
-    Expect(hand_.TextOf(QStringLiteral("SevertyCbo")), Text(estimation.severity));
-    Expect(hand_.TextOf(QStringLiteral("occurrenceCbo")), Text(estimation.occurrence));
-    Expect(hand_.TextOf(QStringLiteral("avoidanceCbo")), Text(estimation.avoidance));
+    Expect(hands_->TextOf(QStringLiteral("SevertyCbo")), Text(estimation.severity));
+    Expect(hands_->TextOf(QStringLiteral("occurrenceCbo")), Text(estimation.occurrence));
+    Expect(hands_->TextOf(QStringLiteral("avoidanceCbo")), Text(estimation.avoidance));
     const std::pair<const char*, int> scores[] = {{"SerScrStd", estimation.scores[0]},
                                                   {"ExScrStd", estimation.scores[1]},
                                                   {"OCrScrStd", estimation.scores[2]}};
     for (const auto& [label, score] : scores) {
-      Expect(hand_.TextOf(QString::fromLatin1(label)), QString::number(score));
+      Expect(hands_->TextOf(QString::fromLatin1(label)), QString::number(score));
     }
   }
 
@@ -305,22 +333,21 @@ class Job {
         {"avoidanceCbo", estimation.avoidance}};
     // The path first: a statement of a parameter can be chosen once its box is open.
     for (const auto& [box, level] : levels) {
-      if (level != nullptr) hand_.Pick(QString::fromLatin1(box), Text(level));
+      if (level != nullptr) hands_->Pick(QString::fromLatin1(box), Text(level));
     }
     for (std::size_t i = 0; i < estimation.scores.size(); ++i) {
       const QString box = QString::fromLatin1(levels[i].first);
-      auto* widget = hand_.form()->findChild<QWidget*>(box);
-      if (!widget->isEnabled()) continue;
-      widget->setFocus(Qt::TabFocusReason);
-      QCoreApplication::processEvents();
-      hand_.Click(QStringLiteral("Chk_%1").arg(estimation.scores[i]));
+      if (!hands_->IsEnabled(box)) continue;
+      hands_->Control<QWidget>(box).setFocus(Qt::TabFocusReason);
+      Hands::Settle();
+      hands_->Click(QStringLiteral("Chk_%1").arg(estimation.scores[i]));
     }
   }
 
   Desk& desk_;
   QString pictures_;
   std::unique_ptr<Workbench> workbench_;
-  Hand hand_;
+  std::unique_ptr<Hands> hands_;
   int study_ = 0;
 };
 
@@ -356,20 +383,10 @@ void PrintStudy(const Installation& installation, int study) {
   }
 }
 
-/// The offscreen desktop tells at every turn what it can't do; nobody here asked it to.
-void OmitWhatOffscreenCannot(QtMsgType type, const QMessageLogContext& /*unused*/,
-                             const QString& text) {
-  if (type < QtCriticalMsg && (text.startsWith(QStringLiteral("This plugin does not support")) ||
-                               text.contains(QStringLiteral("XDG_RUNTIME_DIR")))) {
-    return;
-  }
-  QTextStream(stderr) << text << '\n';
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-  qInstallMessageHandler(OmitWhatOffscreenCannot);
+  LeaveOutComplaints();
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication::setQuitOnLastWindowClosed(false);
   const QApplication application(argc, argv);
