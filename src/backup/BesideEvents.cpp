@@ -4,6 +4,7 @@
 #include <QFutureWatcher>
 #include <QThreadPool>
 #include <QtConcurrentRun>
+#include <exception>
 
 namespace kestrix {
 
@@ -13,9 +14,18 @@ void RunBesideEvents(const std::function<void()>& work) {
   QEventLoop loop;
   QFutureWatcher<void> done;
   QObject::connect(&done, &QFutureWatcher<void>::finished, &loop, &QEventLoop::quit);
-  done.setFuture(QtConcurrent::run(&threads, work));
+  // The toolkit would hand back an exception of its own in place of this one.
+  std::exception_ptr thrown;
+  done.setFuture(QtConcurrent::run(&threads, [&] {
+    try {
+      work();
+    } catch (...) {
+      thrown = std::current_exception();
+    }
+  }));
   loop.exec(QEventLoop::ExcludeUserInputEvents);
   done.waitForFinished();
+  if (thrown) std::rethrow_exception(thrown);
 }
 
 }  // namespace kestrix
