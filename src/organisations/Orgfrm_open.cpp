@@ -1,4 +1,5 @@
 #include <QSet>
+#include <QSignalBlocker>
 
 #include "formkit/Controls.h"
 #include "organisations/OrganisationRows.h"
@@ -96,6 +97,7 @@ bool Orgfrm::FindFreeNumber() {
 
 void Orgfrm::StoreNumber(qint16 number) {
   Recordset& rows = Orgndata_.Recordset();
+  const QSignalBlocker quiet(Orgndata_);  // a number that somebody else gave meanwhile stands
   const Recordset::Attempt attempt(rows);
   PassOver([&] { rows.Edit(); }, [&] { rows.Set(kStudyNumber, number); },
            [&] { session().ActiveStudyNo = number; }, [&] { CreateStudyDb(context()); },
@@ -113,7 +115,9 @@ void Orgfrm::TakeStudyNumber() {
 
 void Orgfrm::StoreInHistory() {
   Recordset& last = orgtmpRcd_.Recordset();
-  // What others opened meanwhile is overwritten, not fought over: the row is read anew.
+  // What others opened meanwhile is overwritten, not fought over: the row is read again, and whoever
+  // is quicker even so isn't told of. Nobody has typed this number.
+  const QSignalBlocker quiet(orgtmpRcd_);
   last.MoveFirst();
   const Recordset::Attempt attempt(last);
   last.Edit();
