@@ -264,6 +264,8 @@ TEST_F(RiskEstimtnTest, BoxesStandOverTheirColumnsInEitherDirection) {
   for (const Qt::LayoutDirection direction : {Qt::LeftToRight, Qt::RightToLeft}) {
     QGuiApplication::setLayoutDirection(direction);
     OpenOn({});
+    form_->resize(1012, 700);
+    Settle();
     auto& graph = Control<RiskGraphView>("RiskGraph");
     for (std::size_t column = 0; column < 4; ++column) {
       const auto& box = Control<QComboBox>(kBoxes[static_cast<qsizetype>(column)]);
