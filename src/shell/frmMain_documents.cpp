@@ -56,9 +56,8 @@ void frmMain::ShowChild(frmDocument& child) {
   layout()->activate();
   const QSize room = ui_->mdiArea->maximumViewportSize();
   const QSize design = child.size();
-  connect(&child, &frmDocument::Pasting, this, [this, &child](const QString& text) {
-    Guarded([&] { child.SetSelRTF(text); });
-  });
+  connect(&child, &frmDocument::Pasting, this,
+          [this, &child](const QString& text) { Guarded([&] { child.SetSelRTF(text); }); });
   QMdiSubWindow* window = ui_->mdiArea->addSubWindow(&child);
   window->setAttribute(Qt::WA_DeleteOnClose);
   window->setWindowIcon(ui_->tbNew->icon());
