@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QHash>
+#include <QTemporaryDir>
 #include <QTextStream>
 #include <cstdlib>
 #include <memory>
@@ -383,11 +384,23 @@ void PrintStudy(const Installation& installation, int study) {
   }
 }
 
+/// Without a display the toolkit's screen is smaller than a form; this one shows each whole.
+void ChooseScreen(const QTemporaryDir& folder) {
+  const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+  if (!platform.isEmpty() && platform != "offscreen") return;
+  QFile screen(folder.filePath(QStringLiteral("screen.json")));
+  if (!screen.open(QIODevice::WriteOnly)) return;
+  screen.write(R"({"screens": [{"name": "Screen", "x": 0, "y": 0, "width": 1280, "height": 1024,
+                   "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
+  qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFile::encodeName(screen.fileName()));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   LeaveOutComplaints();
-  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QTemporaryDir scratch;
+  ChooseScreen(scratch);
   QApplication::setQuitOnLastWindowClosed(false);
   const QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("KestrixStudy"));
