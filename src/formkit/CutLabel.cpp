@@ -19,10 +19,10 @@ void CutLabel::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   drawFrame(&painter);
   const QRect room = contentsRect().adjusted(margin(), margin(), -margin(), -margin());
-  style()->drawItemText(&painter, room, QStyle::visualAlignment(layoutDirection(), alignment()),
-                        palette(), isEnabled(),
-                        fontMetrics().elidedText(text(), Qt::ElideRight, room.width()),
-                        foregroundRole());
+  style()->drawItemText(
+      &painter, room, static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment())),
+      palette(), isEnabled(), fontMetrics().elidedText(text(), Qt::ElideRight, room.width()),
+      foregroundRole());
 }
 
 }  // namespace kestrix
