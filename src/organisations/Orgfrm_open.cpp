@@ -115,8 +115,8 @@ void Orgfrm::TakeStudyNumber() {
 
 void Orgfrm::StoreInHistory() {
   Recordset& last = orgtmpRcd_.Recordset();
-  // What others opened meanwhile is overwritten, not fought over: the row is read again, and whoever
-  // is quicker even so isn't told of. Nobody has typed this number.
+  // What others opened meanwhile is overwritten, not fought over: the row is read again, and
+  // whoever is quicker even so isn't told of. Nobody has typed this number.
   const QSignalBlocker quiet(orgtmpRcd_);
   last.MoveFirst();
   const Recordset::Attempt attempt(last);
