@@ -1,11 +1,11 @@
 #pragma once
 
+#include <QComboBox>
 #include <QString>
 #include <vector>
 
 #include "shell/LookupBox.h"
 
-class QComboBox;
 class QPushButton;
 
 namespace kestrix {

@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QLocale>
 #include <QMdiArea>
+#include <QScreen>
 #include <QShortcut>
 #include <QToolButton>
 #include <algorithm>
