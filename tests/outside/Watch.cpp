@@ -153,6 +153,7 @@ QJsonObject TellWindow(QWidget* window) {
                               {"y", qRound(frame.y() * scale)},
                               {"width", qRound(frame.width() * scale)},
                               {"height", qRound(frame.height() * scale)}};
+  told["id"] = QString::number(window->internalWinId());
   told["title"] = window->windowTitle();
   told["active"] = window->isActiveWindow();
   told["modal"] = window->isModal();
