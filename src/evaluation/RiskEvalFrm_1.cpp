@@ -6,7 +6,6 @@
 
 #include "evaluation/MatrixIcon.h"
 #include "formkit/Controls.h"
-#include "formkit/TextLimit.h"
 #include "store/RecordSources.h"
 #include "ui_RiskEvalFrm_1.h"
 
@@ -15,8 +14,6 @@ namespace {
 
 // Of the list of tasks when the form comes up; the splitter changes it.
 constexpr int kListWidth = 300;
-constexpr int kLineLength = 255;
-constexpr int kTextLength = 65535;
 constexpr int kReferenceColumn = 0;
 constexpr int kKeyColumn = 2;
 
@@ -29,7 +26,8 @@ RiskEvalFrm_1::RiskEvalFrm_1(Context& context)
         made->setupUi(this);
         return made;
       }()),
-      controls_(*ui_),
+      // The bindings come first, so that a change rule that corrects a text has the last word.
+      controls_(*ui_, dtsorce2_),
       lists_(*this, *ui_, CboBxLstDB_),
       summary_({.index_before = ui_->RIBRtxt,
                 .index_after = ui_->RIARtxt,
@@ -43,9 +41,6 @@ RiskEvalFrm_1::RiskEvalFrm_1(Context& context)
                           .summary = summary_,
                           .position = ui_->TotAcdRCDDsply,
                           .find = ui_->FndESINo}) {
-  LimitTexts();
-  // The bindings come first, so that a change rule that corrects a text has the last word.
-  controls_.Bind(dtsorce2_);
   ui_->DB1->SetSource(dtsorce2_,
                       {{QStringLiteral("Ref.No."), QStringLiteral("RefNo")},
                        {QStringLiteral("Functions and Task "), QStringLiteral("FuntnTaskMachry")},
@@ -58,14 +53,6 @@ RiskEvalFrm_1::RiskEvalFrm_1(Context& context)
 }
 
 RiskEvalFrm_1::~RiskEvalFrm_1() = default;
-
-/// What a column can't hold doesn't go into its box: a save would leave it out without a word.
-void RiskEvalFrm_1::LimitTexts() {
-  for (const TaskLists::List& list : lists_.All()) {
-    list.combo->lineEdit()->setMaxLength(kLineLength);
-  }
-  for (QPlainTextEdit* box : {ui_->HzrdDscptnTXT, ui_->ReccdtnTxt}) new TextLimit(box, kTextLength);
-}
 
 void RiskEvalFrm_1::SettleLooks() {
   ui_->RiskEsmtBtn->setIcon(MatrixIcon());
@@ -155,7 +142,7 @@ void RiskEvalFrm_1::Load() {
 
 void RiskEvalFrm_1::OpenTasks() {
   // Until the place of the last time is taken up again, moves must not be taken for a new place.
-  const TaskNavigation::Quiet quiet(navigation_);
+  [[maybe_unused]] const auto opening = navigation_.Opening();
   dtsorce2_.SetConnectionString(
       DataControl::ConnectionStringFor(installation().Study(session().ActiveStudyNo)));
   session().RiskSql = sources::RiskSql(context().project.ESI_No());
@@ -167,12 +154,7 @@ void RiskEvalFrm_1::OpenTasks() {
     ui_->TotAcdRCDDsply->setText(QStringLiteral(" Total recorded task %1 ").arg(TaskCount()));
     return;
   }
-  {
-    const Recordset::Walk walk(Tasks());
-    Tasks().MoveFirst();
-    Tasks().MoveNext();
-    Tasks().MoveFirst();
-  }
+  Tasks().MoveFirst();
   navigation_.ShowPosition();
   controls_.ShowTask(Tasks());
   lists_.EnableCombos(true);

@@ -57,7 +57,6 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
 
  private:
   // Life: RiskEvalFrm_1.cpp
-  void LimitTexts();
   void SettleLooks();
   void ConnectTasks();
   void ConnectLists();

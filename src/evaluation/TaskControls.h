@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QString>
-#include <array>
+#include <vector>
 
+class QLabel;
 class QWidget;
 
 namespace kestrix {
@@ -11,27 +12,22 @@ namespace Ui {
 class RiskEvalFrm_1;
 }
 class DataControl;
+class FieldBinding;
 class Recordset;
 
-/// The fields of a task and the controls that show them, once, in the order in which they are shown
-/// and saved. It reads and writes the current row and never commits it.
+/// The fields of a task and the controls that show them, once, in the order in which they are
+/// saved. It reads and writes the current row and never commits it.
 class TaskControls {
  public:
-  explicit TaskControls(const Ui::RiskEvalFrm_1& ui);
-
   /// Ties every control but the project number's label to its field. The label keeps the number
-  /// while there is no task, so it follows the rows by Show alone.
-  void Bind(DataControl& source) const;
-  /// The fields of the current row into the controls. Fails as Recordset::Text does.
-  void Show(Recordset& rows) const;
-  /// The controls into the fields of the current row, as they stand; a field that is shown already
-  /// keeps the line ends that another program gave it. Ends at the first field that
-  /// the row refuses, with its failure; those before it stay written.
-  void Save(Recordset& rows) const;
-  /// Shows the task, its long texts from their beginning. Fails as Show does.
-  void ShowTask(Recordset& rows) const;
-  /// Saves the task unless no project is shown. What was written before a failing field stays;
-  /// nobody is told.
+  /// while there is no task, so it follows the rows by ShowTask alone.
+  TaskControls(const Ui::RiskEvalFrm_1& ui, DataControl& source);
+
+  /// Shows the current row once more, its long texts from their beginning. Fails as
+  /// Recordset::Text does.
+  void ShowTask(const Recordset& rows) const;
+  /// Saves what is shown, as it stands, unless no project is shown. Ends without a word at the
+  /// first field that the row refuses; those before it stay written.
   void SaveTask(Recordset& rows) const;
   /// What a task holds before anything was entered: `today` in both dates, "0" as the reference
   /// number, no tick, "None." in all others. The project number's label stays as it is.
@@ -42,12 +38,13 @@ class TaskControls {
   void ShowBeginnings() const;
 
  private:
-  struct TaskControl {
-    int field;
-    QString name;  ///< of the field, in the table
+  struct Bound {
     QWidget* control;
+    FieldBinding* binding;
+    QString unset;  ///< null for a date: it is the day's
   };
-  std::array<TaskControl, 15> controls_;
+  QLabel* project_;
+  std::vector<Bound> fields_;
 };
 
 }  // namespace kestrix

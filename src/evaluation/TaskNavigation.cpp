@@ -43,7 +43,7 @@ void TaskNavigation::RememberPosition(int position) {
 }
 
 void TaskNavigation::RowChanged() {
-  if (is_quiet_) return;
+  if (is_opening_) return;
   try {
     Recordset& tasks = parts_.tasks.Recordset();
     RememberPosition(tasks.AbsolutePosition());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QScopedValueRollback>
 #include <QString>
 
 class QLabel;
@@ -32,19 +33,10 @@ class TaskNavigation {
   [[nodiscard]] int Count() const;
   /// From the first use of the find box on: changes of row save nothing.
   [[nodiscard]] bool IsFindActive() const { return find_active_; }
-  /// While one lives the rows are being opened: their moves are none of the user's.
-  class Quiet {
-   public:
-    explicit Quiet(TaskNavigation& navigation) : navigation_(navigation) {
-      navigation.is_quiet_ = true;
-    }
-    ~Quiet() { navigation_.is_quiet_ = false; }
-    Quiet(const Quiet&) = delete;
-    Quiet& operator=(const Quiet&) = delete;
-
-   private:
-    TaskNavigation& navigation_;
-  };
+  /// While it lives the rows are being opened: their moves are none of the user's.
+  [[nodiscard]] QScopedValueRollback<bool> Opening() {
+    return QScopedValueRollback<bool>(is_opening_, true);
+  }
 
   void ShowPosition();
   void RowChanged();
@@ -59,7 +51,7 @@ class TaskNavigation {
 
   SessionForm& form_;
   Parts parts_;
-  bool is_quiet_ = false;
+  bool is_opening_ = false;
   bool find_active_ = false;
 };
 

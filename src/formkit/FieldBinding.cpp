@@ -5,9 +5,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QSignalBlocker>
+#include <algorithm>
+#include <utility>
 
 #include "formkit/Controls.h"
+#include "formkit/TextLimit.h"
 #include "platform/Failure.h"
 #include "store/DataControl.h"
 
@@ -18,23 +20,36 @@ QString ShownInCombo(const QComboBox* box, const QString& text) {
   return box->lineEdit() ? ShownIn(box->lineEdit(), text) : text;
 }
 
+void Limit(QLineEdit* box, int most) {
+  if (box != nullptr) box->setMaxLength(std::min(box->maxLength(), most));
+}
+
 }  // namespace
 
+FieldBinding* FieldBinding::Tie(DataControl& source, const QString& field, QWidget* control) {
+  if (auto* box = qobject_cast<QLineEdit*>(control)) return new FieldBinding(source, field, box);
+  if (auto* box = qobject_cast<QPlainTextEdit*>(control))
+    return new FieldBinding(source, field, box);
+  if (auto* box = qobject_cast<QComboBox*>(control)) return new FieldBinding(source, field, box);
+  if (auto* box = qobject_cast<QCheckBox*>(control)) return new FieldBinding(source, field, box);
+  return new FieldBinding(source, field, static_cast<QLabel*>(control));
+}
+
 FieldBinding::FieldBinding(DataControl& source, const QString& field, QLineEdit* control)
-    : FieldBinding(
-          source, field, control,
-          {[control](const QVariant& value) { control->setText(value.toString()); },
-           [control] { return control->text(); },
-           [control](const QVariant& value) { return ShownIn(control, value.toString()); }}) {
+    : FieldBinding(source, field, control,
+                   {[control](const QVariant& value) { control->setText(value.toString()); },
+                    [control] { return control->text(); },
+                    [control](const QVariant& value) { return ShownIn(control, value.toString()); },
+                    [control](int most) { Limit(control, most); }}) {
   connect(control, &QLineEdit::textChanged, this, &FieldBinding::Take);
 }
 
 FieldBinding::FieldBinding(DataControl& source, const QString& field, QPlainTextEdit* control)
-    : FieldBinding(
-          source, field, control,
-          {[control](const QVariant& value) { control->setPlainText(value.toString()); },
-           [control] { return control->toPlainText(); },
-           [control](const QVariant& value) { return ShownIn(control, value.toString()); }}) {
+    : FieldBinding(source, field, control,
+                   {[control](const QVariant& value) { control->setPlainText(value.toString()); },
+                    [control] { return control->toPlainText(); },
+                    [control](const QVariant& value) { return ShownIn(control, value.toString()); },
+                    [control](int most) { new TextLimit(control, most); }}) {
   connect(control, &QPlainTextEdit::textChanged, this, &FieldBinding::Take);
 }
 
@@ -43,7 +58,8 @@ FieldBinding::FieldBinding(DataControl& source, const QString& field, QComboBox*
           source, field, control,
           {[control](const QVariant& value) { control->setCurrentText(value.toString()); },
            [control] { return control->currentText(); },
-           [control](const QVariant& value) { return ShownInCombo(control, value.toString()); }}) {
+           [control](const QVariant& value) { return ShownInCombo(control, value.toString()); },
+           [control](int most) { Limit(control->lineEdit(), most); }}) {
   connect(control, &QComboBox::currentTextChanged, this, &FieldBinding::Take);
   connect(control, &QComboBox::editTextChanged, this, &FieldBinding::Take);
 }
@@ -81,6 +97,7 @@ void FieldBinding::ShowField(int field) {
       known_ = false;
       const int mine = rows.FieldIndex(field_);
       known_ = true;
+      if (!std::exchange(limited_, true)) LimitTo(rows.FieldLimit(mine));
       if (field >= 0 && field != mine) return;
       if (rows.HasCurrentRow()) value = RowValue(mine);
     }
@@ -102,15 +119,25 @@ void FieldBinding::Put(const QVariant& value) {
   if (face_.shown_as(value) != face_.value()) face_.show(value);
 }
 
+void FieldBinding::LimitTo(int most) {
+  if (most >= 0 && face_.limit) face_.limit(most);
+}
+
+void FieldBinding::Load() {
+  Put(RowValue(source_.Recordset().FieldIndex(field_)));
+}
+
+void FieldBinding::Save() const {
+  Recordset& rows = source_.Recordset();
+  const int field = rows.FieldIndex(field_);
+  // The control is asked for what it shows now: a change rule may have changed it again since.
+  const QVariant mine = face_.value();
+  if (face_.shown_as(RowValue(field)) != mine) rows.Set(field, mine);
+}
+
 void FieldBinding::Take() {
   try {
-    if (!source_.HasRecordset()) return;
-    Recordset& rows = source_.Recordset();
-    if (!rows.HasCurrentRow()) return;
-    const int field = rows.FieldIndex(field_);
-    // The control is asked for what it shows now: a change rule may have changed it again since.
-    const QVariant mine = face_.value();
-    if (face_.shown_as(RowValue(field)) != mine) rows.Set(field, mine);
+    if (source_.HasRecordset() && source_.Recordset().HasCurrentRow()) Save();
   } catch (const Failure& failure) {
     // The row keeps what it had; whoever commits it hears of the failure. But nobody commits what
     // can't be written: the control shows at once that it takes nothing.

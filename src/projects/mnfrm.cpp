@@ -8,7 +8,6 @@
 #include "formkit/Controls.h"
 #include "formkit/DrawnIcon.h"
 #include "formkit/FieldBinding.h"
-#include "formkit/TextLimit.h"
 #include "platform/FileSystem.h"
 #include "shell/Frame.h"
 #include "store/DataControl.h"
@@ -21,8 +20,6 @@ namespace {
 /// What the frame's status bar reads once no organisation is open any more.
 const QString kIdleStatus = QStringLiteral(" KESTRIX : Risk Assessment Software ");
 
-constexpr int kNameLength = 255;
-constexpr int kDescriptionLength = 65535;
 constexpr int kTimerInterval = 4000;
 
 }  // namespace
@@ -41,8 +38,6 @@ mnfrm::mnfrm(Context& context)
   SetBackColour(ui_->Orglbltxt, colour::kPaleYellow);
   ui_->HlpHzp->setForegroundRole(LinkRole(ui_->HlpHzp));
   Dress();
-  ui_->PrjStgCbo->lineEdit()->setMaxLength(kNameLength);
-  new TextLimit(ui_->ProjectDescription, kDescriptionLength);
   BindFields();
   Connect();
 }

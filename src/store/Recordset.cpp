@@ -257,6 +257,11 @@ QString Recordset::FieldName(int field) const {
   return fields_[static_cast<std::size_t>(field)].name;
 }
 
+int Recordset::FieldLimit(int field) const {
+  CheckField(field);
+  return fields_[static_cast<std::size_t>(field)].limit;
+}
+
 void Recordset::CheckField(int field) const {
   if (field < 0 || field >= FieldCount()) {
     throw Failure(failure::kNoSuchField, QStringLiteral("There is no field %1.").arg(field));
@@ -288,7 +293,7 @@ bool Recordset::Truth(int field) const {
 void Recordset::Set(int field, const QVariant& value) {
   CheckField(field);
   Edit();
-  const int limit = fields_[static_cast<std::size_t>(field)].limit;
+  const int limit = FieldLimit(field);
   const QVariant plain = Plain(value);
   if (limit >= 0 && IsLonger(plain.toString(), limit)) {
     throw Failure(failure::kTooLong, QStringLiteral("The text is too long: %1 holds %2 characters.")

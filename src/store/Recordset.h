@@ -80,6 +80,8 @@ class Recordset : public QObject {
   /// The position of the field named `name` (any case), from 0. Fails with kNoSuchField.
   [[nodiscard]] int FieldIndex(const QString& name) const;
   [[nodiscard]] QString FieldName(int field) const;
+  /// The characters that the column of `field` holds; -1 for no limit.
+  [[nodiscard]] int FieldLimit(int field) const;
 
   /// What the current row holds, its pending edit included. Fail with kNoCurrentRow when there is
   /// no row, kRowDeleted when somebody else deleted it, kNoSuchField. A number that 64 bits do not

@@ -21,6 +21,19 @@ TEST_F(TaskNavigationTest, PickingARowShowsItsTaskAndItsPlace) {
   EXPECT_EQ(Position(), " Recorded task 2 of 3 ");
 }
 
+TEST_F(TaskNavigationTest, AChangeOfRowSavesWhatIsShownOfTheRowThatComes) {
+  GivenTasks({"Feed", "Clean"});
+  OpenForm();
+  // A text that comes without a signal, and so without its binding.
+  QObject::connect(form_->findChild<DataControl*>("dtsorce2"), &DataControl::Shown, [this] {
+    auto& box = Control<QLineEdit>("HazrdLoctn");
+    const QSignalBlocker silent(box);
+    box.setText("Die");
+  });
+  ClickRow("DB1", 1);
+  EXPECT_EQ(form_->Tasks().Text("HazrdLoctn"), "Die");
+}
+
 TEST_F(TaskNavigationTest, APlaceTooFarToRememberIsShownAllTheSame) {
   constexpr int kTasks = 32'768;
   installation.GivenTasks(kStudy, "P-1", kTasks);

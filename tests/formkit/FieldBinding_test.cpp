@@ -178,9 +178,20 @@ TEST_F(FieldBindingTest, ChangeRuleThatRewritesWhatIsShownGoesIntoTheRow) {
   EXPECT_EQ(Stored("actnDt").first(), "__/__/____");
 }
 
+TEST_F(FieldBindingTest, TextBoxTakesNoMoreThanItsColumn) {
+  source->Refresh();
+  form->findChild<QLineEdit*>("title")->setText(QString(300, u'x'));
+  form->findChild<QComboBox*>("phase")->setCurrentText(QString(300, u'x'));
+  EXPECT_EQ(TextOf("title"), QString(255, u'x'));
+  EXPECT_EQ(Rows().Text("PhaseMachn"), QString(255, u'x'));
+  form->findChild<QPlainTextEdit*>("lines")->setPlainText(QString(65'536, u'x'));
+  EXPECT_EQ(TextOf("lines").size(), 65'535);
+}
+
 TEST_F(FieldBindingTest, TextThatIsTooLongForTheRowLeavesTheRowAsItWas) {
   source->Refresh();
   TypeInto("title", "short");
+  form->findChild<QLineEdit*>("title")->setMaxLength(1000);
   form->findChild<QLineEdit*>("title")->setText(QString(300, u'x'));
   EXPECT_EQ(Rows().Text("FuntnTaskMachry"), "short");
   Rows().Update();
