@@ -86,3 +86,11 @@ function(kestrix_tests name)
     PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()
 include(GoogleTest)
+
+# kestrix_schema(<variable> <register, lists or study>): the SQL files that a database of this kind is
+# made from, in their order: its first version, and the step to each later one.
+function(kestrix_schema result kind)
+  file(GLOB steps CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/data/${kind}.*.sql")
+  list(SORT steps COMPARE NATURAL)
+  set(${result} "${PROJECT_SOURCE_DIR}/data/${kind}.sql" ${steps} PARENT_SCOPE)
+endfunction()

@@ -5,6 +5,7 @@
 #include "platform/FileSystem.h"
 #include "shell/SessionForm.h"
 #include "store/Database.h"
+#include "store/Schema.h"
 
 namespace kestrix {
 namespace {
@@ -36,6 +37,7 @@ void DeleteStudy(FileSystem& files, const QString& study) {
   const WaitCursor waiting;
   files.DeleteFile(study);
   DeleteIfThere(files, JournalOf(study));
+  for (const QString& copy : CopiesOfVersions(study)) DeleteIfThere(files, copy);
 }
 
 }  // namespace

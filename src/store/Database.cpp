@@ -8,18 +8,14 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
-#include <QSet>
 #include <QThread>
 #include <algorithm>
-#include <vector>
 
-#include "Schemas.h"
 #include "platform/Descriptor.h"
 #include "platform/Failure.h"
 #include "platform/FileCopy.h"
 #include "store/EngineFiles.h"
-#include "store/Statement.h"
+#include "store/Schema.h"
 
 namespace kestrix {
 namespace {
@@ -47,40 +43,6 @@ constexpr int kLongestRow = 4 * 1024 * 1024;
 constexpr int kLongestPattern = 100;
 
 constexpr QByteArrayView kMagic("SQLite format 3\0", 16);
-
-/// The tables, indexes and whatever else a database is made of: the SQL of each, whatever its
-/// layout. What the engine keeps for itself has none, or is a table of its own.
-using Parts = QSet<QString>;
-constexpr auto kPartsSql =
-    "SELECT sql FROM sqlite_schema WHERE sql NOTNULL AND NOT (type='table' AND name GLOB "
-    "'sqlite_*')";
-
-void AddPart(Parts& parts, const QString& sql) {
-  static const QRegularExpression layout(QStringLiteral("--[^\\n]*|\\s+"));
-  parts.insert(QString(sql).remove(layout).toLower());
-}
-
-/// What a file of this system may be made of: made from the same text as those of an installation.
-const std::vector<Parts>& KindsOfFile() {
-  static const std::vector<Parts> kinds = [] {
-    std::vector<Parts> made;
-    for (const char* schema : kSchemas) {
-      sqlite3* memory = nullptr;
-      sqlite3_open(":memory:", &memory);
-      const std::unique_ptr<sqlite3, EngineCloser> closer(memory);
-      sqlite3_exec(memory, schema, nullptr, nullptr, nullptr);
-      sqlite3_exec(
-          memory, kPartsSql,
-          [](void* parts, int, char** texts, char**) {
-            AddPart(*static_cast<Parts*>(parts), QString::fromUtf8(texts[0]));
-            return 0;
-          },
-          &made.emplace_back(), nullptr);
-    }
-    return made;
-  }();
-  return kinds;
-}
 
 bool BeginsLikeADatabase(const QString& path) {
   if (!QFileInfo(path).isFile()) return false;
@@ -129,11 +91,6 @@ int NumberFor(int code) {
     default:
       return failure::kSyntax;
   }
-}
-
-Failure NotOfThisProgram(const QString& path) {
-  return {failure::kNotADatabase,
-          QStringLiteral("The file %1 is not a database of this program.").arg(path)};
 }
 
 using Connection = std::unique_ptr<sqlite3, EngineCloser>;
@@ -230,8 +187,10 @@ Database::Database(const QString& path, Made by) : path_(path) {
   OpenHandle();
   try {
     Harden();
-    if (by == Made::kByThisSystem) CheckKind();
+    const bool older = by == Made::kByThisSystem && !BehindNewest(*this).steps.isEmpty();
     if (!read_only_) LeaveWriteAhead(handle());
+    // One that can't be written is read as it is.
+    if (older && !read_only_) BringUp();
     PrepareMark();
   } catch (const Failure& failure) {
     // These statements are short and well formed: what the engine can't make sense of is the file.
@@ -295,12 +254,34 @@ void Database::PrepareMark() {
   mark_.reset(mark);
 }
 
-void Database::CheckKind() {
-  Parts parts;
-  Statement all(*this, QString::fromLatin1(kPartsSql));
-  while (all.Step()) AddPart(parts, all.Column(0).toString());
-  const std::vector<Parts>& kinds = KindsOfFile();
-  if (std::find(kinds.begin(), kinds.end(), parts) == kinds.end()) throw NotOfThisProgram(path_);
+void Database::Run(const QByteArray& sql) {
+  BeginWork();
+  if (sqlite3_exec(handle(), sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+    throw LastFailure();
+  }
+}
+
+void Database::BringUp() {
+  // Closed behind the change: closing it would give up the engine's lock with it.
+  const Descriptor plain = OpenToCopy(path_, 0);
+  try {
+    Run("BEGIN IMMEDIATE");
+    // Somebody else may have been faster.
+    const Behind behind = BehindNewest(*this);
+    if (!behind.steps.isEmpty()) {
+      const Descriptor log = WritesAhead(handle()) ? WithoutLog(handle(), path_) : Descriptor();
+      CopyOpenFileDurably(log.valid() ? log.get() : plain.get(),
+                          CopyOfVersion(path_, behind.version));
+      Run(behind.steps);
+      if (!BehindNewest(*this).steps.isEmpty()) throw NotOfThisProgram(path_);
+    }
+    Run("COMMIT");
+  } catch (const Failure& failure) {
+    sqlite3_exec(handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    throw Failure(failure.number(), QStringLiteral("%1 is of an older version of this program and "
+                                                   "can't be brought up to this one. %2")
+                                        .arg(path_, failure.description()));
+  }
 }
 
 qint64 Database::ChangeMark() {

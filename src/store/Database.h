@@ -40,6 +40,10 @@ class LockSign {
 /// truncated, with other tables, columns or indexes than ours, or more of them, which could make
 /// the engine compute without an end) and never changes such a file. It never creates a database.
 ///
+/// A file of an older version is brought up to the newest one in one transaction, behind a copy of
+/// it (CopyOfVersion) that holds every committed row. It stays as it was when that fails. One that
+/// can't be written is read as it is.
+///
 /// A file that another program left in write-ahead mode goes back to the journal, unless somebody
 /// else has it open.
 ///
@@ -49,7 +53,8 @@ class Database {
  public:
   /// Opens the file at the full path `path`. A file or folder that can't be written is opened for
   /// reading. Fails with kFileNotFound, kNotADatabase or kCannotOpen, and says why; with
-  /// kDeviceError or kLocked where reading it does.
+  /// kDeviceError or kLocked where reading it does, and as a copy or a change can where it is to be
+  /// brought up.
   explicit Database(const QString& path);
   ~Database();
   Database(const Database&) = delete;
@@ -82,7 +87,8 @@ class Database {
   static int StopEndlessWork(void* database);
   void OpenHandle();
   void Harden();
-  void CheckKind();
+  void Run(const QByteArray& sql);
+  void BringUp();
   void PrepareMark();
 
   QString path_;

@@ -250,7 +250,7 @@ TEST_F(BackupWorkerFaultsTest, LinkInTheSetIsNoneOfItsDatabases) {
        {InSet("ktx_RskSmt2.kbp"), InSet("ktx_RskSmt_A.kbp"), register_in_set}) {
     const QString far = Place("far") + '/' + name.section('/', -1);
     ASSERT_TRUE(QFile::rename(name, far));
-    Exec(far, "PRAGMA user_version=77");
+    Exec(far, "ANALYZE");
     ASSERT_TRUE(QFile::link(far, name));
     const Tree before = TreeOf(Data());
     ExpectTrouble("Restore");

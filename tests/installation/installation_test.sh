@@ -56,8 +56,9 @@ EveryFileStandsInItsPlace() {
     expect "integrity of $database" "ok" "$(sql "$database" 'PRAGMA integrity_check')"
     expect "journal of $database" "delete" "$(sql "$database" 'PRAGMA journal_mode')"
     expect "page size of $database" "4096" "$(sql "$database" 'PRAGMA page_size')"
-    expect "version of $database" "1" "$(sql "$database" 'PRAGMA user_version')"
   done
+  expect "versions" "2 1 1" "$(for database in "$study" "$register" "$lists"; do
+    sql "$database" 'PRAGMA user_version'; done | xargs)"
 }
 
 PicturesAreRealPictures() {

@@ -175,15 +175,16 @@ TEST_F(DeleteStudyFilesTest, SignThatAKilledRunLeftIsToldAndTheStudyGoesThoughTh
   EXPECT_FALSE(QFile::exists(installation.StudySign(3)));
 }
 
-TEST_F(DeleteStudyFilesTest, JournalStaysOrGoesWithTheStudyAndPicturesGoAnyway) {
+TEST_F(DeleteStudyFilesTest, WhatLiesBesideStaysOrGoesWithTheStudyAndPicturesGoAnyway) {
   installation.GivenStudy(3);
-  const QString journal = installation.Study(3) + "-journal";
-  WriteFile(journal, "left over");
+  // What a killed change left, and what it was before it was brought up to a newer version.
+  const QStringList beside = {installation.Study(3) + "-journal", installation.Study(3) + ".v1"};
+  for (const QString& file : beside) WriteFile(file, "left over");
   desk.files.FailNext(FileAction::kDeleteFile, "risk_esmatn3.mdb", failure::kPermissionDenied);
   for (const bool stays : {true, false}) {
     Delete(3);
     EXPECT_EQ(QFile::exists(installation.Study(3)), stays);
-    EXPECT_EQ(QFile::exists(journal), stays);
+    for (const QString& file : beside) EXPECT_EQ(QFile::exists(file), stays);
     EXPECT_FALSE(QDir(installation.PictureFolder(3)).exists());
   }
 }
