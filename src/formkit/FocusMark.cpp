@@ -24,4 +24,13 @@ void FocusMark::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
   painter->restore();
 }
 
+void FocusMark::polish(QPalette& palette) {
+  QProxyStyle::polish(palette);
+  for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+    QColor hint = palette.color(group, QPalette::Text);
+    hint.setAlphaF(0.6F);
+    palette.setColor(group, QPalette::PlaceholderText, hint);
+  }
+}
+
 }  // namespace kestrix

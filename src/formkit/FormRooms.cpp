@@ -33,6 +33,15 @@ void Scale(QMainWindow& form, qreal scale, qreal across) {
   }
 }
 
+/// Takes back what the design keeps free for texts to come, down to what each widget says.
+void GiveUpSpare(QMainWindow& form, qreal scale) {
+  const auto widgets = form.findChildren<QWidget*>();
+  for (QWidget* widget : widgets) {
+    const QVariant least = widget->property("leastHeight");
+    if (least.isValid()) widget->setMinimumHeight(static_cast<int>(least.toInt() * scale));
+  }
+}
+
 /// The least size in which nothing of the form is cut, at least that of its design.
 QSize NeededSize(const QMainWindow& form) {
   const QWidget* central = form.centralWidget();
@@ -77,7 +86,11 @@ void FormRooms::Open(QMainWindow& form, QSize room) {
   // Across, the texts themselves say what they need where the screen is short of it.
   const qreal across = std::clamp(static_cast<qreal>(room.width()) / form.width(), 1.0, scale);
   if (scale > 1) Scale(form, scale, across);
-  const QSize needed = NeededSize(form);
+  QSize needed = NeededSize(form);
+  if (needed.height() > room.height()) {
+    GiveUpSpare(form, scale);
+    needed = NeededSize(form);
+  }
   const bool too_large = needed.width() > room.width() || needed.height() > room.height();
   if (too_large && form.centralWidget() && !PageArea(form)) LetScroll(form);
   const auto left = left_.constFind(form.objectName());

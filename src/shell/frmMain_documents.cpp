@@ -54,7 +54,8 @@ void frmMain::LoadNewDoc() {
 void frmMain::ShowChild(frmDocument& child) {
   // As large as designed, and each a step further down, as far as the frame has room for it.
   layout()->activate();
-  const QSize room = ui_->mdiArea->maximumViewportSize();
+  // With a large font the bars grow by a pixel when they are first shown.
+  const QSize room = ui_->mdiArea->maximumViewportSize() - QSize(0, 2);
   const QSize design = child.size();
   connect(&child, &frmDocument::Pasting, this,
           [this, &child](const QString& text) { Guarded([&] { child.SetSelRTF(text); }); });

@@ -29,5 +29,15 @@ TEST(FocusMarkTest, IsAFrameOfTwoPixelsAndLeavesThePictureItsColours) {
   }
 }
 
+TEST(FocusMarkTest, HintsFollowTheTextOfTheTheme) {
+  QPalette dark;
+  dark.setColor(QPalette::Text, Qt::white);
+  dark.setColor(QPalette::PlaceholderText, Qt::black);
+  FocusMark().polish(dark);
+  const QColor hint = dark.color(QPalette::PlaceholderText);
+  EXPECT_EQ(hint.rgb(), QColor(Qt::white).rgb());
+  EXPECT_LT(hint.alphaF(), 0.7F);
+}
+
 }  // namespace
 }  // namespace kestrix

@@ -164,7 +164,8 @@ class OutsideTest : public ::testing::TestWithParam<XServer::Manager> {
           << qPrintable(control["name"].toString()) << " isn't reached in " << qPrintable(window);
     }
   }
-  /// Every window is whole on the screen, and nothing written on the front one is cut off.
+  /// Every window is whole on the screen, nothing written on the front one is cut off, and none of
+  /// its buttons has to be scrolled to.
   void LookOver(const Person& person, const QString& window) {
     ASSERT_TRUE(person.SeesActive(window));
     EXPECT_TRUE(person.Sees([&] {
@@ -173,10 +174,14 @@ class OutsideTest : public ::testing::TestWithParam<XServer::Manager> {
         << " isn't whole on the screen";
     const QJsonArray controls = person.Window(window)["controls"].toArray();
     EXPECT_FALSE(controls.isEmpty());
-    for (const QJsonValue control : controls)
+    for (const QJsonValue control : controls) {
       EXPECT_FALSE(control["cut"].toBool())
           << qPrintable(control["name"].toString()) << " of " << qPrintable(window)
           << " is cut: " << qPrintable(control["text"].toString());
+      if (control["class"] != "QPushButton" || !control["visible"].toBool()) continue;
+      EXPECT_EQ(Place(control["seen"].toObject()), Place(control.toObject()))
+          << qPrintable(control["name"].toString()) << " of " << qPrintable(window);
+    }
   }
 
   QTemporaryDir place_;

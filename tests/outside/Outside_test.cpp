@@ -221,10 +221,11 @@ TEST_P(OutsideTest, DeletingATaskIsAnsweredByTheKeyboard) {
             (QList<QStringList>{{"Load the press"}}));
 }
 
-TEST_P(OutsideTest, EveryFormIsWholeOnTheScreenAtTheScaleOfOneAndTwo) {
-  for (const int scale : {1, 2}) {
+TEST_P(OutsideTest, EveryFormIsWholeOnTheScreenAtEveryScale) {
+  for (const auto& [scale, screen] :
+       {std::pair(1.0, QSize(1024, 768)), {1.25, QSize(1280, 800)}, {2.0, QSize(2560, 1600)}}) {
     SCOPED_TRACE(scale);
-    ASSERT_NO_FATAL_FAILURE(OpenDisplay(QSize(1280, 800) * scale));
+    ASSERT_NO_FATAL_FAILURE(OpenDisplay(screen));
     const auto person = Sit({QStringLiteral("QT_SCALE_FACTOR=%1").arg(scale)});
     ASSERT_TRUE(person->Start());
     ASSERT_NO_FATAL_FAILURE(LookOver(*person, "frmMain"));
