@@ -31,28 +31,31 @@ struct Schema {
   Parts parts;
 };
 
-constexpr auto kVersionSql = "PRAGMA user_version";
-// What the engine keeps for itself has no SQL, or is a table of its own.
-constexpr auto kPartsSql =
-    "SELECT sql FROM sqlite_schema WHERE sql NOTNULL AND NOT (type='table' AND name GLOB "
-    "'sqlite_*')";
+// In one statement, so that a file that is being brought up is seen before it or after it. What the
+// engine keeps for itself has no SQL, or is a table of its own.
+constexpr auto kLookSql =
+    "SELECT user_version FROM pragma_user_version UNION ALL SELECT application_id FROM "
+    "pragma_application_id UNION ALL SELECT sql FROM sqlite_schema WHERE sql NOTNULL AND NOT "
+    "(type='table' AND name GLOB 'sqlite_*')";
 
-/// The first column of what `sql` gives; nothing when the engine fails.
-std::optional<QStringList> Ask(sqlite3* handle, const char* sql) {
+struct Look {
+  qint64 version = 0;
+  QString application;
+  Parts parts;
+};
+
+/// Nothing when the engine fails.
+std::optional<Look> LookAt(sqlite3* handle) {
+  static const QRegularExpression layout(QStringLiteral("--[^\\n]*|\\s+"));
   QStringList texts;
   const auto take = [](void* all, int, char** row, char**) {
     static_cast<QStringList*>(all)->append(QString::fromUtf8(row[0]));
     return 0;
   };
-  if (sqlite3_exec(handle, sql, take, &texts, nullptr) != SQLITE_OK) return {};
-  return texts;
-}
-
-Parts PartsOf(const QStringList& statements) {
-  static const QRegularExpression layout(QStringLiteral("--[^\\n]*|\\s+"));
-  Parts parts;
-  for (const QString& sql : statements) parts.insert(QString(sql).remove(layout).toLower());
-  return parts;
+  if (sqlite3_exec(handle, kLookSql, take, &texts, nullptr) != SQLITE_OK) return {};
+  Look look{texts.takeFirst().toLongLong(), texts.takeFirst(), {}};
+  for (QString& sql : texts) look.parts.insert(sql.remove(layout).toLower());
+  return look;
 }
 
 /// What a file of this system may be made of, kind by kind from the first version to the newest:
@@ -67,8 +70,8 @@ const std::vector<std::vector<Schema>>& Kinds() {
       auto& kind = made.emplace_back();
       for (const char* step : steps) {
         sqlite3_exec(memory, step, nullptr, nullptr, nullptr);
-        kind.push_back({Ask(memory, kVersionSql)->value(0).toLongLong(), step,
-                        PartsOf(*Ask(memory, kPartsSql))});
+        const Look look = *LookAt(memory);
+        kind.push_back({look.version, step, look.parts});
       }
     }
     return made;
@@ -97,26 +100,23 @@ Failure NotOfThisProgram(const QString& path) {
 
 Behind BehindNewest(Database& database) {
   database.BeginWork();
-  const auto ask = [&](const char* sql) {
-    if (const auto texts = Ask(database.handle(), sql)) return *texts;
-    throw database.LastFailure();
-  };
-  const Parts parts = PartsOf(ask(kPartsSql));
-  const qint64 version = ask(kVersionSql).value(0).toLongLong();
+  const std::optional<Look> look = LookAt(database.handle());
+  if (!look) throw database.LastFailure();
+  const qint64 version = look->version;
   qint64 newest = 0;
   for (const auto& kind : Kinds()) {
     newest = std::max(newest, kind.back().version);
     const auto same = std::find_if(kind.begin(), kind.end(),
-                                   [&](const Schema& known) { return known.parts == parts; });
+                                   [&](const Schema& known) { return known.parts == look->parts; });
     if (same == kind.end()) continue;
     newest = kind.back().version;
     if (version > same->version) break;
-    if (version == newest) return {version, {}};
+    if (same->version == newest && (version == 0 || version == newest)) return {version, {}};
     QByteArray steps;
     for (auto step = same + 1; step != kind.end(); ++step) steps += step->step;
     return {version, steps + "PRAGMA user_version=" + QByteArray::number(newest)};
   }
-  if (version <= newest || ask("PRAGMA application_id").value(0) != kApplicationId) {
+  if (version <= newest || look->application != kApplicationId) {
     throw NotOfThisProgram(database.path());
   }
   throw Failure(failure::kNotADatabase,

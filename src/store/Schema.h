@@ -16,9 +16,9 @@ struct Behind {
 };
 
 /// Compares the tables, columns and indexes of a database with those of each version of each kind
-/// that this program knows. A file may carry a lower number than its schema has: tools that write a
-/// database out and in again drop the number. Fails with kNotADatabase for any other file, and says
-/// so of one that a newer program made.
+/// that this program knows. A file may carry a lower number than its schema has, or none: tools
+/// that write a database out and in again drop it. Fails with kNotADatabase for any other file, and
+/// says so of one that a newer program made.
 [[nodiscard]] Behind BehindNewest(Database& database);
 
 /// Where the copy of the database at `path` lies that was taken before it left `version`. A later
