@@ -98,14 +98,10 @@ void TaskNavigation::Find() {
   SetSystemBack(parts_.find);
   if (Count() == 0) return;
   Recordset& tasks = parts_.tasks.Recordset();
-  bool missed = false;
   {
     const Recordset::Walk walk(tasks);
-    for (tasks.MoveFirst(); !tasks.Eof(); tasks.MoveNext()) {
-      if (tasks.Text(task_field::kTitle).startsWith(wanted)) break;
-      if (!missed) parts_.lists.EnableCombos(false);
-      missed = true;
-    }
+    tasks.Find(task_field::kTitle, [&](const QString& title) { return title.startsWith(wanted); });
+    if (tasks.AbsolutePosition() != 1) parts_.lists.EnableCombos(false);
   }
   // The list stood on each row in turn, on the last one at the end.
   if (!tasks.Eof()) return;

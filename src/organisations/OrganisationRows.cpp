@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "platform/Failure.h"
+#include "store/LookupList.h"
 #include "store/Recordset.h"
 
 namespace kestrix::organisations {
@@ -12,13 +13,7 @@ bool IsNoName(const QString& name) {
 }
 
 bool WalkTo(Recordset& rows, const QString& name, int at_most) {
-  const Recordset::Walk walk(rows);
-  rows.MoveFirst();
-  for (int i = 0; i < at_most && !rows.Eof(); ++i) {
-    if (rows.Text(kOrgName) == name) return true;
-    rows.MoveNext();
-  }
-  return false;
+  return lookup::WalkTo(rows, name, kOrgName) && rows.AbsolutePosition() <= at_most;
 }
 
 qint16 Narrow(qint64 value) {

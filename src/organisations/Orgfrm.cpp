@@ -83,13 +83,7 @@ void Orgfrm::OpenRegister() {
 /// Opens the organisations anew; the combo lists them, and its text stays.
 void Orgfrm::RefreshNames() {
   Orgndata_.Refresh();
-  Recordset& rows = Orgndata_.Recordset();
-  QStringList names;
-  if (rows.RecordCount() > 0) {
-    const Recordset::Walk walk(rows);
-    for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) names += rows.Text(kOrgName);
-    rows.MoveFirst();
-  }
+  const QStringList names = Orgndata_.Recordset().Texts(kOrgName);
   const QString name = Name();
   const QSignalBlocker silent(ui_->orgnmecbo);
   ui_->orgnmecbo->clear();
@@ -264,9 +258,8 @@ void Orgfrm::fle_Click() {
     last.MoveFirst();
     const qint64 number = last.Number(kLastStudyNumber);
     Recordset& rows = Orgndata_.Recordset();
-    const Recordset::Walk walk(rows);
-    rows.MoveFirst();
-    while (rows.Number(kStudyNumber) != number) rows.MoveNext();
+    const auto has_number = [&](const QString& stored) { return stored.toLongLong() == number; };
+    if (!rows.Find(kStudyNumber, has_number)) return;
     ui_->hstry->setText(AsEntry(rows.Text(kOrgName)));
   } catch (const Failure&) {
     // No organisation has that number any more: the entry keeps its caption.

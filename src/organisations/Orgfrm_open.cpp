@@ -83,9 +83,8 @@ void Orgfrm::NumberOrganisation() {
 /// is none up to the count of the organisations.
 bool Orgfrm::FindFreeNumber() {
   QSet<qint64> taken;
-  Recordset& rows = Orgndata_.Recordset();
-  const Recordset::Walk walk(rows);
-  for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) taken.insert(rows.Number(kStudyNumber));
+  for (const QString& number : Orgndata_.Recordset().Texts(kStudyNumber))
+    taken.insert(number.toLongLong());
   for (int number = 1; number <= session().OrgCount; ++number) {
     session().LoopIndex = static_cast<qint16>(number);
     if (taken.contains(number)) continue;

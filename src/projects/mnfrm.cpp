@@ -229,13 +229,10 @@ void mnfrm::GoToRememberedStudy() {
   if (session().StudyConnected == 0 || !dtsorce1_.HasRecordset()) return;
 
   Recordset& projects = dtsorce1_.Recordset();
-  const Recordset::Walk walk(projects);
-  if (projects.RecordCount() > 0) projects.MoveFirst();
-  for (; !projects.Eof(); projects.MoveNext()) {
-    if (remembered_.Holds(session().ListTextKnown, OrganisationCaption(), StudyNumberShown())) {
-      return;
-    }
-  }
+  if (projects.RecordCount() == 0) return;
+  const bool holds =
+      remembered_.Holds(session().ListTextKnown, OrganisationCaption(), StudyNumberShown());
+  projects.SetAbsolutePosition(holds ? 1 : Recordset::kPositionPastLast);
 }
 
 void mnfrm::EnableProjectCommands() {

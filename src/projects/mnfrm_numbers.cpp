@@ -95,15 +95,10 @@ bool mnfrm::WalkToNumber(const QString& number) {
   Recordset& projects = dtsorce1_.Recordset();
   const Recordset::Walk walk(projects);
   projects.Requery();  // others number projects too
-  const int count = projects.RecordCount();
-  if (count == 0) return false;
-  projects.MoveFirst();
-  for (int i = 1; i <= count; ++i) {
-    session().LoopIndex = Narrow(i);
-    if (projects.Text(kProjectNumber) == number) return true;
-    projects.MoveNext();
-  }
-  return false;
+  if (projects.RecordCount() == 0) return false;
+  const bool found = lookup::WalkTo(projects, number, kProjectNumber);
+  session().LoopIndex = Narrow(found ? projects.AbsolutePosition() : projects.RecordCount());
+  return found;
 }
 
 bool mnfrm::RefuseDuplicate(const QString& number) {
@@ -177,14 +172,9 @@ void mnfrm::FndESINo_Change() {
   if (projects.RecordCount() == 0) return;
   const QString wanted = ui_->FndESINo->text();
   const Recordset::Walk walk(projects);
-  bool missed = false;
-  projects.MoveFirst();
-  for (; !projects.Eof(); projects.MoveNext()) {
-    if (projects.Text(kProjectNumber).startsWith(wanted)) return;
-    if (missed) continue;
-    missed = true;
+  projects.Find(kProjectNumber, [&](const QString& number) { return number.startsWith(wanted); });
+  if (projects.AbsolutePosition() != 1)
     ui_->ESI_No_temp->setText(QStringLiteral("No records found!"));
-  }
 }
 
 void mnfrm::delteZapNo_Click() {

@@ -191,7 +191,6 @@ Database::Database(const QString& path, Made by) : path_(path) {
     if (!read_only_) LeaveWriteAhead(handle());
     // One that can't be written is read as it is.
     if (older && !read_only_) BringUp();
-    PrepareMark();
   } catch (const Failure& failure) {
     // These statements are short and well formed: what the engine can't make sense of is the file.
     const int number = failure.number();
@@ -246,14 +245,6 @@ void Database::Harden() {
   }
 }
 
-void Database::PrepareMark() {
-  sqlite3_stmt* mark = nullptr;
-  if (sqlite3_prepare_v2(handle(), "PRAGMA data_version", -1, &mark, nullptr) != SQLITE_OK) {
-    throw LastFailure();
-  }
-  mark_.reset(mark);
-}
-
 void Database::Run(const QByteArray& sql) {
   BeginWork();
   if (sqlite3_exec(handle(), sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK) {
@@ -282,17 +273,6 @@ void Database::BringUp() {
                                                    "can't be brought up to this one. %2")
                                         .arg(path_, failure.description()));
   }
-}
-
-qint64 Database::ChangeMark() {
-  if (sqlite3_step(mark_.get()) != SQLITE_ROW) {
-    const Failure failure = LastFailure();
-    sqlite3_reset(mark_.get());
-    throw failure;
-  }
-  const qint64 others = sqlite3_column_int64(mark_.get(), 0);
-  sqlite3_reset(mark_.get());
-  return (others << 32) + sqlite3_total_changes64(handle());
 }
 
 bool Database::IsTheFileAtItsPath() const {

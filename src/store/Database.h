@@ -66,9 +66,6 @@ class Database {
   [[nodiscard]] bool IsTheFileAtItsPath() const;
   /// What is said of such a file.
   [[nodiscard]] Failure Replaced() const;
-  /// A number that changes when any connection, of this process or another, has changed the file:
-  /// by one for each row that this connection changed, by far more for somebody else's change.
-  [[nodiscard]] qint64 ChangeMark();
 
   /// Tells that a statement begins. One that would never end, as only a damaged file makes it, is
   /// stopped; it fails with kNotADatabase.
@@ -89,12 +86,10 @@ class Database {
   void Harden();
   void Run(const QByteArray& sql);
   void BringUp();
-  void PrepareMark();
 
   QString path_;
   std::unique_ptr<LockSign> sign_;
   std::unique_ptr<sqlite3, EngineCloser> handle_;
-  std::unique_ptr<sqlite3_stmt, EngineCloser> mark_;
   bool read_only_ = false;
   qint64 work_ = 0;  ///< steps of the engine since the statement in hand began
   quint64 device_ = 0;

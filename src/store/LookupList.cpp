@@ -10,24 +10,22 @@ bool IsReserved(const QString& text) {
 }
 
 QStringList Texts(Recordset& rows) {
-  QStringList texts;
-  if (rows.RecordCount() == 0) return texts;
-  const Recordset::Walk walk(rows);
-  for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) {
-    // No entry is empty: this is one that somebody else has deleted.
-    if (const QString text = rows.Text(0); !text.isEmpty()) texts += text;
-  }
+  if (rows.RecordCount() > 0) rows.SetAbsolutePosition(Recordset::kPositionPastLast);
+  QStringList texts = rows.Texts(0);
+  // No entry is empty: this is one that somebody else has deleted.
+  texts.removeAll(QString());
   return texts;
 }
 
 bool Knows(Recordset& rows, const QString& text, const QString* parent) {
   if (rows.RecordCount() == 0) return false;
-  const Recordset::Walk walk(rows);
-  bool known = false;
-  for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) {
-    if (rows.Text(0) == text && (parent == nullptr || rows.Text(1) == *parent)) known = true;
+  rows.SetAbsolutePosition(Recordset::kPositionPastLast);
+  const QStringList texts = rows.Texts(0);
+  const QStringList parents = parent != nullptr ? rows.Texts(1) : QStringList();
+  for (qsizetype row = texts.indexOf(text); row >= 0; row = texts.indexOf(text, row + 1)) {
+    if (parent == nullptr || parents[row] == *parent) return true;
   }
-  return known;
+  return false;
 }
 
 void Add(Recordset& rows, const QString& text, const QString* parent) {
@@ -39,11 +37,7 @@ void Add(Recordset& rows, const QString& text, const QString* parent) {
 }
 
 bool WalkTo(Recordset& rows, const QString& text, int field) {
-  const Recordset::Walk walk(rows);
-  for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) {
-    if (rows.Text(field) == text) return true;
-  }
-  return false;
+  return rows.Find(field, [&](const QString& stored) { return stored == text; });
 }
 
 void DeleteFirst(Recordset& rows, const QString& text) {

@@ -21,7 +21,7 @@ inline const QString kNotApplicable = QStringLiteral("N.A.");
 /// The first field of every row, in table order, without rows that somebody else has deleted. The
 /// rows stand past the last one.
 [[nodiscard]] QStringList Texts(Recordset& rows);
-/// Walks all rows from the first to the last; true when one has `text` in its first field and, when
+/// Stands past the last row; true when one has `text` in its first field and, when
 /// it is given, `parent` in its second.
 [[nodiscard]] bool Knows(Recordset& rows, const QString& text, const QString* parent = nullptr);
 /// Stores a row with `text` and, when it is given, `parent` in its first fields. A row that is

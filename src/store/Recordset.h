@@ -1,21 +1,19 @@
 #pragma once
 
-#include <QMap>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
-#include <list>
+#include <functional>
 #include <memory>
 #include <optional>
-#include <unordered_map>
-#include <vector>
+
+#include "store/RowSet.h"
 
 namespace kestrix {
 
 class Database;
 class Failure;
-class Statement;
 
 /// A cursor over the rows of one SELECT on a single table.
 ///
@@ -75,6 +73,12 @@ class Recordset : public QObject {
   /// Moving past the last row leads to Eof; from there it fails with kNoCurrentRow.
   void MoveNext();
   void MovePrevious();
+  /// Stands on the first row whose `field` holds what `matches`; past the last row when there is
+  /// none. True when it was found. Fails with kNoCurrentRow on an empty set.
+  bool Find(int field, const std::function<bool(const QString&)>& matches);
+  /// `field` of all rows as they are stored; empty for a row that somebody else has deleted. The
+  /// cursor stays.
+  [[nodiscard]] QStringList Texts(int field) const;
 
   [[nodiscard]] int FieldCount() const;
   /// The position of the field named `name` (any case), from 0. Fails with kNoSuchField.
@@ -185,64 +189,26 @@ class Recordset : public QObject {
   void EditLost(Failure& failure);
 
  private:
-  struct Field {
-    QString name;
-    int limit = -1;  ///< characters that the column holds; -1 for no limit
-  };
-  using Row = std::vector<QVariant>;
-
-  void Open(const QString& sql);
-  void ReadKeys();
   void CommitPending();
   void Insert();
   void Write();
-  [[nodiscard]] bool WriteFields(qint64 key, const QList<int>& fields);
-  [[nodiscard]] QList<int> WriteWhatHolds(qint64 key);
-  [[nodiscard]] bool IsTheRow(const Row& row, const QList<int>& edited) const;
-  [[nodiscard]] QString Names(const QMap<int, QVariant>& edit) const;
-  [[nodiscard]] QString Texts(const QMap<int, QVariant>& edit, const Row* theirs = nullptr) const;
+  [[nodiscard]] RowSet::Edit WriteWhatHolds();
+  [[nodiscard]] QString Names(const RowSet::Edit& edit) const;
+  [[nodiscard]] QString Texts(const RowSet::Edit& edit, const RowSet::Row* theirs = nullptr) const;
   [[noreturn]] void Lose(Failure failure);
-  [[nodiscard]] bool DeleteStored(qint64 key, const Row& row);
   void CheckWritable() const;
-  [[nodiscard]] QString AsRead(int field) const;
-  [[nodiscard]] QList<int> IdentityFields() const;
+  [[nodiscard]] bool IsEmpty() const { return rows_.Count() == 0; }
   void MoveTo(int index);
   void Tell();
   void CheckField(int field) const;
-  [[nodiscard]] const Row& CurrentRow() const;
-  [[nodiscard]] const Row* CachedRow(qint64 key) const;
-  [[nodiscard]] std::optional<Row> ReadRow(qint64 key) const;
-  [[nodiscard]] QVariant ColumnValue(int field) const;
-  [[nodiscard]] std::vector<QVariant> ReadColumn(int field) const;
-  [[nodiscard]] static QVariant Known(const QVariant& value);
-  void ForgetRow(qint64 key) const;
-  void ForgetRows() const;
 
-  std::shared_ptr<Database> database_;
-  QString table_;
-  QString tail_;  ///< the SELECT from its FROM on
-  std::vector<Field> fields_;
-  bool keys_return_ = true;  ///< a key may come back for another row after its row was deleted
-  std::vector<qint64> keys_;
-  int index_ = -1;  ///< of the current row in keys_; -1 before the first, size past the last
+  RowSet rows_;
+  int index_ = 0;  ///< of the current row; -1 before the first, RecordCount past the last
   bool on_deleted_row_ = false;
   bool adding_ = false;
   std::optional<qint64> added_key_;
-  QMap<int, QVariant> pending_;
-  Row before_edit_;  ///< the current row as it was read when its pending edit began
-
-  // What was read. Rows by key, newest first; whole columns only while a walk compares one field.
-  struct CachedRowEntry {
-    qint64 key;
-    Row row;
-  };
-  mutable std::list<CachedRowEntry> rows_;
-  mutable std::unordered_map<qint64, std::list<CachedRowEntry>::iterator> rows_by_key_;
-  // A row that somebody else deleted reads as empty in a walk, so that the walk can go on past it.
-  mutable std::unordered_map<int, std::vector<QVariant>> columns_;
-  mutable qint64 columns_mark_ = -1;
-  mutable bool columns_checked_ = false;  ///< against the file, in the walk in hand
-  mutable std::unique_ptr<Statement> read_row_;
+  RowSet::Edit pending_;
+  RowSet::Row before_edit_;  ///< the current row as it was read when its pending edit began
 
   int walks_ = 0;
   std::optional<qint64> told_key_;

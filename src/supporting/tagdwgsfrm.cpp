@@ -78,8 +78,7 @@ void tagdwgsfrm::QueryUnload() {
   session().ProjectFormHolds = 1;
   PassOver([&] {
     if (Links().RecordCount() == 0) return;
-    const Recordset::Walk walk(Links());
-    for (Links().MoveFirst(); !Links().Eof();) Links().MoveNext();
+    Links().SetAbsolutePosition(Recordset::kPositionPastLast);
   });
 }
 
@@ -153,11 +152,10 @@ void tagdwgsfrm::cls_1_Click() {
 void tagdwgsfrm::FillList() {
   ui_->fllst->clear();
   if (Links().RecordCount() == 0) return;
-  const Recordset::Walk walk(Links());
+  const QStringList paths = Links().Texts(kFilePath);
+  const QStringList titles = Links().Texts(kShortDescription);
   QList<QTreeWidgetItem*> items;
-  for (Links().MoveFirst(); !Links().Eof(); Links().MoveNext()) {
-    items += ItemOf(Links().Text(kFilePath), Links().Text(kShortDescription));
-  }
+  for (qsizetype row = 0; row < paths.size(); ++row) items += ItemOf(paths[row], titles[row]);
   ui_->fllst->addTopLevelItems(items);
   ui_->fllst->setCurrentItem(items.front());
 }

@@ -309,17 +309,6 @@ TEST_F(DatabaseTest, WhatOtherProgramsMayDoToAStudyLeavesItOurs) {
             QStringList{"1"});
 }
 
-TEST_F(DatabaseTest, TheChangeMarkFollowsChangesOfOthersAndOurs) {
-  Database database(Path("study.mdb"));
-  const qint64 before = database.ChangeMark();
-  EXPECT_EQ(database.ChangeMark(), before);
-  Exec(Path("study.mdb"), "INSERT INTO Risk_records(Title) VALUES('x')");
-  const qint64 after = database.ChangeMark();
-  EXPECT_NE(after, before);
-  sqlite3_exec(database.handle(), "DELETE FROM Risk_records", nullptr, nullptr, nullptr);
-  EXPECT_NE(database.ChangeMark(), after);
-}
-
 TEST_F(DatabaseTest, ItNoticesThatAnotherFileTookItsPlace) {
   const Database database(Path("study.mdb"));
   EXPECT_TRUE(database.IsTheFileAtItsPath());
