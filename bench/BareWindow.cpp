@@ -1,5 +1,5 @@
-// The other side of the start-up's measurement: the least that a program with a frame is. With an
-// argument it has a menu bar and a status bar too: the least that shows a text.
+// The other side of the start-up's measurement: the least that a program with a frame is which
+// shows a text.
 #include <QApplication>
 #include <QMainWindow>
 #include <QMdiArea>
@@ -10,10 +10,8 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QMainWindow window;
   window.setCentralWidget(new QMdiArea);
-  if (argc > 1) {
-    window.menuBar()->addMenu(QStringLiteral("&File"));
-    window.statusBar()->showMessage(QStringLiteral("Ready"));
-  }
+  window.menuBar()->addMenu(QStringLiteral("&File"));
+  window.statusBar()->showMessage(QStringLiteral("Ready"));
   window.resize(900, 600);
   window.show();
   return QApplication::exec();

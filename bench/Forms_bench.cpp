@@ -1,6 +1,6 @@
 // What a person waits for in the forms: opening a project, moving between tasks, finding, adding,
-// filling a list, emptying one, seeing large photographs. Each line that it prints is a name and a
-// time in milliseconds: the median.
+// filling a list, emptying one, pasting many lines, seeing large photographs. Each line that it
+// prints is a name and a time in milliseconds: the median.
 //
 // kestrix_bench_forms <folder of an installation> <study> <tasks of the study> [opening|moving|...]
 //
@@ -8,6 +8,7 @@
 // the study behind it (number + 1) there are as many projects as tasks here.
 #include <QAbstractEventDispatcher>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDir>
 #include <QElapsedTimer>
@@ -17,6 +18,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QTimer>
@@ -49,6 +51,8 @@ constexpr int kAdditions = 15;
 constexpr int kPictures = 7;
 constexpr int kDeletions = 5;
 constexpr int kEntries = 20000;
+constexpr int kPastes = 5;
+constexpr int kPastedLines = 500000;
 constexpr QSize kFiftyMegapixels(8660, 5774);
 
 /// Lets everything run that is queued, the repaint included.
@@ -236,6 +240,25 @@ class FormsBench {
     Close();
   }
 
+  /// A clipboard of half a million lines into the description of a hazard.
+  void Pasting() {
+    OpenTasks();
+    auto* box = Control<QPlainTextEdit>("HzrdDscptnTXT");
+    QApplication::clipboard()->setText(QString(kPastedLines, u'\n'));
+    std::vector<double> pastes;
+    for (int i = 0; i < kPastes; ++i) {
+      box->setFocus();
+      box->selectAll();
+      pastes.push_back(MillisecondsOf([&] {
+        box->paste();
+        Settle();
+      }));
+      Expect(!box->toPlainText().isEmpty());
+    }
+    Print("paste", pastes);
+    Close();
+  }
+
   /// All entries of a long list, from the answer to the question on.
   void Deleting() {
     desk_.messages.answer = Button::kYes;
@@ -410,6 +433,7 @@ int main(int argc, char** argv) {
       {QStringLiteral("adding"), &Bench::Adding},
       {QStringLiteral("list"), &Bench::FillingList},
       {QStringLiteral("deleting"), &Bench::Deleting},
+      {QStringLiteral("pasting"), &Bench::Pasting},
       {QStringLiteral("pictures"), &Bench::Pictures},
       {QStringLiteral("select"), &Bench::Select}};
   for (int i = 4; i < argc; ++i) {

@@ -179,8 +179,7 @@ const QTreeWidgetItem& tagdwgsfrm::SelectedItem() const {
 }
 
 void tagdwgsfrm::ShowPath(const QString& text) {
-  ui_->pathdsply->setText(text);
-  ui_->pathdsply->setToolTip(text.trimmed());
+  ui_->pathdsply->ShowText(text);
 }
 
 void tagdwgsfrm::fllst_ItemClick() {
