@@ -101,7 +101,7 @@ QRectF RiskGraphView::WidgetRectOf(const QRectF& twips) const {
 }
 
 QSize RiskGraphView::minimumSizeHint() const {
-  return (part_ == Part::kGraph ? QSize(430, 188) : QSize(330, 172)) * RiskDrawing::ScaleOf(font());
+  return (part_ == Part::kGraph ? QSize(430, 188) : QSize(316, 172)) * RiskDrawing::ScaleOf(font());
 }
 
 QSize RiskGraphView::sizeHint() const {
