@@ -1,12 +1,8 @@
 #include <QApplication>
 #include <QIcon>
-#include <QImage>
-#include <QPixmap>
-#include <future>
 
 #include "app/Workbench.h"
 #include "formkit/FocusMark.h"
-#include "platform/FontsAhead.h"
 #include "platform/QtPlatform.h"
 
 namespace {
@@ -34,24 +30,19 @@ class Application : public QApplication {
 }  // namespace
 
 int main(int argc, char** argv) {
-  kestrix::FontsAhead fonts;
   QApplication::setQuitOnLastWindowClosed(false);
   Application application(argc, argv);
   QApplication::setStyle(new kestrix::FocusMark);
   QApplication::setApplicationName(QStringLiteral("KestrixStudy"));
   QApplication::setApplicationVersion(QStringLiteral(KESTRIX_VERSION));
 
-  // The windows' picture lies beside the program; without it they have the desktop's own. It is
-  // unpacked beside the making of the frame.
-  const QString path = QApplication::applicationDirPath() + QStringLiteral("/kestrix.png");
-  std::future<QImage> picture = std::async([path] { return QImage(path); });
-
-  fonts.Wait();
+  // The windows' picture lies beside the program; without it they have the desktop's own.
+  QApplication::setWindowIcon(
+      QIcon(QApplication::applicationDirPath() + QStringLiteral("/kestrix.png")));
   kestrix::QtPlatform desktop;
   application.messages = &desktop.platform().messages;
   kestrix::Workbench workbench(desktop.platform());
   QObject::connect(&workbench, &kestrix::Workbench::Ended, &application, &QApplication::quit);
   workbench.Start();
-  QApplication::setWindowIcon(QIcon(QPixmap::fromImage(picture.get())));
   return QApplication::exec();
 }
