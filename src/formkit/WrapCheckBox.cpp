@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QFontMetrics>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
@@ -78,13 +79,9 @@ QAccessibleInterface* MakeAccess(const QString& /*class_name*/, QObject* object)
   return box ? new WrapCheckBoxAccess(box) : nullptr;
 }
 
-/// A window that is drawn larger asks for one width after the other.
-constexpr qsizetype kMostWidths = 32;
-
 }  // namespace
 
-WrapCheckBox::WrapCheckBox(QWidget* parent)
-    : QCheckBox(parent), measured_{QString(), fontMetrics(), {}} {
+WrapCheckBox::WrapCheckBox(QWidget* parent) : QCheckBox(parent) {
   // Installing the same function again changes nothing.
   QAccessible::installFactory(MakeAccess);
   QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum, QSizePolicy::CheckBox);
@@ -99,14 +96,7 @@ int WrapCheckBox::TextLeft() const {
 
 int WrapCheckBox::TextHeight(int width) const {
   const int room = std::max(width, 1);
-  const bool same = measured_.metrics == fontMetrics() && measured_.text == text();
-  if (!same || measured_.heights.size() >= kMostWidths) measured_ = {text(), fontMetrics(), {}};
-  const auto known = measured_.heights.constFind(room);
-  if (known != measured_.heights.cend()) return *known;
-  const int height =
-      fontMetrics().boundingRect(0, 0, room, 0, kTextFlags, ShownText(*this)).height();
-  measured_.heights.insert(room, height);
-  return height;
+  return fontMetrics().boundingRect(0, 0, room, 0, kTextFlags, ShownText(*this)).height();
 }
 
 int WrapCheckBox::heightForWidth(int width) const {

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <QCheckBox>
-#include <QFontMetrics>
-#include <QHash>
 
 namespace kestrix {
 
@@ -26,15 +24,6 @@ class WrapCheckBox : public QCheckBox {
  private:
   [[nodiscard]] int TextLeft() const;
   [[nodiscard]] int TextHeight(int width) const;
-
-  /// How high the text has come out in the widths that were asked for. A layout asks for the same
-  /// few again and again, and to break a text into lines is dear.
-  struct Measured {
-    QString text;
-    QFontMetrics metrics;
-    QHash<int, int> heights;
-  };
-  mutable Measured measured_;
 };
 
 }  // namespace kestrix
