@@ -7,7 +7,6 @@
 #include <QScopedValueRollback>
 #include <utility>
 
-#include "formkit/ListScrollBar.h"
 #include "platform/Failure.h"
 #include "store/DataControl.h"
 
@@ -113,10 +112,6 @@ Grid::Grid(QWidget* parent) : QTableView(parent) {
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowRoom);
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setSectionsClickable(false);
-  auto* bar = new ListScrollBar(Qt::Vertical, this);
-  setVerticalScrollBar(bar);
-  connect(bar, &QScrollBar::actionTriggered, this, &Grid::verticalScrollbarAction);
-  connect(bar, &QScrollBar::valueChanged, this, &Grid::verticalScrollbarValueChanged);
   connect(this, &QTableView::clicked, this, &Grid::Click);
   connect(this, &QTableView::doubleClicked, this, &Grid::DblClick);
 }

