@@ -1,7 +1,6 @@
 #include "formkit/ActiveForms.h"
 
 #include <QApplication>
-#include <QEvent>
 #include <utility>
 
 #include "formkit/FocusEvents.h"
@@ -10,11 +9,6 @@
 namespace kestrix {
 namespace {
 
-bool IsDialog(QObject* object) {
-  const auto* widget = qobject_cast<QWidget*>(object);
-  return widget && widget->isWindow() && widget->isModal() && !qobject_cast<const Form*>(widget);
-}
-
 bool CanTakeFront(const Form& form) {
   return form.isVisible() && !form.isMinimized() && !form.IsUnloading();
 }
@@ -22,7 +16,7 @@ bool CanTakeFront(const Form& form) {
 }  // namespace
 
 ActiveForms::ActiveForms(FocusEvents& focus, QObject* parent) : QObject(parent), focus_(focus) {
-  qApp->installEventFilter(this);
+  connect(&focus, &FocusEvents::DialogHidden, this, &ActiveForms::BringForwardLater);
 }
 
 Form* ActiveForms::active() const {
@@ -95,16 +89,6 @@ Form* ActiveForms::Next() const {
   for (const QPointer<Form>& form : order_)
     if (form && CanTakeFront(*form)) return form;
   return nullptr;
-}
-
-bool ActiveForms::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::WindowActivate) {
-    auto* form = qobject_cast<Form*>(watched);
-    if (form && form->isWindow() && QApplication::activeWindow() == form) TakeOver(form);
-  } else if (event->type() == QEvent::Hide && IsDialog(watched)) {
-    BringForwardLater();
-  }
-  return QObject::eventFilter(watched, event);
 }
 
 void ActiveForms::TakeOver(Form* form) {

@@ -33,20 +33,17 @@ class ActiveForms : public QObject {
   /// How large forms open, for this run.
   [[nodiscard]] FormRooms& rooms() { return rooms_; }
 
-  /// Called by Form: it comes up; it wants the front; it is hidden or gone.
+  /// Called by Form: it comes up; it wants the front; it has it; it is hidden or gone.
   void Enter(Form* form);
   void Appear(Form* form);
+  void TakeOver(Form* form);
   void Disappear(Form* form);
   /// Another program was given the front: no form takes it for the dialog or the form that went
   /// right before.
   void GiveAwayFront();
 
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
  private:
   void PutFirst(Form* form);
-  void TakeOver(Form* form);
   void BringForwardLater();
   void BringForward();
   [[nodiscard]] Form* Next() const;

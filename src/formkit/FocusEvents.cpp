@@ -202,6 +202,9 @@ bool FocusEvents::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::Show:
       if (leaving_ && IsDialogOfDesktop(watched)) dialog_shown_ = true;
       break;
+    case QEvent::Hide:
+      if (IsDialogOfDesktop(watched)) Q_EMIT DialogHidden();
+      break;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
       if (watched->isWidgetType() && TakesPress(event)) return true;

@@ -47,6 +47,10 @@ class FocusEvents : public QObject {
   /// Forgets that `control`, or a control within it, had the focus, without telling it.
   void Forget(const QWidget* control);
 
+ Q_SIGNALS:
+  /// A message box or a dialog of the desktop went.
+  void DialogHidden();
+
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -124,6 +124,12 @@ void Form::DeleteWhenDone() {
   if (away_ && running_ == 0) deleteLater();
 }
 
+bool Form::event(QEvent* event) {
+  if (event->type() == QEvent::WindowActivate && isWindow() && QApplication::activeWindow() == this)
+    kit_.forms.TakeOver(this);
+  return QMainWindow::event(event);
+}
+
 void Form::closeEvent(QCloseEvent* event) {
   UnloadForm();
   event->setAccepted(IsUnloading());

@@ -66,6 +66,7 @@ class Form : public QMainWindow {
   virtual void Unload() {}
   friend class ActiveForms;
 
+  bool event(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
