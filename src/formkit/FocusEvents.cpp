@@ -58,26 +58,23 @@ void FocusEvents::OnLostFocus(QWidget* control, Handler handler) {
 }
 
 void FocusEvents::FocusLater(QWidget* control, Handler then) {
-  if (leaving_) held_ = leaving_ == control;
+  if (leaving_) telling_ = leaving_ == control ? Telling::kHeld : Telling::kLost;
   later_ = control;
   then_ = std::move(then);
   QueueFocus();
 }
 
 void FocusEvents::QueueFocus() {
-  if (focus_queued_) return;
-  focus_queued_ = true;
+  if (sending_ != Sending::kNothing) return;
+  sending_ = Sending::kQueued;
   QMetaObject::invokeMethod(this, &FocusEvents::FocusNow, Qt::QueuedConnection);
 }
 
 void FocusEvents::FocusNow() {
   // A button that is pressed would lose its click with the focus. The release calls again.
-  const bool button_down = button_down_ && QGuiApplication::mouseButtons() != Qt::NoButton;
-  if (button_down && !returning_) {
-    waits_for_release_ = true;
-    return;
-  }
-  focus_queued_ = false;
+  const bool is_down = button_ == Button::kDown && QGuiApplication::mouseButtons() != Qt::NoButton;
+  sending_ = is_down && !returning_ ? Sending::kUntilRelease : Sending::kNothing;
+  if (sending_ == Sending::kUntilRelease) return;
   returning_ = false;
   const QPointer<QWidget> control = std::exchange(later_, nullptr);
   arriving_ = control;
@@ -97,8 +94,7 @@ void FocusEvents::FocusNow() {
 }
 
 void FocusEvents::LeaveControl() {
-  if (telling_) return;
-  returning_ = Leave();
+  if (telling_ == Telling::kNothing) returning_ = Leave();
 }
 
 void FocusEvents::Forget(const QWidget* control) {
@@ -121,22 +117,24 @@ QWidget* FocusEvents::ControlOf(QWidget* widget) const {
 }
 
 void FocusEvents::FocusMoved(QWidget* /*old*/, QWidget* /*now*/) {
-  const bool by_press = std::exchange(press_in_hand_, false);
-  if (telling_) return;  // the handler that runs is followed by a look at the focus
+  const bool by_press = coming_ == Coming::kMovedFocus;
+  if (by_press) coming_ = Coming::kNothing;
+  if (telling_ != Telling::kNothing)
+    return;  // the handler that runs is followed by a look at the focus
   dialog_shown_ = false;
   FollowFocus();
   if (by_press && (returning_ || dialog_shown_)) SwallowPress();
 }
 
 void FocusEvents::SwallowPress() {
-  swallow_press_ = true;
+  coming_ = Coming::kUnwanted;
   // The press comes before the event loop does. When it doesn't, the next one isn't meant.
   QMetaObject::invokeMethod(
-      this, [this] { swallow_press_ = false; }, Qt::QueuedConnection);
+      this, [this] { coming_ = Coming::kNothing; }, Qt::QueuedConnection);
 }
 
 void FocusEvents::FollowFocus() {
-  if (telling_ || returning_) return;
+  if (telling_ != Telling::kNothing || returning_) return;
   for (int move = 0; move < kMostMoves; ++move) {
     QWidget* now = ControlOf(QApplication::focusWidget());
     if (!now) return;
@@ -174,20 +172,19 @@ bool FocusEvents::Leave() {
   const Handler lost = handlers_.value(control).lost;
   if (!lost) return false;
 
-  const QScopedValueRollback<bool> telling(telling_, true);
-  held_ = false;
+  const QScopedValueRollback<Telling> telling(telling_, Telling::kLost);
   leaving_ = control;
   lost();
   leaving_ = nullptr;
   // A message in the handler lets the event loop run, and a focus that was asked for before it
   // has come back already; then there is nothing to wait for.
-  return held_ && focus_queued_;
+  return telling_ == Telling::kHeld && sending_ != Sending::kNothing;
 }
 
 void FocusEvents::TellGot(QWidget* control) {
   const Form* form = FormOf(control);
   if (form && form->IsUnloading()) return;
-  const QScopedValueRollback<bool> telling(telling_, true);
+  const QScopedValueRollback<Telling> telling(telling_, Telling::kGot);
   const QPointer<QWidget> told = control;
   if (const Handler got = handlers_.value(control).got) got();
   if (told) SelectPlaceholder(told);
@@ -196,8 +193,10 @@ void FocusEvents::TellGot(QWidget* control) {
 bool FocusEvents::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
     case QEvent::FocusIn:
-      if (watched->isWidgetType() && !telling_)
-        press_in_hand_ = static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason;
+      if (watched->isWidgetType() && telling_ == Telling::kNothing && coming_ != Coming::kUnwanted)
+        coming_ = static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason
+                      ? Coming::kMovedFocus
+                      : Coming::kNothing;
       break;
     case QEvent::Show:
       if (leaving_ && IsDialogOfDesktop(watched)) dialog_shown_ = true;
@@ -210,7 +209,7 @@ bool FocusEvents::eventFilter(QObject* watched, QEvent* event) {
       if (watched->isWidgetType() && TakesPress(event)) return true;
       break;
     case QEvent::MouseMove:
-      if (watched->isWidgetType() && swallow_rest_) return true;
+      if (watched->isWidgetType() && button_ == Button::kSwallowed) return true;
       break;
     case QEvent::MouseButtonRelease:
       if (watched->isWidgetType() && TakesRelease(event)) return true;
@@ -227,18 +226,21 @@ bool FocusEvents::eventFilter(QObject* watched, QEvent* event) {
 
 bool FocusEvents::TakesPress(QEvent* event) {
   // The second press of a double click may come before a focus that was held is back.
-  swallow_rest_ = std::exchange(swallow_press_, false) || returning_;
-  button_down_ = !swallow_rest_;
-  if (swallow_rest_) event->accept();  // so that no parent is given it instead
-  return swallow_rest_;
+  const bool unwanted = coming_ == Coming::kUnwanted || returning_;
+  if (coming_ == Coming::kUnwanted) coming_ = Coming::kNothing;
+  button_ = unwanted ? Button::kSwallowed : Button::kDown;
+  if (unwanted) event->accept();  // so that no parent is given it instead
+  return unwanted;
 }
 
 bool FocusEvents::TakesRelease(QEvent* event) {
-  button_down_ = false;
-  if (std::exchange(waits_for_release_, false))
-    QMetaObject::invokeMethod(this, &FocusEvents::FocusNow, Qt::QueuedConnection);
-  if (swallow_rest_) event->accept();
-  return std::exchange(swallow_rest_, false);
+  const bool swallowed = std::exchange(button_, Button::kUp) == Button::kSwallowed;
+  if (sending_ == Sending::kUntilRelease) {
+    sending_ = Sending::kNothing;
+    QueueFocus();
+  }
+  if (swallowed) event->accept();
+  return swallowed;
 }
 
 bool FocusEvents::TakesMnemonic(QAbstractButton* button, QEvent* event) {

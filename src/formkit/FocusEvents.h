@@ -80,17 +80,17 @@ class FocusEvents : public QObject {
   Handler then_;
   QPointer<QWidget> arriving_;  ///< was given the focus; `arrived_` follows when it has been told
   Handler arrived_;
-  bool focus_queued_ = false;
-  bool waits_for_release_ = false;
-  bool telling_ = false;        ///< a handler is running
-  QPointer<QWidget> leaving_;   ///< the control whose lost-focus handler is running
-  bool held_ = false;           ///< that handler sent the focus back to its own control
-  bool dialog_shown_ = false;   ///< that handler showed a message or a dialog
-  bool returning_ = false;      ///< a focus that was held back is on its way
-  bool press_in_hand_ = false;  ///< the focus moved by a press that is yet to be delivered
-  bool swallow_press_ = false;
-  bool button_down_ = false;   ///< a press was delivered and its release wasn't yet
-  bool swallow_rest_ = false;  ///< moves and the release of a press that was swallowed
+  QPointer<QWidget> leaving_;  ///< the control whose lost-focus handler is running
+  /// Which handler is running; the one of a lost focus may have sent it back to its own control.
+  enum class Telling { kNothing, kGot, kLost, kHeld } telling_ = Telling::kNothing;
+  /// The focus of `later_`: asked for, or to be asked for by the release of a button.
+  enum class Sending { kNothing, kQueued, kUntilRelease } sending_ = Sending::kNothing;
+  /// A press that is yet to be delivered: it has moved the focus, or isn't meant any more.
+  enum class Coming { kNothing, kMovedFocus, kUnwanted } coming_ = Coming::kNothing;
+  /// A mouse button: down for the control below it, or for nobody until its release.
+  enum class Button { kUp, kDown, kSwallowed } button_ = Button::kUp;
+  bool returning_ = false;     ///< a focus that was held back is on its way
+  bool dialog_shown_ = false;  ///< the handler of a lost focus showed a message or a dialog
 };
 
 }  // namespace kestrix
