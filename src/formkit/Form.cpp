@@ -51,13 +51,13 @@ void Form::SettleControls() {
 }
 
 void Form::ShowForm() {
-  if (unloading_) return;
+  if (IsUnloading()) return;
   if (!isVisible()) setWindowModality(Qt::NonModal);
   ComeUp();
 }
 
 void Form::ShowFormModal() {
-  if (unloading_) return;
+  if (IsUnloading()) return;
   if (windowModality() != Qt::ApplicationModal) {
     // The desktop takes note of the modality only when a window comes up.
     const QScopedValueRollback<bool> again(coming_up_again_, isVisible());
@@ -99,15 +99,15 @@ void Form::HideForm() {
 }
 
 void Form::UnloadForm() {
-  if (unloading_) return;
-  unloading_ = true;
+  if (IsUnloading()) return;
+  life_ = Life::kUnloading;
   GuardedAlways([this] { QueryUnload(); });
-  if (std::exchange(stays_, false)) {
-    unloading_ = false;
+  if (life_ == Life::kStaying) {
+    life_ = Life::kLoaded;
     return;
   }
   GuardedAlways([this] { Unload(); });
-  gone_ = true;
+  life_ = Life::kGone;
   const auto sources = findChildren<DataControl*>();
   for (DataControl* source : sources) GuardedAlways([source] { source->Close(); });
   if (testAttribute(Qt::WA_Moved)) kit_.forms.rooms().Leave(*this);
@@ -115,13 +115,13 @@ void Form::UnloadForm() {
   kit_.focus.Forget(this);
   kit_.forms.Disappear(this);
   Q_EMIT Unloaded();
-  away_ = true;
+  life_ = Life::kAway;
   DeleteWhenDone();
 }
 
 /// A handler of this form may stand below a message box whose loop runs now; it has to end first.
 void Form::DeleteWhenDone() {
-  if (away_ && running_ == 0) deleteLater();
+  if (life_ == Life::kAway && running_ == 0) deleteLater();
 }
 
 bool Form::event(QEvent* event) {
@@ -161,7 +161,7 @@ void Form::changeEvent(QEvent* event) {
 }
 
 void Form::Guarded(const std::function<void()>& work) {
-  if (gone_) return;
+  if (life_ >= Life::kGone) return;
   GuardedAlways(work);
 }
 
@@ -217,7 +217,7 @@ void Form::FocusLater(QWidget* control, std::function<void()> then) {
 void Form::TakeFrontBack() {
   const auto take = [this] {
     const QWidget* modal = QApplication::activeModalWidget();
-    if (unloading_ || !isVisible() || (modal && modal != this)) return;
+    if (IsUnloading() || !isVisible() || (modal && modal != this)) return;
     const Form* rival = kit_.forms.active();
     if (rival && rival != this && rival->holds_front_) return;
     Restore();

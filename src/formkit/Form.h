@@ -50,7 +50,7 @@ class Form : public QMainWindow {
   /// but no further handler of it runs. Does nothing while an unload of this form is under way.
   /// A form whose query-unload calls Stay goes on as if nothing had been asked.
   void UnloadForm();
-  [[nodiscard]] bool IsUnloading() const { return unloading_; }
+  [[nodiscard]] bool IsUnloading() const { return life_ != Life::kLoaded; }
 
  Q_SIGNALS:
   /// The form is no longer the one that a reference means.
@@ -62,7 +62,7 @@ class Form : public QMainWindow {
   virtual void Deactivate() {}
   virtual void QueryUnload() {}
   /// Ends the unload that is being asked for.
-  void Stay() { stays_ = true; }
+  void Stay() { life_ = Life::kStaying; }
   virtual void Unload() {}
   friend class ActiveForms;
 
@@ -140,11 +140,10 @@ class Form : public QMainWindow {
   void DeleteWhenDone();
 
   FormKit& kit_;
-  bool unloading_ = false;
-  bool stays_ = false;  ///< the query-unload has called Stay
-  bool gone_ = false;   ///< the unload rules have run
-  bool away_ = false;   ///< unloaded altogether
-  int running_ = 0;     ///< handlers that haven't ended
+  /// Staying: the query-unload that is running has called Stay. Gone: the unload rules have run.
+  enum class Life { kLoaded, kUnloading, kStaying, kGone, kAway };
+  Life life_ = Life::kLoaded;
+  int running_ = 0;  ///< handlers that haven't ended
   bool holds_front_ = false;
   bool coming_up_again_ = false;  ///< hidden for a moment only, to change how it is shown
 };
