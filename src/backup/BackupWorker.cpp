@@ -3,7 +3,6 @@
 #include <QScopeGuard>
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "platform/Failure.h"
 #include "platform/FileCopy.h"
@@ -25,12 +24,6 @@ constexpr int kLastClearedFolder = 1000;
 
 /// The register's number of an organisation.
 constexpr int kNumberField = 1;
-
-qint16 Small(int number) {
-  if (number > std::numeric_limits<qint16>::max() || number < std::numeric_limits<qint16>::min())
-    throw Failure(failure::kOverflow, QStringLiteral("Overflow."));
-  return static_cast<qint16>(number);
-}
 
 }  // namespace
 
@@ -122,7 +115,7 @@ void BackupWorker::ClearPictures() {
 }
 
 void BackupWorker::RunCopies(const std::function<void()>& copies) {
-  session_.BackupStepTotal = Small(session_.OrgRowCount + kFixedSteps);
+  session_.BackupStepTotal = Narrow(session_.OrgRowCount + kFixedSteps);
   total_ = session_.BackupStepTotal;
   step_ = 0;
   links_.clear();
@@ -235,7 +228,7 @@ bool BackupWorker::Writes(const std::function<void()>& copy, const QString& targ
 
 /// The product is a small integer on purpose: from its 328th step on a run ends as by any failure.
 BackupWorker::Progress BackupWorker::ProgressAfter(int step) const {
-  const qint16 hundredfold = Small(step * 100);
+  const qint16 hundredfold = Narrow(step * 100);
   const double percent = static_cast<double>(hundredfold) / total_;
   return {.percent = percent,
           .text = QString::number(std::lround(percent)) + QStringLiteral(" % complete")};

@@ -3,7 +3,6 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QScopeGuard>
-#include <limits>
 
 #include "backup/BackupSet.h"
 #include "formkit/Controls.h"
@@ -149,10 +148,8 @@ void BkUpfrm::ClickInRestore() {
 
 /// Without a register there is nothing to count; the worker then fails on it.
 void BkUpfrm::CountRows() {
-  const int rows = orgndata_.HasRecordset() ? orgndata_.Recordset().RecordCount() : 0;
-  if (rows > std::numeric_limits<qint16>::max())
-    throw Failure(failure::kOverflow, QStringLiteral("Overflow."));
-  session().OrgRowCount = static_cast<qint16>(rows);
+  session().OrgRowCount =
+      Narrow(orgndata_.HasRecordset() ? orgndata_.Recordset().RecordCount() : 0);
 }
 
 void BkUpfrm::RunWorker() {

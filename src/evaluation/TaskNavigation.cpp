@@ -2,7 +2,6 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <limits>
 
 #include "evaluation/RiskSummary.h"
 #include "evaluation/TaskControls.h"
@@ -13,14 +12,6 @@
 #include "store/DataControl.h"
 
 namespace kestrix {
-namespace {
-
-bool FitsInt16(int number) {
-  return number >= std::numeric_limits<qint16>::min() &&
-         number <= std::numeric_limits<qint16>::max();
-}
-
-}  // namespace
 
 int TaskNavigation::Count() const {
   return parts_.tasks.HasRecordset() ? parts_.tasks.Recordset().RecordCount() : 0;
@@ -39,7 +30,7 @@ void TaskNavigation::ShowPosition() {
 
 void TaskNavigation::RememberPosition(int position) {
   // A place that the remembered one can't hold isn't remembered; the task is shown all the same.
-  if (FitsInt16(position)) form_.session().TaskPosition = static_cast<qint16>(position);
+  PassOver([&] { form_.session().TaskPosition = Narrow(position); });
 }
 
 void TaskNavigation::RowChanged() {
@@ -60,8 +51,7 @@ void TaskNavigation::RowChanged() {
 void TaskNavigation::Next() {
   Recordset& tasks = parts_.tasks.Recordset();
   try {
-    const int position = tasks.AbsolutePosition();
-    if (!FitsInt16(position)) throw Failure(failure::kOverflow, QStringLiteral("Overflow"));
+    const int position = Narrow(tasks.AbsolutePosition());
     if (Count() != 0) {
       parts_.controls.SaveTask(tasks);
       parts_.controls.ShowTask(tasks);

@@ -164,13 +164,18 @@ void SetSystemBack(QWidget* control) {
   control->setProperty(kFilledBefore, QVariant());
 }
 
+double Contrast(const QColor& one, const QColor& other) {
+  const double a = Luminance(one.rgb()) + 0.05;
+  const double b = Luminance(other.rgb()) + 0.05;
+  return std::max(a, b) / std::min(a, b);
+}
+
 QPalette::ColorRole LinkRole(const QWidget* control) {
-  constexpr double kReadable = 4.5;  // between the lighter and the darker of two colours
+  constexpr double kReadable = 4.5;
   const QPalette& palette = control->palette();
-  const double link = Luminance(palette.color(QPalette::Link).rgb()) + 0.05;
-  const double panel = Luminance(palette.color(QPalette::Window).rgb()) + 0.05;
-  return std::max(link, panel) / std::min(link, panel) < kReadable ? QPalette::WindowText
-                                                                   : QPalette::Link;
+  return Contrast(palette.color(QPalette::Link), palette.color(QPalette::Window)) < kReadable
+             ? QPalette::WindowText
+             : QPalette::Link;
 }
 
 QRgb BackColour(const QWidget* control) {

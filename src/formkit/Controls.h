@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QCursor>
 #include <QPalette>
 #include <QRgb>
@@ -37,6 +38,8 @@ inline constexpr QRgb kPaleYellow = 0xFFFFFF80;  ///< a name, or the field in ha
 void SetBackColour(QWidget* control, QRgb colour);
 void SetSystemBack(QWidget* control);
 [[nodiscard]] QRgb BackColour(const QWidget* control);
+/// How far apart two colours are to the eye: 1 for the same one, 21 for black and white.
+[[nodiscard]] double Contrast(const QColor& one, const QColor& other);
 /// The colour that a control that acts as a link is written in: the desktop's colour of links where
 /// it stands out from the panel, the panel's own text colour where it doesn't.
 [[nodiscard]] QPalette::ColorRole LinkRole(const QWidget* control);

@@ -26,8 +26,6 @@ enum EntryMode : qint16 { kIdle, kAdding, kOpened };
 /// Stands on the first of the first `at_most` rows that has `name`; false when there is none. Fails
 /// with kNoCurrentRow on an empty register.
 [[nodiscard]] bool WalkTo(Recordset& rows, const QString& name, int at_most);
-/// `value` as a 16-bit integer of the session. Fails with kOverflow.
-[[nodiscard]] qint16 Narrow(qint64 value);
 
 }  // namespace organisations
 }  // namespace kestrix

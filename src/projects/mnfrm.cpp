@@ -253,7 +253,7 @@ qint16 mnfrm::StudyNumberShown() const {
   return ui_->StudyNoAuto->text().toShort();
 }
 
-qint16 mnfrm::Narrow(int count) {
+qint16 mnfrm::Capped(int count) {
   constexpr int kMost = std::numeric_limits<qint16>::max();
   return static_cast<qint16>(std::min(count, kMost));
 }
@@ -292,13 +292,13 @@ void mnfrm::DB1_GotFocus() {
 }
 
 void mnfrm::DB1_Click() {
-  session().GridRowNumber = Narrow(ui_->DB1->Row());
+  session().GridRowNumber = Capped(ui_->DB1->Row());
   session().StudyConnected = 1;
 }
 
 void mnfrm::DB1_LostFocus() {
   ui_->DB1->SetAllowUpdate(true);
-  session().GridRowNumber = Narrow(ui_->DB1->Row());
+  session().GridRowNumber = Capped(ui_->DB1->Row());
   if (ui_->StudyNoAuto->text().isEmpty()) return;
   if (const int slot = remembered_.Remember(OrganisationCaption(), StudyNumberShown())) {
     session().ListTextKnown = static_cast<qint16>(slot);

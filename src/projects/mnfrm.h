@@ -95,7 +95,7 @@ class mnfrm : public SessionForm, public ProjectInHand {
   [[nodiscard]] QString OrganisationCaption() const;
   [[nodiscard]] qint16 StudyNumberShown() const;
   /// `count` as far as a value of the session can hold it.
-  [[nodiscard]] static qint16 Narrow(int count);
+  [[nodiscard]] static qint16 Capped(int count);
   /// Stores the pending edit of the current project. What can't be stored stays on the screen and
   /// is tried again by the next commit. Fails as Commit does.
   void StoreProject();

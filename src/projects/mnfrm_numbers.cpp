@@ -97,7 +97,7 @@ bool mnfrm::WalkToNumber(const QString& number) {
   projects.Requery();  // others number projects too
   if (projects.RecordCount() == 0) return false;
   const bool found = lookup::WalkTo(projects, number, kProjectNumber);
-  session().LoopIndex = Narrow(found ? projects.AbsolutePosition() : projects.RecordCount());
+  session().LoopIndex = Capped(found ? projects.AbsolutePosition() : projects.RecordCount());
   return found;
 }
 

@@ -5,7 +5,9 @@
 #include <QVariant>
 #include <QtGlobal>
 #include <array>
+#include <limits>
 
+#include "platform/Failure.h"
 #include "platform/Messages.h"
 
 namespace kestrix {
@@ -76,5 +78,13 @@ struct SessionState {
   qint16 OrgRowCount = 0;
   qint16 BackupStepTotal = 0;
 };
+
+/// `value` as one of the 16-bit integers of the session. Fails with kOverflow.
+[[nodiscard]] inline qint16 Narrow(qint64 value) {
+  using Limits = std::numeric_limits<qint16>;
+  if (value < Limits::min() || value > Limits::max())
+    throw Failure(failure::kOverflow, QStringLiteral("Overflow."));
+  return static_cast<qint16>(value);
+}
 
 }  // namespace kestrix

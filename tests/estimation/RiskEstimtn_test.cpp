@@ -7,29 +7,15 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStyleOptionComboBox>
-#include <cmath>
 
 #include "estimation/EstimationTest.h"
 #include "estimation/RiskGraphView.h"
+#include "formkit/Controls.h"
 
 namespace kestrix {
 namespace {
 
 using ::testing::IsEmpty;
-
-double Luminance(const QColor& colour) {
-  const auto linear = [](double part) {
-    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-         0.0722 * linear(colour.blueF());
-}
-
-double Contrast(const QColor& one, const QColor& other) {
-  const double a = Luminance(one) + 0.05;
-  const double b = Luminance(other) + 0.05;
-  return a > b ? a / b : b / a;
-}
 
 class RiskEstimtnTest : public EstimationTest {
  protected:
