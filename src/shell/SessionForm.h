@@ -50,7 +50,13 @@ class SessionForm : public Form {
 
   // For the parts of a form, too.
   [[nodiscard]] SessionState& session() const { return context_.session; }
+  [[nodiscard]] Context& context() const { return context_; }
+  using Form::Ask;
+  using Form::FocusLater;
+  using Form::Guarded;
+  using Form::TakeFrontBack;
   using Form::Tell;
+  using Form::TellFailure;
   /// Asks whether records are to be deleted, No being the default. The answer is kept in MsgAnswer.
   [[nodiscard]] bool IsDeletionWished(const QString& question, Icon icon = Icon::kInformation);
   /// True when `entry` is reserved in every list: the person was told that it can't be deleted.
@@ -63,7 +69,6 @@ class SessionForm : public Form {
                                const std::optional<QString>& kept);
 
  protected:
-  [[nodiscard]] Context& context() const { return context_; }
   [[nodiscard]] const Installation& installation() const { return context_.installation; }
   [[nodiscard]] Frame& frame() const { return context_.frame; }
   [[nodiscard]] CommonDialog& dialog() const { return context_.dialog; }

@@ -1,5 +1,3 @@
-// The frame itself: its life, its bars and the commands that lead to other forms and programs. The
-// commands on documents are in frmMain_documents.cpp.
 #include "shell/frmMain.h"
 
 #include <QEvent>
@@ -12,6 +10,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "formkit/Controls.h"
 #include "formkit/CutLabel.h"
@@ -20,6 +19,7 @@
 #include "platform/Measures.h"
 #include "shell/BackupMode.h"
 #include "shell/Companions.h"
+#include "shell/Documents.h"
 #include "shell/frmDocument.h"
 #include "ui_frmMain.h"
 
@@ -45,6 +45,26 @@ constexpr std::array kPlaceholders = {
     &Ui_frmMain::mnuViewRefresh, &Ui_frmMain::mnuViewOptions,    &Ui_frmMain::mnuViewWebBrowser,
 };
 
+constexpr std::pair<Entry, void (Documents::*)()> kDocumentCommands[] = {
+    {&Ui_frmMain::mnuFileNew, &Documents::New},
+    {&Ui_frmMain::mnuFileOpen, &Documents::Open},
+    {&Ui_frmMain::mnuFileSave, &Documents::Save},
+    {&Ui_frmMain::mnuFileSaveAs, &Documents::SaveAs},
+    {&Ui_frmMain::mnuFilePageSetup, &Documents::PageSetup},
+    {&Ui_frmMain::mnuFilePrint, &Documents::Print},
+    {&Ui_frmMain::mnuEditCut, &Documents::Cut},
+    {&Ui_frmMain::mnuEditCopy, &Documents::Copy},
+    {&Ui_frmMain::mnuEditPaste, &Documents::Paste},
+    {&Ui_frmMain::mnuWindowNewWindow, &Documents::New},
+    {&Ui_frmMain::mnuWindowCascade, &Documents::Cascade},
+    {&Ui_frmMain::mnuWindowTileHorizontal, &Documents::TileHorizontal},
+    {&Ui_frmMain::mnuWindowTileVertical, &Documents::TileVertical},
+    {&Ui_frmMain::mnuWindowArrangeIcons, &Documents::ArrangeIcons},
+    {&Ui_frmMain::tbOpen, &Documents::Open},
+    {&Ui_frmMain::tbSave, &Documents::Save},
+    {&Ui_frmMain::tbNew, &Documents::New},
+};
+
 struct ToolButton {
   Entry action;
   const char* key;
@@ -64,12 +84,11 @@ constexpr int kFarAway = 5000;  // pixels
 
 frmMain::frmMain(Context& context) : SessionForm(context), ui_(std::make_unique<Ui::frmMain>()) {
   ui_->setupUi(this);
+  documents_ = std::make_unique<Documents>(context, *this, *ui_->mdiArea);
   SettleMenu();
   SettleToolBar();
   SettleStatusBar();
-  ConnectFile();
-  ConnectHidden();
-  ConnectToolBar();
+  ConnectCommands();
   ConnectPlaceholders();
 }
 
@@ -81,7 +100,7 @@ void frmMain::SettleMenu() {
   ui_->mnuDatamnfrm->setEnabled(false);
   // A hidden entry loses its shortcut, and this one keeps it: its menu is shown.
   auto* new_document = new QShortcut(ui_->mnuFileNew->shortcut(), this);
-  On(new_document, &QShortcut::activated, &frmMain::mnuFileNew_Click);
+  On(new_document, &QShortcut::activated, [this] { documents_->New(); });
 }
 
 void frmMain::SettleToolBar() {
@@ -99,40 +118,22 @@ void frmMain::SettleStatusBar() {
   ui_->sbStatusBar->addPermanentWidget(panel_, 1);
 }
 
-void frmMain::ConnectFile() {
-  On(ui_->mnuFileOpen, &QAction::triggered, &frmMain::mnuFileOpen_Click);
-  On(ui_->custmztnFrm, &QAction::triggered, &frmMain::custmztnFrm_Click);
+void frmMain::ConnectCommands() {
+  On(ui_->mnuDatamnfrm, &QAction::triggered, &frmMain::mnuDatamnfrm_Click);
+  On(ui_->custmztnFrm, &QAction::triggered, [this] { Q_EMIT CustomizationRequested(); });
   On(ui_->Bkup, &QAction::triggered, &frmMain::Bkup_Click);
   On(ui_->RtrBkUp, &QAction::triggered, &frmMain::RtrBkUp_Click);
   On(ui_->homepage, &QAction::triggered, &frmMain::homepage_Click);
-  On(ui_->mnuDatamnfrm, &QAction::triggered, &frmMain::mnuDatamnfrm_Click);
-}
-
-void frmMain::ConnectHidden() {
-  On(ui_->mnuFileNew, &QAction::triggered, &frmMain::mnuFileNew_Click);
-  On(ui_->mnuFileSave, &QAction::triggered, &frmMain::mnuFileSave_Click);
-  On(ui_->mnuFileSaveAs, &QAction::triggered, &frmMain::mnuFileSaveAs_Click);
-  On(ui_->mnuFilePageSetup, &QAction::triggered, &frmMain::mnuFilePageSetup_Click);
-  On(ui_->mnuFilePrint, &QAction::triggered, &frmMain::mnuFilePrint_Click);
-  On(ui_->mnuFileExit, &QAction::triggered, &frmMain::mnuFileExit_Click);
-  On(ui_->mnuEditCut, &QAction::triggered, &frmMain::mnuEditCut_Click);
-  On(ui_->mnuEditCopy, &QAction::triggered, &frmMain::mnuEditCopy_Click);
-  On(ui_->mnuEditPaste, &QAction::triggered, &frmMain::mnuEditPaste_Click);
+  On(ui_->mnuFileExit, &QAction::triggered, [this] { UnloadForm(); });
   On(ui_->mnuViewToolbar, &QAction::triggered, &frmMain::mnuViewToolbar_Click);
   On(ui_->mnuViewStatusBar, &QAction::triggered, &frmMain::mnuViewStatusBar_Click);
-  On(ui_->mnuWindowNewWindow, &QAction::triggered, &frmMain::mnuWindowNewWindow_Click);
-  On(ui_->mnuWindowCascade, &QAction::triggered, &frmMain::mnuWindowCascade_Click);
-  On(ui_->mnuWindowTileHorizontal, &QAction::triggered, &frmMain::mnuWindowTileHorizontal_Click);
-  On(ui_->mnuWindowTileVertical, &QAction::triggered, &frmMain::mnuWindowTileVertical_Click);
-  On(ui_->mnuWindowArrangeIcons, &QAction::triggered, &frmMain::mnuWindowArrangeIcons_Click);
-  On(ui_->Help, &QAction::triggered, &frmMain::Help_Click);
-  On(ui_->mnuHelpSearchForHelpOn, &QAction::triggered, &frmMain::mnuHelpSearchForHelpOn_Click);
-}
-
-void frmMain::ConnectToolBar() {
-  On(ui_->tbOpen, &QAction::triggered, &frmMain::mnuFileOpen_Click);
-  On(ui_->tbSave, &QAction::triggered, &frmMain::mnuFileSave_Click);
-  On(ui_->tbNew, &QAction::triggered, &frmMain::mnuFileNew_Click);
+  On(ui_->Help, &QAction::triggered, [this] { companions::OpenManual(context()); });
+  On(ui_->mnuHelpSearchForHelpOn, &QAction::triggered,
+     [this] { companions::SearchHelp(context()); });
+  for (const auto& [entry, command] : kDocumentCommands) {
+    On(ui_.get()->*entry, &QAction::triggered,
+       [this, command = command] { ((*documents_).*command)(); });
+  }
 }
 
 void frmMain::ConnectPlaceholders() {
@@ -209,7 +210,7 @@ void frmMain::Load() {
   try {
     setWindowTitle(kTitle);
     RestorePlacement();
-    LoadNewDoc();
+    documents_->New();
     SetStatusText(kTitle);
     // English month names whatever the desktop speaks, so that all users of a folder of backups
     // find each other's sets.
@@ -302,14 +303,10 @@ void frmMain::mnuDatamnfrm_Click() {
   PassOver([this] { Q_EMIT OrganisationsRequested(); });
 }
 
-void frmMain::custmztnFrm_Click() {
-  Q_EMIT CustomizationRequested();
-}
-
 void frmMain::Bkup_Click() {
   session().BackupMode = backup_mode::kBackup;
   session().BackupSubMode = 0;
-  OwnChild().SetText(
+  documents_->Own().SetText(
       QStringLiteral("Before you backup or Restore study files, make sure on one has logged in to "
                      "this application ."));
   Q_EMIT BackupRequested();
@@ -323,18 +320,6 @@ void frmMain::RtrBkUp_Click() {
 
 void frmMain::homepage_Click() {
   if (companions::GoToHomePage(context())) UnloadForm();
-}
-
-void frmMain::mnuFileExit_Click() {
-  UnloadForm();
-}
-
-void frmMain::Help_Click() {
-  companions::OpenManual(context());
-}
-
-void frmMain::mnuHelpSearchForHelpOn_Click() {
-  companions::SearchHelp(context());
 }
 
 void frmMain::mnuViewToolbar_Click() {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QPointer>
 #include <QRect>
 #include <QString>
 #include <memory>
@@ -13,7 +12,7 @@ class QAction;
 namespace kestrix {
 
 class CutLabel;
-class frmDocument;
+class Documents;
 
 namespace Ui {
 class frmMain;
@@ -68,9 +67,7 @@ class frmMain : public SessionForm, public Frame {
   void resizeEvent(QResizeEvent* event) override;
 
  private:
-  void ConnectFile();
-  void ConnectHidden();
-  void ConnectToolBar();
+  void ConnectCommands();
   void ConnectPlaceholders();
   void SettleMenu();
   void SettleToolBar();
@@ -87,47 +84,17 @@ class frmMain : public SessionForm, public Frame {
 
   // Commands.
   void mnuDatamnfrm_Click();
-  void custmztnFrm_Click();
   void Bkup_Click();
   void RtrBkUp_Click();
   void homepage_Click();
-  void mnuFileExit_Click();
-  void Help_Click();
-  void mnuHelpSearchForHelpOn_Click();
   void mnuViewToolbar_Click();
   void mnuViewStatusBar_Click();
   void Placeholder(const QString& text);
 
-  // Document children.
-  void LoadNewDoc();
-  void ShowChild(frmDocument& child);
-  [[nodiscard]] frmDocument* ActiveChild() const;
-  /// In front of the others, so that a notice is seen.
-  [[nodiscard]] frmDocument& OwnChild();
-  void mnuFileNew_Click();
-  void mnuFileOpen_Click();
-  void mnuFileSave_Click();
-  void mnuFileSaveAs_Click();
-  void mnuFilePageSetup_Click();
-  void mnuFilePrint_Click();
-  void mnuEditCut_Click();
-  void mnuEditCopy_Click();
-  void mnuEditPaste_Click();
-  void mnuWindowNewWindow_Click();
-  void mnuWindowCascade_Click();
-  void mnuWindowTileHorizontal_Click();
-  void mnuWindowTileVertical_Click();
-  void mnuWindowArrangeIcons_Click();
-  /// 0 cascade, 1 tile horizontal, 2 tile vertical, 3 arrange icons.
-  void Arrange(int how);
-  void Tile(Qt::Orientation orientation);
-  void ArrangeIcons();
-
   std::unique_ptr<Ui::frmMain> ui_;
-  CutLabel* panel_ = nullptr;   ///< the first one of the status bar
-  qint32 document_number_ = 0;  ///< the running number of new children
-  QRect normal_place_;          ///< where it goes back to when it is maximised no more
-  QPointer<frmDocument> own_;   ///< the child that the frame writes its notices into
+  std::unique_ptr<Documents> documents_;
+  CutLabel* panel_ = nullptr;  ///< the first one of the status bar
+  QRect normal_place_;         ///< where it goes back to when it is maximised no more
 };
 
 }  // namespace kestrix

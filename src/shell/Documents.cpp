@@ -1,4 +1,4 @@
-// The document children of the frame and the commands that work on them.
+#include "shell/Documents.h"
 
 #include <QLayout>
 #include <QMdiArea>
@@ -6,11 +6,10 @@
 #include <algorithm>
 
 #include "formkit/Controls.h"
-#include "platform/Failure.h"
+#include "formkit/DrawnIcon.h"
 #include "shell/CommonDialog.h"
 #include "shell/frmDocument.h"
 #include "shell/frmMain.h"
-#include "ui_frmMain.h"
 
 namespace kestrix {
 namespace {
@@ -42,28 +41,32 @@ QList<QMdiSubWindow*> ChildrenThatAre(const QMdiArea& area, bool minimised) {
 
 }  // namespace
 
-void frmMain::LoadNewDoc() {
-  if (session().DocumentCount == 0) document_number_ = 0;
-  ++document_number_;
-  auto* child = new frmDocument(session(), *this);
+Documents::Documents(Context& context, frmMain& frame, QMdiArea& area)
+    : context_(context), frame_(frame), area_(area) {}
+
+void Documents::New() {
+  if (context_.session.DocumentCount == 0) number_ = 0;
+  ++number_;
+  auto* child = new frmDocument(context_.session, frame_);
   ShowChild(*child);
-  session().DocumentCount = document_number_;
+  context_.session.DocumentCount = number_;
   if (!own_) own_ = child;
 }
 
-void frmMain::ShowChild(frmDocument& child) {
+void Documents::ShowChild(frmDocument& child) {
   // As large as designed, and each a step further down, as far as the frame has room for it.
-  layout()->activate();
+  frame_.layout()->activate();
   // With a large font the bars grow by a pixel when they are first shown.
-  const QSize room = ui_->mdiArea->maximumViewportSize() - QSize(0, 2);
+  const QSize room = area_.maximumViewportSize() - QSize(0, 2);
   const QSize design = child.size();
-  connect(&child, &frmDocument::Pasting, this,
-          [this, &child](const QString& text) { Guarded([&] { child.SetSelRTF(text); }); });
-  QMdiSubWindow* window = ui_->mdiArea->addSubWindow(&child);
+  QObject::connect(&child, &frmDocument::Pasting, &frame_, [this, &child](const QString& text) {
+    frame_.Guarded([&] { child.SetSelRTF(text); });
+  });
+  QMdiSubWindow* window = area_.addSubWindow(&child);
   window->setAttribute(Qt::WA_DeleteOnClose);
-  window->setWindowIcon(ui_->tbNew->icon());
+  window->setWindowIcon(DrawnIcon(Drawing::kPage));
   const QSize extent = design.grownBy(window->layout()->contentsMargins());
-  const int further = (document_number_ - 1) * kStep;
+  const int further = (number_ - 1) * kStep;
   const QPoint place(PlaceWithin(room.width(), extent.width(), further),
                      PlaceWithin(room.height(), extent.height(), further));
   window->resize(extent.boundedTo(room - QSize(place.x(), place.y())));
@@ -72,136 +75,104 @@ void frmMain::ShowChild(frmDocument& child) {
   if (!window->isMaximized()) window->move(place);
 }
 
-frmDocument* frmMain::ActiveChild() const {
-  const QMdiSubWindow* window = ui_->mdiArea->currentSubWindow();
+frmDocument* Documents::Active() const {
+  const QMdiSubWindow* window = area_.currentSubWindow();
   auto* child = window ? qobject_cast<frmDocument*>(window->widget()) : nullptr;
   return child && !child->IsClosed() ? child : nullptr;
 }
 
-frmDocument& frmMain::OwnChild() {
+frmDocument& Documents::Own() {
   // A child that has become the user's is never written over.
   if (own_ && (own_->IsClosed() || !own_->IsUntouched())) own_ = nullptr;
-  if (!own_) LoadNewDoc();
+  if (!own_) New();
   auto* window = qobject_cast<QMdiSubWindow*>(own_->parentWidget());
   if (window->isMinimized()) window->showNormal();
-  ui_->mdiArea->setActiveSubWindow(window);
+  area_.setActiveSubWindow(window);
   return *own_;
 }
 
-void frmMain::mnuFileNew_Click() {
-  LoadNewDoc();
-}
-
-void frmMain::mnuWindowNewWindow_Click() {
-  LoadNewDoc();
-}
-
-void frmMain::mnuFileOpen_Click() {
-  if (!ActiveChild()) LoadNewDoc();
-  dialog().DialogTitle = QStringLiteral("Open");
-  dialog().Filter = kAnyFile;
-  dialog().ShowOpen();
-  const QString name = dialog().FileName;
+void Documents::Open() {
+  if (!Active()) New();
+  context_.dialog.DialogTitle = QStringLiteral("Open");
+  context_.dialog.Filter = kAnyFile;
+  context_.dialog.ShowOpen();
+  const QString name = context_.dialog.FileName;
   if (name.isEmpty()) return;
-  if (!ActiveChild()) LoadNewDoc();
-  frmDocument* child = ActiveChild();
+  if (!Active()) New();
+  frmDocument* child = Active();
   const WaitCursor cursor;
   child->LoadFile(name);
   child->SetCaption(name);
 }
 
-void frmMain::mnuFileSave_Click() {
-  frmDocument* child = ActiveChild();
+void Documents::Save() {
+  frmDocument* child = Active();
   if (!child) return;
   if (!child->Caption().startsWith(kUnnamed)) return child->SaveFile(child->Caption());
-  dialog().DialogTitle = QStringLiteral("Save");
-  dialog().Filter = kDocumentFile;
-  dialog().ShowSave();
-  const QString name = dialog().FileName;
+  context_.dialog.DialogTitle = QStringLiteral("Save");
+  context_.dialog.Filter = kDocumentFile;
+  context_.dialog.ShowSave();
+  const QString name = context_.dialog.FileName;
   if (name.isEmpty()) return;
   child->SetCaption(name);
   child->SaveFile(name + kExtension);
 }
 
-void frmMain::mnuFileSaveAs_Click() {
-  frmDocument* child = ActiveChild();
+void Documents::SaveAs() {
+  frmDocument* child = Active();
   if (!child) return;
-  dialog().DialogTitle = QStringLiteral("Save As");
-  dialog().Filter = kDocumentFile;
-  dialog().ShowSave();
-  const QString name = dialog().FileName;
+  context_.dialog.DialogTitle = QStringLiteral("Save As");
+  context_.dialog.Filter = kDocumentFile;
+  context_.dialog.ShowSave();
+  const QString name = context_.dialog.FileName;
   if (name.isEmpty()) return;
   child->SetCaption(name);
   child->SaveFile(name);
 }
 
-void frmMain::mnuFilePageSetup_Click() {
+void Documents::PageSetup() {
   PassOver([this] {
-    dialog().DialogTitle = QStringLiteral("Page Setup");
-    (void)dialog().ShowPrinter(false);
+    context_.dialog.DialogTitle = QStringLiteral("Page Setup");
+    (void)context_.dialog.ShowPrinter(false);
   });
 }
 
-void frmMain::mnuFilePrint_Click() {
-  const frmDocument* child = ActiveChild();
+void Documents::Print() {
+  const frmDocument* child = Active();
   if (!child) return;
   PassOver([&] {
-    dialog().DialogTitle = QStringLiteral("Print");
-    if (dialog().ShowPrinter(child->HasSelection())) child->SelPrint(platform().printing);
+    context_.dialog.DialogTitle = QStringLiteral("Print");
+    if (context_.dialog.ShowPrinter(child->HasSelection()))
+      child->SelPrint(context_.kit.platform.printing);
   });
 }
 
-void frmMain::mnuEditCut_Click() {
-  frmDocument* child = ActiveChild();
+void Documents::Cut() {
+  frmDocument* child = Active();
   if (!child) return;
-  mnuEditCopy_Click();
+  Copy();
   child->RemoveSelection();
 }
 
-void frmMain::mnuEditCopy_Click() {
-  const frmDocument* child = ActiveChild();
+void Documents::Copy() {
+  const frmDocument* child = Active();
   if (!child) return;
-  platform().clipboard.Clear();
-  platform().clipboard.SetText(child->SelRTF());
+  context_.kit.platform.clipboard.Clear();
+  context_.kit.platform.clipboard.SetText(child->SelRTF());
 }
 
-void frmMain::mnuEditPaste_Click() {
-  if (frmDocument* child = ActiveChild()) child->SetSelRTF(platform().clipboard.Text());
+void Documents::Paste() {
+  if (frmDocument* child = Active()) child->SetSelRTF(context_.kit.platform.clipboard.Text());
 }
 
-void frmMain::mnuWindowCascade_Click() {
-  Arrange(0);
+void Documents::Cascade() {
+  area_.cascadeSubWindows();
 }
 
-void frmMain::mnuWindowTileHorizontal_Click() {
-  Arrange(1);
-}
-
-void frmMain::mnuWindowTileVertical_Click() {
-  Arrange(2);
-}
-
-void frmMain::mnuWindowArrangeIcons_Click() {
-  Arrange(3);
-}
-
-void frmMain::Arrange(int how) {
-  switch (how) {
-    case 0:
-      return ui_->mdiArea->cascadeSubWindows();
-    case 1:
-      return Tile(Qt::Horizontal);
-    case 2:
-      return Tile(Qt::Vertical);
-    default:
-      return ArrangeIcons();
-  }
-}
-
-void frmMain::Tile(Qt::Orientation orientation) {
-  const auto children = ChildrenThatAre(*ui_->mdiArea, false);
+void Documents::Tile(Qt::Orientation orientation) {
+  const auto children = ChildrenThatAre(area_, false);
   if (children.isEmpty()) return;
-  const QSize room = ui_->mdiArea->maximumViewportSize();
+  const QSize room = area_.maximumViewportSize();
   const int count = static_cast<int>(children.size());
   // Horizontal tiles are wide and lie one above the other.
   const QSize tile = orientation == Qt::Horizontal ? QSize(room.width(), room.height() / count)
@@ -218,11 +189,11 @@ void frmMain::Tile(Qt::Orientation orientation) {
   }
 }
 
-void frmMain::ArrangeIcons() {
+void Documents::ArrangeIcons() {
   // In rows from the lower left corner, as far as the frame is wide.
-  const QSize room = ui_->mdiArea->maximumViewportSize();
+  const QSize room = area_.maximumViewportSize();
   QPoint corner(0, room.height());
-  const auto children = ChildrenThatAre(*ui_->mdiArea, true);
+  const auto children = ChildrenThatAre(area_, true);
   for (QMdiSubWindow* child : children) {
     if (corner.x() > 0 && corner.x() + child->width() > room.width())
       corner = QPoint(0, corner.y() - child->height());
