@@ -11,6 +11,7 @@
 #include "platform/FileSystem.h"
 #include "shell/Frame.h"
 #include "store/DataControl.h"
+#include "store/LookupList.h"
 #include "store/RecordSources.h"
 #include "ui_mnfrm.h"
 
@@ -30,7 +31,8 @@ mnfrm::mnfrm(Context& context)
       dtsorce1_(*new DataControl(QStringLiteral("dtsorce1"), this)),
       CboBxLstDB_(*new DataControl(QStringLiteral("CboBxLstDB"), this)),
       AccdDptBd_(*new DataControl(QStringLiteral("AccdDptBd"), this)),
-      Timer2_(*new QTimer(this)) {
+      Timer2_(*new QTimer(this)),
+      numbers_(*this, *ui_, dtsorce1_) {
   ui_->setupUi(this);
   Timer2_.setObjectName(QStringLiteral("Timer2"));
   Timer2_.setInterval(kTimerInterval);
@@ -83,13 +85,13 @@ void mnfrm::Connect() {
 
   ui_->NwESINo->grabShortcut(Qt::Key_Insert);
   GiveFindKeys(ui_->FndESINo);
-  On(ui_->NwESINo, &QPushButton::clicked, &mnfrm::NwESINo_Click);
-  OnGotFocus(ui_->ESI_No_temp, &mnfrm::ESI_No_temp_GotFocus);
+  On(ui_->NwESINo, &QPushButton::clicked, [this] { numbers_.Begin(); });
+  OnGotFocus(ui_->ESI_No_temp, [this] { SelectWhole(ui_->ESI_No_temp); });
   OnLostFocus(ui_->ESI_No_temp, &mnfrm::ESI_No_temp_LostFocus);
   OnLostFocus(ui_->ESI_No, &mnfrm::ESI_No_LostFocus);
   OnLostFocus(ui_->ProjectDescription, &mnfrm::ProjectDescription_LostFocus);
-  On(ui_->FndESINo, &QLineEdit::textChanged, &mnfrm::FndESINo_Change);
-  On(ui_->delteZapNo, &QPushButton::clicked, &mnfrm::delteZapNo_Click);
+  On(ui_->FndESINo, &QLineEdit::textChanged, [this] { numbers_.Find(); });
+  On(ui_->delteZapNo, &QPushButton::clicked, [this] { numbers_.Delete(); });
 
   OnGotFocus(ui_->PrjStgCbo, &mnfrm::PrjStgCbo_GotFocus);
   OnLostFocus(ui_->PrjStgCbo, &mnfrm::PrjStgCbo_LostFocus);
@@ -284,6 +286,16 @@ void mnfrm::QueryUnload() {
     Q_EMIT EvaluationFormUnloadRequested();
   } catch (const Failure&) {
     // The form goes all the same.
+  }
+}
+
+void mnfrm::ProjectDescription_LostFocus() {
+  try {
+    LastComboText_ = ui_->ProjectDescription->toPlainText();
+    if (LastComboText_.isEmpty()) ui_->ProjectDescription->setPlainText(lookup::kNone);
+    StoreProject();
+  } catch (const Failure&) {
+    // The row shows again what it holds.
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "projects/ProjectNumbers.h"
 #include "projects/RememberedStudies.h"
 #include "shell/SessionForm.h"
 
@@ -82,7 +83,7 @@ class mnfrm : public SessionForm, public ProjectInHand {
   void changeEvent(QEvent* event) override;
 
  private:
-  // mnfrm.cpp: its life, and the grid.
+  // mnfrm.cpp: its life, the description, and the grid.
   void Dress();
   void LockBoxes();
   void Connect();
@@ -99,31 +100,12 @@ class mnfrm : public SessionForm, public ProjectInHand {
   /// Stores the pending edit of the current project. What can't be stored stays on the screen and
   /// is tried again by the next commit. Fails as Commit does.
   void StoreProject();
+  void ESI_No_temp_LostFocus() { numbers_.LeaveEntry(); }
+  void ESI_No_LostFocus() { numbers_.Enter(); }
+  void ProjectDescription_LostFocus();
   void DB1_GotFocus();
   void DB1_LostFocus();
   void DB1_Click();
-
-  // mnfrm_numbers.cpp: project numbers, description, find, delete.
-  void NwESINo_Click();
-  void ESI_No_temp_GotFocus();
-  void ESI_No_temp_LostFocus();
-  void AskForNumber();
-  void ESI_No_LostFocus();
-  /// What follows the entry of a number. True when the focus was sent back to the entry box.
-  bool EnterNumber();
-  /// Stands on the project of that number; past the last one when there is none.
-  [[nodiscard]] bool WalkToNumber(const QString& number);
-  /// Goes to the project that exists already, if the person wishes; true when not.
-  [[nodiscard]] bool RefuseDuplicate(const QString& number);
-  void AddOrTell(const QString& number);
-  void AddProject(const QString& number);
-  void FillNewProject(const QString& number);
-  /// The number of the project in hand in place of the entry box.
-  void ShowNumber();
-  void ProjectDescription_LostFocus();
-  void FndESINo_Change();
-  void delteZapNo_Click();
-  void DeleteProject();
 
   // mnfrm_stages.cpp: the list of project stages.
   void PrjStgCbo_GotFocus();
@@ -152,10 +134,9 @@ class mnfrm : public SessionForm, public ProjectInHand {
   DataControl& AccdDptBd_;   ///< given the support database at load, and not used further
   QTimer& Timer2_;  ///< runs from the first start of the reports on; nothing follows its tick
 
+  ProjectNumbers numbers_;
   RememberedStudies remembered_;
-  QString LastComboText_;         ///< scratch text of PrjStgCbo and of ProjectDescription
-  QString EnteredProjectNumber_;  ///< the number that is being entered
-  bool DuplicateAnswered_ = false;
+  QString LastComboText_;  ///< scratch text of PrjStgCbo and of ProjectDescription
 };
 
 }  // namespace kestrix

@@ -12,7 +12,7 @@ namespace {
 const QString kTitle = "BELTROVAN";
 const QString kPrompt = "Enter Project Number.";
 
-class MnfrmNumbersTest : public MnfrmTest {
+class ProjectNumbersTest : public MnfrmTest {
  protected:
   void SetUp() override { installation.GivenStudy(1); }
 
@@ -38,7 +38,7 @@ class MnfrmNumbersTest : public MnfrmTest {
 
 // ---------------------------------------------------------------- a new number
 
-TEST_F(MnfrmNumbersTest, ANewNumberBecomesAProjectWithItsFirstValues) {
+TEST_F(ProjectNumbersTest, ANewNumberBecomesAProjectWithItsFirstValues) {
   GivenProjects({"P1", "P2"});
   OpenOrganisation("ACME", 1);
   TypeNewNumber("P3");
@@ -55,7 +55,7 @@ TEST_F(MnfrmNumbersTest, ANewNumberBecomesAProjectWithItsFirstValues) {
   ExpectEntryIsDone();
 }
 
-TEST_F(MnfrmNumbersTest, NumbersAreAddedToTheLetterAndOthersOrganisationsOnesAreFree) {
+TEST_F(ProjectNumbersTest, NumbersAreAddedToTheLetterAndOthersOrganisationsOnesAreFree) {
   GivenProjects({"P1"}, "Second works");
   OpenOrganisation("ACME", 1);
   QStringList stored = {"P1"};
@@ -73,7 +73,7 @@ TEST_F(MnfrmNumbersTest, NumbersAreAddedToTheLetterAndOthersOrganisationsOnesAre
   EXPECT_EQ(StoredNumbers().last(), QString(255, u'n'));
 }
 
-TEST_F(MnfrmNumbersTest, AClickElsewhereEndsTheEntryAsTabDoes) {
+TEST_F(ProjectNumbersTest, AClickElsewhereEndsTheEntryAsTabDoes) {
   OpenOrganisation("ACME", 1);
   TypeNewNumber("P1");
   Click("preparedbyTxt");
@@ -81,7 +81,7 @@ TEST_F(MnfrmNumbersTest, AClickElsewhereEndsTheEntryAsTabDoes) {
   ExpectEntryIsDone();
 }
 
-TEST_F(MnfrmNumbersTest, ALeadingBlankIsRefusedAndTheBoxIsPaintedUntilTheNumberIsMended) {
+TEST_F(ProjectNumbersTest, ALeadingBlankIsRefusedAndTheBoxIsPaintedUntilTheNumberIsMended) {
   OpenOrganisation("ACME", 1);
   TypeNewNumber("  12");
   desk.messages.ExpectTell(Icon::kCritical, kTitle, "Can not begin with a space.");
@@ -99,7 +99,7 @@ TEST_F(MnfrmNumbersTest, ALeadingBlankIsRefusedAndTheBoxIsPaintedUntilTheNumberI
   EXPECT_TRUE(EntryIsBold());
 }
 
-TEST_F(MnfrmNumbersTest, ACommandThatWasPressedBehindARefusalIsNotCarriedOut) {
+TEST_F(ProjectNumbersTest, ACommandThatWasPressedBehindARefusalIsNotCarriedOut) {
   GivenProjects({"P1"});
   OpenOrganisation("ACME", 1);
   TypeNewNumber(" 1");
@@ -109,7 +109,7 @@ TEST_F(MnfrmNumbersTest, ACommandThatWasPressedBehindARefusalIsNotCarriedOut) {
   EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
 }
 
-TEST_F(MnfrmNumbersTest, AnEmptyEntryAsksForANumberAndHoldsTheFocusUntilOneIsTyped) {
+TEST_F(ProjectNumbersTest, AnEmptyEntryAsksForANumberAndHoldsTheFocusUntilOneIsTyped) {
   OpenOrganisation("ACME", 1);
   Click("NwESINo");
   ExpectEntryIsOpen();
@@ -126,7 +126,7 @@ TEST_F(MnfrmNumbersTest, AnEmptyEntryAsksForANumberAndHoldsTheFocusUntilOneIsTyp
   ExpectEntryIsDone();
 }
 
-TEST_F(MnfrmNumbersTest, ThePromptItselfCountsAsEmpty) {
+TEST_F(ProjectNumbersTest, ThePromptItselfCountsAsEmpty) {
   OpenOrganisation("ACME", 1);
   TypeNewNumber(kPrompt);
   PressTab();
@@ -137,7 +137,7 @@ TEST_F(MnfrmNumbersTest, ThePromptItselfCountsAsEmpty) {
   EXPECT_TRUE(StoredNumbers().isEmpty());
 }
 
-TEST_F(MnfrmNumbersTest, AnEntryIsNoObstacleToClosingTheForm) {
+TEST_F(ProjectNumbersTest, AnEntryIsNoObstacleToClosingTheForm) {
   OpenOrganisation("ACME", 1);
   Click("NwESINo");
   CloseBox(*form);
@@ -145,7 +145,7 @@ TEST_F(MnfrmNumbersTest, AnEntryIsNoObstacleToClosingTheForm) {
   EXPECT_TRUE(StoredNumbers().isEmpty());
 }
 
-TEST_F(MnfrmNumbersTest, YesOnAKnownNumberGoesToThatProject) {
+TEST_F(ProjectNumbersTest, YesOnAKnownNumberGoesToThatProject) {
   GivenProjects({"P1", "P2", "P3"});
   OpenOrganisation("ACME", 1);
   TypeNewNumber("P2");
@@ -160,7 +160,7 @@ TEST_F(MnfrmNumbersTest, YesOnAKnownNumberGoesToThatProject) {
   ExpectEntryIsDone();
 }
 
-TEST_F(MnfrmNumbersTest, NoOnAKnownNumberAsksForAnotherOne) {
+TEST_F(ProjectNumbersTest, NoOnAKnownNumberAsksForAnotherOne) {
   GivenProjects({"P1", "P2"});
   OpenOrganisation("ACME", 1);
   TypeNewNumber("P2");
@@ -175,7 +175,7 @@ TEST_F(MnfrmNumbersTest, NoOnAKnownNumberAsksForAnotherOne) {
   ExpectEntryIsDone();
 }
 
-TEST_F(MnfrmNumbersTest, ARefusedNewProjectLeavesNothingBehind) {
+TEST_F(ProjectNumbersTest, ARefusedNewProjectLeavesNothingBehind) {
   GivenProjects({"P1", "P2"});
   OpenOrganisation("ACME", 1);
   RefuseEqual("Project_Number");
@@ -192,7 +192,7 @@ TEST_F(MnfrmNumbersTest, ARefusedNewProjectLeavesNothingBehind) {
   EXPECT_EQ(TextOf("ESI_No"), "P2");
 }
 
-TEST_F(MnfrmNumbersTest, WithoutAStudyANewNumberGoesNowhere) {
+TEST_F(ProjectNumbersTest, WithoutAStudyANewNumberGoesNowhere) {
   OpenOrganisation("ACME", 9);
   TypeNewNumber("P1");
   PressTab();
@@ -201,7 +201,7 @@ TEST_F(MnfrmNumbersTest, WithoutAStudyANewNumberGoesNowhere) {
   EXPECT_FALSE(QFile::exists(installation.Study(9)));
 }
 
-TEST_F(MnfrmNumbersTest, WithoutAnOrganisationANewNumberLeavesTheTemplateEmpty) {
+TEST_F(ProjectNumbersTest, WithoutAnOrganisationANewNumberLeavesTheTemplateEmpty) {
   GivenProjects({"P1"});
   OpenOrganisation("ACME", 1);
   form->LetGoOfStudy();
@@ -215,7 +215,7 @@ TEST_F(MnfrmNumbersTest, WithoutAnOrganisationANewNumberLeavesTheTemplateEmpty) 
   EXPECT_EQ(ReadFile(installation.Template()), untouched) << "every new study is a copy of it";
 }
 
-TEST_F(MnfrmNumbersTest, LeavingTheNumberItselfAsksForANumber) {
+TEST_F(ProjectNumbersTest, LeavingTheNumberItselfAsksForANumber) {
   GivenProjects({"P1"});
   OpenOrganisation("ACME", 1);
   Control<QLineEdit>("ESI_No").setEnabled(true);
@@ -226,7 +226,7 @@ TEST_F(MnfrmNumbersTest, LeavingTheNumberItselfAsksForANumber) {
   EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
 }
 
-TEST_F(MnfrmNumbersTest, AnotherUsersNewProjectsAppearWithTheNextAdd) {
+TEST_F(ProjectNumbersTest, AnotherUsersNewProjectsAppearWithTheNextAdd) {
   GivenProjects({"P1"});
   OpenOrganisation("ACME", 1);
   GivenProjects({"P2"});
@@ -241,7 +241,7 @@ TEST_F(MnfrmNumbersTest, AnotherUsersNewProjectsAppearWithTheNextAdd) {
   EXPECT_NE(Stored("P2", "Project_phase"), "Pilot run");
 }
 
-TEST_F(MnfrmNumbersTest, ANumberThatAnotherUserHasGivenMeanwhileIsKnown) {
+TEST_F(ProjectNumbersTest, ANumberThatAnotherUserHasGivenMeanwhileIsKnown) {
   GivenProjects({"P1"});
   OpenOrganisation("ACME", 1);
   GivenProjects({"P2"});
@@ -254,7 +254,7 @@ TEST_F(MnfrmNumbersTest, ANumberThatAnotherUserHasGivenMeanwhileIsKnown) {
   ExpectEntryIsDone();
 }
 
-TEST_F(MnfrmNumbersTest, ANewProjectIsInHandThoughSomebodyElseAddedOneInTheSameMoment) {
+TEST_F(ProjectNumbersTest, ANewProjectIsInHandThoughSomebodyElseAddedOneInTheSameMoment) {
   GivenProjects({"P1"});
   OpenOrganisation("ACME", 1);
   QObject::connect(&Control<DataControl>("dtsorce1"), &DataControl::RowInserted, form,
@@ -266,7 +266,7 @@ TEST_F(MnfrmNumbersTest, ANewProjectIsInHandThoughSomebodyElseAddedOneInTheSameM
   ExpectEntryIsDone();
 }
 
-TEST_F(MnfrmNumbersTest, ProjectsThatAnotherUserDeletedDoNotDisturbANewOne) {
+TEST_F(ProjectNumbersTest, ProjectsThatAnotherUserDeletedDoNotDisturbANewOne) {
   GivenProjects({"P1", "P2", "P3"});
   OpenOrganisation("ACME", 1);
   Exec(installation.Study(1), "DELETE FROM Project_details WHERE Project_Number<>'P2'");
@@ -280,7 +280,7 @@ TEST_F(MnfrmNumbersTest, ProjectsThatAnotherUserDeletedDoNotDisturbANewOne) {
 
 // ---------------------------------------------------------------- find
 
-TEST_F(MnfrmNumbersTest, FindStandsOnTheFirstNumberThatBeginsWithTheText) {
+TEST_F(ProjectNumbersTest, FindStandsOnTheFirstNumberThatBeginsWithTheText) {
   GivenProjects({"A-1", "B-1", "B-2", "b-3"});
   OpenOrganisation("ACME", 1);
   for (const auto& [text, row] : {std::pair("B", 1), std::pair("B-2", 2), std::pair("b", 3),
@@ -291,7 +291,7 @@ TEST_F(MnfrmNumbersTest, FindStandsOnTheFirstNumberThatBeginsWithTheText) {
   }
 }
 
-TEST_F(MnfrmNumbersTest, WithoutAMatchNoProjectIsCurrentAndTheEntryBoxSaysSo) {
+TEST_F(ProjectNumbersTest, WithoutAMatchNoProjectIsCurrentAndTheEntryBoxSaysSo) {
   GivenProjects({"A-1", "B-1"});
   OpenOrganisation("ACME", 1);
   TypeInto("FndESINo", "Z");
@@ -303,7 +303,7 @@ TEST_F(MnfrmNumbersTest, WithoutAMatchNoProjectIsCurrentAndTheEntryBoxSaysSo) {
   EXPECT_FALSE(IsVisible("ESI_No_temp"));
 }
 
-TEST_F(MnfrmNumbersTest, WhatAFindLeftInTheEntryBoxIsOverwrittenByTheNextNumber) {
+TEST_F(ProjectNumbersTest, WhatAFindLeftInTheEntryBoxIsOverwrittenByTheNextNumber) {
   GivenProjects({"A-1"});
   OpenOrganisation("ACME", 1);
   TypeInto("FndESINo", "Z");
@@ -315,7 +315,8 @@ TEST_F(MnfrmNumbersTest, WhatAFindLeftInTheEntryBoxIsOverwrittenByTheNextNumber)
   ExpectEntryIsDone();
 }
 
-TEST_F(MnfrmNumbersTest, LeavingTheBoxesPastTheLastProjectShowsTheirPlaceholdersAndStoresNothing) {
+TEST_F(ProjectNumbersTest,
+       LeavingTheBoxesPastTheLastProjectShowsTheirPlaceholdersAndStoresNothing) {
   GivenProjects({"A-1"});
   const auto before = RowsOf(installation.Study(1), "Project_details");
   OpenOrganisation("ACME", 1);
@@ -329,21 +330,21 @@ TEST_F(MnfrmNumbersTest, LeavingTheBoxesPastTheLastProjectShowsTheirPlaceholders
   EXPECT_EQ(RowsOf(installation.Study(1), "Project_details"), before);
 }
 
-TEST_F(MnfrmNumbersTest, FindInAnEmptyListDoesNothing) {
+TEST_F(ProjectNumbersTest, FindInAnEmptyListDoesNothing) {
   OpenOrganisation("ACME", 1);
   TypeInto("FndESINo", "Z");
   EXPECT_EQ(TextOf("ESI_No_temp"), "");
   EXPECT_TRUE(desk.messages.Shown().isEmpty());
 }
 
-TEST_F(MnfrmNumbersTest, FindWithoutAnyRowsOpenedDoesNothing) {
+TEST_F(ProjectNumbersTest, FindWithoutAnyRowsOpenedDoesNothing) {
   Open<mnfrm>();
   TypeInto("FndESINo", "Z");
   EXPECT_EQ(TextOf("FndESINo"), "Z");
   EXPECT_TRUE(desk.messages.Shown().isEmpty());
 }
 
-TEST_F(MnfrmNumbersTest, FindOverManyProjectsShowsItsResultOnce) {
+TEST_F(ProjectNumbersTest, FindOverManyProjectsShowsItsResultOnce) {
   GivenManyProjects(10000);
   OpenOrganisation("ACME", 1);
   QSignalSpy shown(&Control<DataControl>("dtsorce1"), &DataControl::Shown);
@@ -356,7 +357,7 @@ TEST_F(MnfrmNumbersTest, FindOverManyProjectsShowsItsResultOnce) {
   EXPECT_EQ(TextOf("ESI_No"), "");
 }
 
-TEST_F(MnfrmNumbersTest, FindStoresWhatWasTypedForTheProjectThatIsLeft) {
+TEST_F(ProjectNumbersTest, FindStoresWhatWasTypedForTheProjectThatIsLeft) {
   GivenProjects({"A-1", "B-1"});
   OpenOrganisation("ACME", 1);
   TypeInto("preparedbyTxt", "Ann");
@@ -364,7 +365,7 @@ TEST_F(MnfrmNumbersTest, FindStoresWhatWasTypedForTheProjectThatIsLeft) {
   EXPECT_EQ(Stored("A-1", "preparedBytxt"), "Ann");
 }
 
-TEST_F(MnfrmNumbersTest, FindPassesProjectsThatAnotherUserDeleted) {
+TEST_F(ProjectNumbersTest, FindPassesProjectsThatAnotherUserDeleted) {
   GivenProjects({"A-1", "A-2", "B-1"});
   OpenOrganisation("ACME", 1);
   Exec(installation.Study(1), "DELETE FROM Project_details WHERE Project_Number='A-2'");
@@ -374,7 +375,7 @@ TEST_F(MnfrmNumbersTest, FindPassesProjectsThatAnotherUserDeleted) {
 
 // ---------------------------------------------------------------- delete
 
-class MnfrmDeleteTest : public MnfrmNumbersTest {
+class MnfrmDeleteTest : public ProjectNumbersTest {
  protected:
   void ExpectQuestion(const QString& number, Button answer) {
     desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
@@ -459,7 +460,7 @@ TEST_F(MnfrmDeleteTest, ALaterProjectOfTheNumberInheritsWhatStayed) {
 
 // ---------------------------------------------------------------- description
 
-TEST_F(MnfrmNumbersTest, ADescriptionIsStoredWhenItsBoxIsLeft) {
+TEST_F(ProjectNumbersTest, ADescriptionIsStoredWhenItsBoxIsLeft) {
   GivenProjects({"P1"});
   OpenOrganisation("ACME", 1);
   TypeInto("ProjectDescription", "Two lines\nof text");
@@ -467,7 +468,7 @@ TEST_F(MnfrmNumbersTest, ADescriptionIsStoredWhenItsBoxIsLeft) {
   EXPECT_EQ(Stored("P1", "Project_Description"), "Two lines\nof text");
 }
 
-TEST_F(MnfrmNumbersTest, ABlankedDescriptionBecomesNone) {
+TEST_F(ProjectNumbersTest, ABlankedDescriptionBecomesNone) {
   GivenProjects({"P1"});
   OpenOrganisation("ACME", 1);
   TypeInto("ProjectDescription", "");
@@ -476,7 +477,7 @@ TEST_F(MnfrmNumbersTest, ABlankedDescriptionBecomesNone) {
   EXPECT_EQ(Stored("P1", "Project_Description"), "None.");
 }
 
-TEST_F(MnfrmNumbersTest, ARefusedDescriptionStaysToBeMendedAndHoldsItsProject) {
+TEST_F(ProjectNumbersTest, ARefusedDescriptionStaysToBeMendedAndHoldsItsProject) {
   GivenProjects({"P1"});
   installation.GivenProject(1, "P2", "ACME", {{"Project_Description", "taken"}});
   OpenOrganisation("ACME", 1);
@@ -496,7 +497,7 @@ TEST_F(MnfrmNumbersTest, ARefusedDescriptionStaysToBeMendedAndHoldsItsProject) {
   EXPECT_EQ(Stored("P1", "Project_Description"), "free");
 }
 
-TEST_F(MnfrmNumbersTest, AStudyThatARestoreReplacedIsToldAndTheTextStaysToBeCopied) {
+TEST_F(ProjectNumbersTest, AStudyThatARestoreReplacedIsToldAndTheTextStaysToBeCopied) {
   GivenProjects({"P1", "P2"});
   OpenOrganisation("ACME", 1);
   TypeInto("ProjectDescription", "mine");
@@ -516,7 +517,7 @@ TEST_F(MnfrmNumbersTest, AStudyThatARestoreReplacedIsToldAndTheTextStaysToBeCopi
   EXPECT_EQ(Stored("P1", "Project_Description"), "N.A.");
 }
 
-TEST_F(MnfrmNumbersTest, LeavingTheDescriptionStoresThePreparerTypedBefore) {
+TEST_F(ProjectNumbersTest, LeavingTheDescriptionStoresThePreparerTypedBefore) {
   GivenProjects({"P1"});
   OpenOrganisation("ACME", 1);
   TypeInto("preparedbyTxt", "Ann");
@@ -526,7 +527,7 @@ TEST_F(MnfrmNumbersTest, LeavingTheDescriptionStoresThePreparerTypedBefore) {
   EXPECT_EQ(Stored("P1", "preparedBytxt"), "Ann");
 }
 
-TEST_F(MnfrmNumbersTest, TheLongestDescriptionIsStoredAndMoreIsRefused) {
+TEST_F(ProjectNumbersTest, TheLongestDescriptionIsStoredAndMoreIsRefused) {
   GivenProjects({"P1"});
   OpenOrganisation("ACME", 1);
   Click("ProjectDescription");
