@@ -5,9 +5,7 @@
 #include <QSignalBlocker>
 
 #include "formkit/Controls.h"
-#include "organisations/OrganisationRows.h"
 #include "platform/FileSystem.h"
-#include "store/RecordSources.h"
 #include "ui_Orgfrm.h"
 
 namespace kestrix {
@@ -29,7 +27,8 @@ QString FromEntry(QString caption) {
 
 }  // namespace
 
-Orgfrm::Orgfrm(Context& context) : SessionForm(context), ui_(std::make_unique<Ui::Orgfrm>()) {
+Orgfrm::Orgfrm(Context& context)
+    : SessionForm(context), ui_(std::make_unique<Ui::Orgfrm>()), register_(context, this) {
   ui_->setupUi(this);
   // Names are typed into the text box, which lies over the combo's own line.
   ui_->orgnmecbo->lineEdit()->setReadOnly(true);
@@ -55,7 +54,8 @@ Orgfrm::~Orgfrm() = default;
 void Orgfrm::Load() {
   try {
     files().ChangeFolder(installation().ApplicationFolder());
-    OpenRegister();
+    session().OrgDbPath = installation().Register();
+    ListNames(register_.Open(session().OrgDbPath));
     session().OrgEntryMode = kIdle;
     ui_->orgnmecbotxt->setText(Name());
   } catch (const Failure&) {
@@ -67,23 +67,8 @@ void Orgfrm::Load() {
   }
 }
 
-void Orgfrm::OpenRegister() {
-  session().OrgDbPath = installation().Register();
-  Orgndata_.SetRecordSource(sources::kOrgtnTable);
-  for (DataControl* source : {&Orgndata_, &orgtmpRcd_, &DeltRcd_}) {
-    source->SetDatabaseName(session().OrgDbPath);
-  }
-  RefreshNames();
-  orgtmpRcd_.SetRecordSource(sources::kOrgtmp);
-  orgtmpRcd_.Refresh();
-  DeltRcd_.SetRecordSource(sources::kOrgtn);
-  DeltRcd_.Refresh();
-}
-
-/// Opens the organisations anew; the combo lists them, and its text stays.
-void Orgfrm::RefreshNames() {
-  Orgndata_.Refresh();
-  const QStringList names = Orgndata_.Recordset().Texts(kOrgName);
+/// The combo lists the names, and its text stays.
+void Orgfrm::ListNames(const QStringList& names) {
   const QString name = Name();
   const QSignalBlocker silent(ui_->orgnmecbo);
   ui_->orgnmecbo->clear();
@@ -107,11 +92,10 @@ bool Orgfrm::IsAdding() const {
 /// A restore below this form, or another user, has changed the register. A name that is listed no
 /// more is no choice any more. Not below a command whose message is up: it stands on its row.
 void Orgfrm::ReadRegisterAgain() {
-  if (deleting_ || Orgndata_.Recordset().HasPendingEdit()) return;
+  if (deleting_ || register_.Organisations().HasPendingEdit()) return;
   const auto listed = [this] { return ui_->orgnmecbo->findText(Name(), Qt::MatchExactly) >= 0; };
   const bool was_listed = listed();
-  for (DataControl* source : {&orgtmpRcd_, &DeltRcd_}) source->Refresh();
-  RefreshNames();
+  ListNames(register_.Open(session().OrgDbPath));
   if (!was_listed || listed()) return;
   SetName(kNoOrganisation);
   ui_->orgnmecbotxt->setText(kNoOrganisation);
@@ -120,7 +104,7 @@ void Orgfrm::ReadRegisterAgain() {
 void Orgfrm::Activate() {
   try {
     ReadRegisterAgain();
-    if (Orgndata_.Recordset().RecordCount() == 0) {
+    if (register_.Count() == 0) {
       ui_->addorncmd->setEnabled(true);
       ui_->clsed->setEnabled(true);
     } else if (IsAdding()) {
@@ -218,24 +202,18 @@ void Orgfrm::DemandName() {
 }
 
 bool Orgfrm::AddOrganisation(const QString& name) {
-  RefreshNames();
-  Recordset& rows = Orgndata_.Recordset();
+  ListNames(register_.ReadNames());
   try {
-    rows.AddNew();
-    const Recordset::Attempt attempt(rows);
-    SetName(name);
-    rows.Set(kOrgName, name);
-    rows.Update();
+    register_.Add(name);
   } catch (const Failure& failure) {
     if (failure.number() != failure::kDuplicate) throw;
     OpenDuplicate();
     return false;
   }
-  RefreshNames();
+  ListNames(register_.ReadNames());
   ui_->clsd->setEnabled(true);
   FocusLater(ui_->clsd);
   ui_->clsed->setEnabled(false);
-  SetName(name);
   session().OrgEntryMode = kIdle;
   clsd_Click();
   return true;
@@ -254,13 +232,7 @@ void Orgfrm::OpenDuplicate() {
 
 void Orgfrm::fle_Click() {
   try {
-    Recordset& last = orgtmpRcd_.Recordset();
-    last.MoveFirst();
-    const qint64 number = last.Number(kLastStudyNumber);
-    Recordset& rows = Orgndata_.Recordset();
-    const auto has_number = [&](const QString& stored) { return stored.toLongLong() == number; };
-    if (!rows.Find(kStudyNumber, has_number)) return;
-    ui_->hstry->setText(AsEntry(rows.Text(kOrgName)));
+    ui_->hstry->setText(AsEntry(register_.NameOfLastOpened()));
   } catch (const Failure&) {
     // No organisation has that number any more: the entry keeps its caption.
   }
@@ -270,8 +242,7 @@ void Orgfrm::hstry_Click() {
   const QString name = FromEntry(ui_->hstry->text());
   if (name.isEmpty()) return;
   try {
-    Recordset& rows = Orgndata_.Recordset();
-    if (rows.RecordCount() > 0) static_cast<void>(WalkTo(rows, name, rows.RecordCount()));
+    register_.GoTo(name);
   } catch (const Failure&) {
     return;
   }

@@ -3,8 +3,8 @@
 #include <QString>
 #include <memory>
 
+#include "organisations/Register.h"
 #include "shell/SessionForm.h"
-#include "store/DataControl.h"
 
 namespace kestrix {
 
@@ -58,8 +58,7 @@ class Orgfrm : public SessionForm {
 
  private:
   // Orgfrm.cpp: its life, choosing, adding, history.
-  void OpenRegister();
-  void RefreshNames();
+  void ListNames(const QStringList& names);
   void ReadRegisterAgain();
   [[nodiscard]] QString Name() const;
   void SetName(const QString& name);
@@ -83,12 +82,7 @@ class Orgfrm : public SessionForm {
   void LeaveWithoutTemplate();
   void AskForName();
   void TakeUpOrganisation();
-  [[nodiscard]] bool LacksNumber();
   void NumberOrganisation();
-  [[nodiscard]] bool FindFreeNumber();
-  void StoreNumber(qint16 number);
-  void TakeStudyNumber();
-  void StoreInHistory();
 
   // Orgfrm_delete.cpp: removing an organisation with its study.
   void delte_Click();
@@ -97,15 +91,10 @@ class Orgfrm : public SessionForm {
   /// False when there is nothing to delete, or the person doesn't want it.
   [[nodiscard]] bool ConfirmDelete();
   void DeleteOrganisation();
-  void FindStudyToDelete();
   void ShowNoOrganisation();
 
   std::unique_ptr<Ui::Orgfrm> ui_;
-  DataControl Orgndata_{QStringLiteral("Orgndata"), this};    ///< the organisations
-  DataControl orgtmpRcd_{QStringLiteral("orgtmpRcd"), this};  ///< the study number opened last
-  /// A second view of the organisations, as they were when the form was loaded: only to find the
-  /// number of the study to delete.
-  DataControl DeltRcd_{QStringLiteral("DeltRcd"), this};
+  organisations::Register register_;
   QString EnteredOrgName_;
   bool deleting_ = false;   ///< a delete is in work
   bool gives_way_ = false;  ///< the form is to be unloaded behind it

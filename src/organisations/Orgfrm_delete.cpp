@@ -1,7 +1,6 @@
 #include <QScopedValueRollback>
 
 #include "formkit/Controls.h"
-#include "organisations/OrganisationRows.h"
 #include "organisations/Orgfrm.h"
 #include "organisations/StudyFiles.h"
 #include "platform/FileSystem.h"
@@ -15,9 +14,6 @@ namespace {
 
 /// Numbers of studies that are looked at for a lock sign.
 constexpr int kStudiesScanned = 1000;
-/// The counter of the search for the study to delete runs to this number, from 1, in such steps.
-constexpr int kSearchEnd = 10'000;
-constexpr int kSearchStep = 2;
 
 }  // namespace
 
@@ -55,7 +51,7 @@ void Orgfrm::DeleteWhatIsChosen() {
     const WaitCursor waiting;
     DeleteOrganisation();
   }
-  PassOver([this] { orgtmpRcd_.Recordset().MoveFirst(); });
+  PassOver([this] { register_.LastOpened().MoveFirst(); });
 }
 
 /// Whether this run, or anybody else's, has any study of the installation open, as far as it shows.
@@ -75,14 +71,13 @@ bool Orgfrm::ConfirmDelete() {
   PassOver(
       [this] {
         if (session().OrgEntryMode == kAdding) return;
-        Recordset& rows = Orgndata_.Recordset();
-        static_cast<void>(WalkTo(rows, EnteredOrgName_, rows.RecordCount()));
+        register_.GoTo(EnteredOrgName_);
       },
       [this] {
-        if (Orgndata_.Recordset().RecordCount() > 0) return;
+        if (register_.Count() > 0) return;
         SetName(kNoOrganisation);
         session().SelectedOrgName.clear();
-        RefreshNames();
+        ListNames(register_.ReadNames());
       });
   if (IsNoName(Name())) return false;
   return IsDeletionWished(
@@ -92,33 +87,16 @@ bool Orgfrm::ConfirmDelete() {
 
 void Orgfrm::DeleteOrganisation() {
   session().SelectedOrgName = Name();
-  PassOver(
-      [this] {
-        // The row that is found last opened has no second field to take a number from: the number
-        // of the active study stays.
-        Recordset& last = orgtmpRcd_.Recordset();
-        if (Orgndata_.Recordset().RecordCount() < 1) return;
-        last.MoveFirst();
-        if (last.Text(kLastStudyNumber) != session().ActiveOrgName) return;
-        session().ActiveStudyNo = Narrow(last.Number(kStudyNumber));
-      },
-      [this] { FindStudyToDelete(); },
-      [this] { DeleteStudyFiles(context(), [this] { Q_EMIT StudyReleaseRequested(); }); },
-      // The row goes in any case, also when its files couldn't be deleted.
-      [this] { Orgndata_.Recordset().Delete(); }, [this] { ShowNoOrganisation(); });
-}
-
-/// With no row of that name the number stays what it was.
-void Orgfrm::FindStudyToDelete() {
-  Recordset& rows = DeltRcd_.Recordset();
-  if (!WalkTo(rows, Name(), kSearchEnd / kSearchStep)) return;
-  session().LoopIndex = static_cast<qint16>(1 + (rows.AbsolutePosition() - 1) * kSearchStep);
-  session().DeleteStudyNo = Narrow(rows.Number(kStudyNumber));
+  PassOver([this] { register_.TakeLastNumberOf(session().ActiveOrgName); },
+           [this] { register_.FindStudyToDelete(Name()); },
+           [this] { DeleteStudyFiles(context(), [this] { Q_EMIT StudyReleaseRequested(); }); },
+           // The row goes in any case, also when its files couldn't be deleted.
+           [this] { register_.Organisations().Delete(); }, [this] { ShowNoOrganisation(); });
 }
 
 void Orgfrm::ShowNoOrganisation() {
   SetName(kNoOrganisation);
-  PassOver([this] { RefreshNames(); }, [this] { orgtmpRcd_.Refresh(); });
+  PassOver([this] { ListNames(register_.ReadNames()); }, [this] { register_.ReadLastOpened(); });
   ui_->orgnmecbotxt->setText(Name());
   ui_->addorncmd->setEnabled(true);
   ui_->clsed->setEnabled(true);
