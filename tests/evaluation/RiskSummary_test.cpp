@@ -1,5 +1,6 @@
 // What the form shows of the estimation.
 #include <QLabel>
+#include <array>
 
 #include "evaluation/EvaluationTest.h"
 
@@ -25,41 +26,47 @@ class RiskSummaryTest : public EvaluationTest {
   }
 };
 
-struct Index {
-  int index;
-  const char* caption;
-  QRgb colour;
+struct Indexes {
+  int before;
+  int after;
+  const char* text_before;
+  QRgb back_before;
+  const char* text_after;
+  QRgb back_after;
+  const char* verdict;
 };
 
-class RiskEvalFrm_1IndexTest : public RiskSummaryTest,
-                               public ::testing::WithParamInterface<Index> {};
-
-TEST_P(RiskEvalFrm_1IndexTest, ReadsWithItsWordAndColourBeforeAndAfter) {
-  GivenIndexes(GetParam().index, GetParam().index);
+TEST_F(RiskSummaryTest, IndexesReadWithTheirWordsTheirColoursAndTheVerdict) {
+  const char* const equal = "May require further risk reduction.";
+  // One after the other: an index without a band keeps the colour that was there.
+  const Indexes rows[] = {
+      {0, 0, "0 (No Risk)", kLow, "0 (No Risk)", kLow, "No Risk"},
+      {1, 1, "1 (Low Risk)", kLow, "1 (Low Risk)", kLow, equal},
+      {2, 2, "2 (Low Risk)", kLow, "2 (Low Risk)", kLow, equal},
+      {3, 3, "3 (Medium Risk)", kMedium, "3 (Medium Risk)", kMedium, equal},
+      {4, 4, "4 (Medium Risk)", kMedium, "4 (Medium Risk)", kMedium, equal},
+      {5, 5, "5 (High Risk)", kHigh, "5 (High Risk)", kHigh, equal},
+      {6, 6, "6 (High Risk)", kHigh, "6 (High Risk)", kHigh, equal},
+      {7, 9, "7", kHigh, "9", kHigh, "No"},
+      {0, 7, "0 (No Risk)", kLow, "0 (No Risk)", kHigh, "No"},
+      {5, 2, "5 (High Risk)", kHigh, "2 (Low Risk)", kLow, "Yes"},
+      {1, 3, "1 (Low Risk)", kLow, "3 (Medium Risk)", kMedium, "No"},
+  };
+  for (const Indexes& row : rows) GivenIndexes(row.before, row.after);
   OpenForm();
-  EXPECT_EQ(TextOf("RIBRtxt"), GetParam().caption);
-  EXPECT_EQ(BackOf("RIBRtxt"), GetParam().colour);
-  EXPECT_EQ(TextOf("RIARtxt"), GetParam().caption);
-  EXPECT_EQ(BackOf("RIARtxt"), GetParam().colour);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Indexes, RiskEvalFrm_1IndexTest,
-    ::testing::Values(Index{0, "0 (No Risk)", kLow}, Index{1, "1 (Low Risk)", kLow},
-                      Index{2, "2 (Low Risk)", kLow}, Index{3, "3 (Medium Risk)", kMedium},
-                      Index{4, "4 (Medium Risk)", kMedium}, Index{5, "5 (High Risk)", kHigh},
-                      Index{6, "6 (High Risk)", kHigh}));
-
-TEST_F(RiskSummaryTest, AFallenIndexReadsYes) {
-  GivenIndexes(5, 2);
-  OpenForm();
-  EXPECT_EQ(TextOf("RIBRtxt"), "5 (High Risk)");
-  EXPECT_EQ(BackOf("RIBRtxt"), kHigh);
-  EXPECT_EQ(TextOf("RIARtxt"), "2 (Low Risk)");
-  EXPECT_EQ(BackOf("RIARtxt"), kLow);
-  EXPECT_EQ(TextOf("RskRdsdtnY_N"), "Yes");
-  EXPECT_EQ(session.RiskIndexBefore, 5);
-  EXPECT_EQ(session.RiskIndexAfter, 2);
+  for (int i = 0; const Indexes& row : rows) {
+    SCOPED_TRACE(i);
+    ClickRow("DB1", i++);
+    EXPECT_EQ(TextOf("RIBRtxt"), row.text_before);
+    EXPECT_EQ(BackOf("RIBRtxt"), row.back_before);
+    EXPECT_EQ(TextOf("RIARtxt"), row.text_after);
+    EXPECT_EQ(BackOf("RIARtxt"), row.back_after);
+    EXPECT_EQ(TextOf("RskRdsdtnY_N"), row.verdict);
+    EXPECT_EQ(Control<QWidget>("RskRdsdtnY_N").accessibleDescription(), row.verdict)
+        << "the label beside the box only asks";
+    EXPECT_EQ(session.RiskIndexBefore, row.before);
+    EXPECT_EQ(session.RiskIndexAfter, row.after);
+  }
 }
 
 TEST_F(RiskSummaryTest, ALabelSaysWhyItReadsNoRisk) {
@@ -84,72 +91,33 @@ TEST_F(RiskSummaryTest, ALabelSaysWhyItReadsNoRisk) {
   EXPECT_EQ(tips(), (QStringList{"", "", unset, unset}));
 }
 
-TEST_F(RiskSummaryTest, EqualIndexesMayRequireFurtherReduction) {
-  GivenIndexes(4, 4);
+TEST_F(RiskSummaryTest, AClassReadsWithItsWordAndColour) {
+  struct Row {
+    int severity;
+    std::array<int, 3> scores;
+    const char* text;
+    QRgb back;
+  };
+  const Row rows[] = {{4, {2, 0, 0}, "2 (Medium Risk)", kMedium},
+                      {4, {0, 0, 0}, "0 (No Risk)", kNone},
+                      {0, {5, 5, 5}, "15 (No Risk)", kNone},
+                      // The matrix itself paints this cell red.
+                      {4, {2, 2, 2}, "6 (Medium Risk)", kMedium},
+                      {1, {2, 1, 1}, "4 (Low Risk)", kLow},
+                      // Outside the matrix, what is there stays.
+                      {5, {2, 1, 1}, "4 (Low Risk)", kLow},
+                      {1, {9, 9, 9}, "4 (Low Risk)", kLow}};
+  for (const auto& [severity, scores, text, back] : rows)
+    GivenScores(severity, scores[0], scores[1], scores[2]);
   OpenForm();
-  EXPECT_EQ(TextOf("RskRdsdtnY_N"), "May require further risk reduction.");
-  EXPECT_EQ(Control<QWidget>("RskRdsdtnY_N").accessibleDescription(), TextOf("RskRdsdtnY_N"))
-      << "the label beside the box only asks";
-}
-
-TEST_F(RiskSummaryTest, TwoZeroesReadNoRisk) {
-  GivenIndexes(0, 0);
-  OpenForm();
-  EXPECT_EQ(TextOf("RskRdsdtnY_N"), "No Risk");
-}
-
-TEST_F(RiskSummaryTest, ARisenIndexReadsNo) {
-  GivenIndexes(1, 3);
-  OpenForm();
-  EXPECT_EQ(TextOf("RskRdsdtnY_N"), "No");
-}
-
-TEST_F(RiskSummaryTest, AnIndexWithoutABandKeepsTheColourThatWasThere) {
-  GivenIndexes(5, 5);
-  GivenIndexes(7, 9);
-  OpenForm();
-  ClickRow("DB1", 1);
-  EXPECT_EQ(TextOf("RIBRtxt"), "7");
-  EXPECT_EQ(BackOf("RIBRtxt"), kHigh);
-  EXPECT_EQ(TextOf("RIARtxt"), "9");
-  EXPECT_EQ(BackOf("RIARtxt"), kHigh);
-}
-
-TEST_F(RiskSummaryTest, AZeroBeforeStaysInTheAfterLabelBesideAnIndexWithoutABand) {
-  GivenIndexes(0, 7);
-  OpenForm();
-  EXPECT_EQ(TextOf("RIBRtxt"), "0 (No Risk)");
-  EXPECT_EQ(TextOf("RIARtxt"), "0 (No Risk)");
-}
-
-TEST_F(RiskSummaryTest, AnUnfinishedClassOfTwoIsMediumAtSeverityFour) {
-  GivenScores(4, 2, 0, 0);
-  OpenForm();
-  EXPECT_EQ(TextOf("ClassScorLBL"), "2 (Medium Risk)");
-  EXPECT_EQ(BackOf("ClassScorLBL"), kMedium);
-  EXPECT_EQ(session.SeverityBefore, 4);
-  EXPECT_EQ(session.ClassBefore, 2);
-}
-
-TEST_F(RiskSummaryTest, AClassOfZeroIsNoRisk) {
-  GivenScores(4, 0, 0, 0);
-  OpenForm();
-  EXPECT_EQ(TextOf("ClassScorLBL"), "0 (No Risk)");
-  EXPECT_EQ(BackOf("ClassScorLBL"), kNone);
-}
-
-TEST_F(RiskSummaryTest, AClassWithoutASeverityIsNoRisk) {
-  GivenScores(0, 5, 5, 5);
-  OpenForm();
-  EXPECT_EQ(TextOf("ClassScorLBL"), "15 (No Risk)");
-  EXPECT_EQ(BackOf("ClassScorLBL"), kNone);
-}
-
-TEST_F(RiskSummaryTest, ACellThatTheMatrixPaintsRedIsOrangeHereWhenItSaysMedium) {
-  GivenScores(4, 2, 2, 2);
-  OpenForm();
-  EXPECT_EQ(TextOf("ClassScorLBL"), "6 (Medium Risk)");
-  EXPECT_EQ(BackOf("ClassScorLBL"), kMedium);
+  for (int i = 0; const auto& [severity, scores, text, back] : rows) {
+    SCOPED_TRACE(i);
+    ClickRow("DB1", i++);
+    EXPECT_EQ(TextOf("ClassScorLBL"), text);
+    EXPECT_EQ(BackOf("ClassScorLBL"), back);
+    EXPECT_EQ(session.SeverityBefore, severity);
+    EXPECT_EQ(session.ClassBefore, scores[0] + scores[1] + scores[2]);
+  }
 }
 
 TEST_F(RiskSummaryTest, TheClassAfterHasItsOwnScores) {
@@ -164,19 +132,6 @@ TEST_F(RiskSummaryTest, TheClassAfterHasItsOwnScores) {
   EXPECT_EQ(BackOf("ClassScorLBLA"), kHigh);
   EXPECT_EQ(session.SeverityAfter, 2);
   EXPECT_EQ(session.ClassAfter, 11);
-}
-
-TEST_F(RiskSummaryTest, ScoresOutsideTheMatrixKeepTheLabel) {
-  GivenScores(1, 2, 1, 1);
-  GivenScores(5, 2, 1, 1);
-  GivenScores(1, 9, 9, 9);
-  OpenForm();
-  ASSERT_EQ(TextOf("ClassScorLBL"), "4 (Low Risk)");
-  for (const int row : {1, 2}) {
-    ClickRow("DB1", row);
-    EXPECT_EQ(TextOf("ClassScorLBL"), "4 (Low Risk)");
-    EXPECT_EQ(BackOf("ClassScorLBL"), kLow);
-  }
 }
 
 /// The words of the matrix as the form shows them, by severity and class.
