@@ -17,7 +17,7 @@ namespace {
 
 struct ListChoice {
   const char16_t* name;
-  const QString* sql;
+  const Select* sql;
 };
 
 const std::array kChoices{ListChoice{u"Project stage", &sources::kPrjstage},
@@ -187,7 +187,7 @@ void custizationFrm::FollowMouse(const QObject* button) {
 }
 
 /// A list is opened anew and walked once from end to end of its first rows, so that it is counted.
-void custizationFrm::OpenRows(const QString& sql) {
+void custizationFrm::OpenRows(const Select& sql) {
   OpenPlain(sql);
   Rows().MoveFirst();
   Rows().MoveNext();
@@ -195,7 +195,7 @@ void custizationFrm::OpenRows(const QString& sql) {
   nameDB_.SetRecordSource(sql);
 }
 
-void custizationFrm::OpenPlain(const QString& sql) {
+void custizationFrm::OpenPlain(const Select& sql) {
   nameDB_.SetRecordSource(sql);
   nameDB_.Refresh();
 }

@@ -53,8 +53,8 @@ class custizationFrm : public SessionForm {
   void ext_Click();
   void FollowMouse(const QObject* button);
 
-  void OpenRows(const QString& sql);
-  void OpenPlain(const QString& sql);
+  void OpenRows(const Select& sql);
+  void OpenPlain(const Select& sql);
   void FillBoth();
   void ClearLists();
   [[nodiscard]] QString Choice() const;

@@ -66,7 +66,7 @@ void custizationFrm::AddListRecord() {
 /// the hazards; the next command is meant for these.
 void custizationFrm::ReopenPrimaryHazards() {
   const bool shown = IsPrimaryHazardChosen() && !HazardListShowing_;
-  if (shown && nameDB_.RecordSource() != sources::kPrimaryHazard)
+  if (shown && nameDB_.RecordSource() != sources::kPrimaryHazard.text)
     OpenPlain(sources::kPrimaryHazard);
 }
 

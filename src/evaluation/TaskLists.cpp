@@ -39,7 +39,7 @@ void TaskLists::Disable() const {
   }
 }
 
-void TaskLists::Open(const QString& sql) {
+void TaskLists::Open(const Select& sql) {
   source_.SetRecordSource(sql);
   source_.Refresh();
 }

@@ -24,7 +24,7 @@ class TaskLists {
     QComboBox* combo;
     QPushButton* add;
     QPushButton* remove;
-    const QString* sql;     ///< null for the list below the primary hazard in hand
+    const Select* sql;      ///< null for the list below the primary hazard in hand
     bool keeps_focus_text;  ///< a delete judges the text that the box had when it got the focus
   };
 
@@ -45,7 +45,7 @@ class TaskLists {
  private:
   [[nodiscard]] LookupBox BoxOf(const List& list) const;
   [[nodiscard]] QString Hazard() const { return primary_.combo->currentText(); }
-  void Open(const QString& sql);
+  void Open(const Select& sql);
   void DeletePrimaryHazard();
   void DeletePrimaryHazardWithTypes();
 

@@ -20,7 +20,7 @@ qint16 PastLast(int rows) {
 
 }  // namespace
 
-LookupBox::LookupBox(SessionForm& form, DataControl& source, QComboBox* box, const QString* sql,
+LookupBox::LookupBox(SessionForm& form, DataControl& source, QComboBox* box, const Select* sql,
                      QString& kept)
     : form_(form), source_(source), box_(box), sql_(sql), kept_(kept) {}
 
@@ -32,7 +32,7 @@ void LookupBox::Fill(const QString& text) const {
 void LookupBox::ReadAgain() {
   const QString open = source_.RecordSource();
   // The rows of another box may be open; before any were, there is no list to add to.
-  if (open.isEmpty() || open == *sql_) return source_.Recordset().Requery();
+  if (open.isEmpty() || open == sql_->text) return source_.Recordset().Requery();
   source_.SetRecordSource(*sql_);
   source_.Refresh();
 }

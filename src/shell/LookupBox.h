@@ -8,6 +8,7 @@ namespace kestrix {
 
 class DataControl;
 class SessionForm;
+struct Select;
 
 /// A combo box that is fed from a lookup list, and the two commands on the list behind it. The rows
 /// are those of a data control, which several boxes may share: the one that was entered last has
@@ -15,7 +16,7 @@ class SessionForm;
 class LookupBox {
  public:
   /// `sql` selects the list; null for one that depends on another box, whose rows the form opens.
-  LookupBox(SessionForm& form, DataControl& source, QComboBox* box, const QString* sql,
+  LookupBox(SessionForm& form, DataControl& source, QComboBox* box, const Select* sql,
             QString& kept);
 
   /// Offers every entry of the rows that are open, and shows `text`.
@@ -35,7 +36,7 @@ class LookupBox {
   SessionForm& form_;
   DataControl& source_;
   QComboBox* box_;
-  const QString* sql_;
+  const Select* sql_;
   QString& kept_;
 };
 

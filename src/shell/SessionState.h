@@ -9,6 +9,7 @@
 
 #include "platform/Failure.h"
 #include "platform/Messages.h"
+#include "store/RecordSources.h"
 
 namespace kestrix {
 
@@ -36,10 +37,10 @@ struct SessionState {
   // Paths and record sources.
   QString OrgDbPath;
   QString SupportDbPath;
-  QString ListSql;
-  QString ProjectSql;
-  QString RiskSql;
-  QString FileLinkSql;
+  Select ListSql;
+  Select ProjectSql;
+  Select RiskSql;
+  Select FileLinkSql;
 
   // Scratch values that several handlers share.
   qint16 LoopIndex = 0;

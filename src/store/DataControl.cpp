@@ -29,8 +29,8 @@ void DataControl::SetDatabaseName(const QString& path) {
   database_name_ = path;
 }
 
-void DataControl::SetRecordSource(const QString& sql) {
-  record_source_ = sql;
+void DataControl::SetRecordSource(const Select& select) {
+  record_source_ = select;
 }
 
 std::exception_ptr DataControl::LetGoOfRows() {
@@ -52,7 +52,7 @@ void DataControl::Refresh() {
       database_.reset();
       database_ = std::make_shared<Database>(database_name_);
     }
-    if (!record_source_.isEmpty()) {
+    if (!record_source_.text.isEmpty()) {
       recordset_ = std::make_unique<class Recordset>(database_, record_source_);
       Forward();
     }

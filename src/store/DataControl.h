@@ -20,7 +20,7 @@ class DataControl : public QObject {
   Q_OBJECT
   Q_PROPERTY(QString ConnectionString READ ConnectionString WRITE SetConnectionString)
   Q_PROPERTY(QString DatabaseName READ DatabaseName WRITE SetDatabaseName)
-  Q_PROPERTY(QString RecordSource READ RecordSource WRITE SetRecordSource)
+  Q_PROPERTY(QString RecordSource READ RecordSource)
 
  public:
   /// `name` is the control's objectName.
@@ -35,8 +35,8 @@ class DataControl : public QObject {
   /// The full path of a database, for lists and the register.
   [[nodiscard]] QString DatabaseName() const { return database_name_; }
   void SetDatabaseName(const QString& path);
-  [[nodiscard]] QString RecordSource() const { return record_source_; }
-  void SetRecordSource(const QString& sql);
+  [[nodiscard]] QString RecordSource() const { return record_source_.text; }
+  void SetRecordSource(const Select& select);
 
   /// Opens the database, when it isn't the one that is open, and the rows of the record source,
   /// when there is one, and stands on the first row. Commits the pending edit of the rows it had.
@@ -69,7 +69,7 @@ class DataControl : public QObject {
 
   QString connection_string_;
   QString database_name_;
-  QString record_source_;
+  Select record_source_;
   std::shared_ptr<Database> database_;
   std::unique_ptr<class Recordset> recordset_;
 };

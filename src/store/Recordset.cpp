@@ -60,8 +60,8 @@ Failure ChangedRow(const QString& fields, const QString& texts) {
 
 }  // namespace
 
-Recordset::Recordset(std::shared_ptr<Database> database, const QString& sql, QObject* parent)
-    : QObject(parent), rows_(std::move(database), sql) {}
+Recordset::Recordset(std::shared_ptr<Database> database, const Select& select, QObject* parent)
+    : QObject(parent), rows_(std::move(database), select) {}
 
 Recordset::~Recordset() {
   // A listener would look for the rows of an owner that is letting go of them.

@@ -42,9 +42,9 @@ class Recordset : public QObject {
   static constexpr int kPositionBeforeFirst = -2;
   static constexpr int kPositionPastLast = -3;
 
-  /// Opens `sql`, a SELECT on one table or the bare name of a table, and stands on its first row.
-  /// Fails with kSyntax for a text that isn't one such SELECT, and as reading a file can.
-  Recordset(std::shared_ptr<Database> database, const QString& sql, QObject* parent = nullptr);
+  /// Opens the rows and stands on the first. Fails with kSyntax for what isn't a SELECT on one
+  /// table, and as reading a file can.
+  Recordset(std::shared_ptr<Database> database, const Select& select, QObject* parent = nullptr);
   /// Commits the pending edit and tells nobody. One that can't be committed any more is lost; call
   /// Close first to hear of it.
   ~Recordset() override;

@@ -20,31 +20,6 @@ QString Named(const QString& name) {
   return u'"' + quoted.replace(u'"', QStringLiteral("\"\"")) + u'"';
 }
 
-bool IsBareName(const QString& sql) {
-  return std::all_of(sql.begin(), sql.end(),
-                     [](QChar c) { return c.isLetterOrNumber() || c == u'_'; });
-}
-
-/// Where the FROM of a SELECT begins; names in brackets or quotes may hold the word.
-qsizetype FromOf(const QString& sql) {
-  QChar closing;
-  for (qsizetype i = 0; i < sql.size(); ++i) {
-    const QChar c = sql[i];
-    if (!closing.isNull()) {
-      if (c == closing) closing = QChar();
-    } else if (c == u'[') {
-      closing = u']';
-    } else if (c == u'\'' || c == u'"' || c == u'`') {
-      closing = c;
-    } else if (c.isSpace() &&
-               QStringView(sql).sliced(i + 1).startsWith(u"from", Qt::CaseInsensitive) &&
-               i + 5 < sql.size() && sql[i + 5].isSpace()) {
-      return i + 1;
-    }
-  }
-  return -1;
-}
-
 /// The characters that a column of the declared type holds: 255 for VARCHAR(255), -1 for no limit.
 int LimitOf(const QString& declared_type) {
   const qsizetype open = declared_type.indexOf(u'(');
@@ -57,26 +32,21 @@ int LimitOf(const QString& declared_type) {
 
 }  // namespace
 
-RowSet::RowSet(std::shared_ptr<Database> database, const QString& sql)
-    : database_(std::move(database)), cache_(kCachedRows) {
-  Open(sql.trimmed());
+RowSet::RowSet(std::shared_ptr<Database> database, const Select& select)
+    : database_(std::move(database)), tail_(select.tail), cache_(kCachedRows) {
+  Open(select);
   ReadKeys();
 }
 
 RowSet::~RowSet() = default;
 
-void RowSet::Open(const QString& sql) {
-  const QString select = IsBareName(sql) ? QStringLiteral("SELECT * FROM %1").arg(Named(sql)) : sql;
-  const Statement statement(*database_, select);
-  const qsizetype from = FromOf(select);
-  if (from < 0 || !statement.IsReadOnly()) {
-    throw Failure(failure::kSyntax, QStringLiteral("Not a SELECT on one table: %1").arg(sql));
-  }
-  tail_ = select.mid(from);
+void RowSet::Open(const Select& select) {
+  const Statement statement(*database_, QStringLiteral("SELECT ") + select.columns + u' ' + tail_);
   for (int column = 0; column < statement.ColumnCount(); ++column) {
     const QString table = statement.TableOf(column);
     if (table.isEmpty() || (!table_.isEmpty() && table != table_)) {
-      throw Failure(failure::kSyntax, QStringLiteral("Not a SELECT on one table: %1").arg(sql));
+      throw Failure(failure::kSyntax,
+                    QStringLiteral("Not a SELECT on one table: %1").arg(select.text));
     }
     table_ = table;
     fields_.push_back({statement.FieldOf(column), LimitOf(statement.DeclaredTypeOf(column))});

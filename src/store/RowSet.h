@@ -8,6 +8,8 @@
 #include <optional>
 #include <vector>
 
+#include "store/RecordSources.h"
+
 namespace kestrix {
 
 class Database;
@@ -27,9 +29,8 @@ class RowSet {
     int limit = -1;  ///< characters that the column holds; -1 for no limit
   };
 
-  /// `sql` is a SELECT on one table or the bare name of a table. Fails with kSyntax for a text that
-  /// isn't one such SELECT, and as reading a file can.
-  RowSet(std::shared_ptr<Database> database, const QString& sql);
+  /// Fails with kSyntax for what isn't a SELECT on one table, and as reading a file can.
+  RowSet(std::shared_ptr<Database> database, const Select& select);
   ~RowSet();
 
   [[nodiscard]] Database& database() const { return *database_; }
@@ -58,7 +59,7 @@ class RowSet {
   [[nodiscard]] bool IsSame(const Row& now, const Row& before, const Edit& edit) const;
 
  private:
-  void Open(const QString& sql);
+  void Open(const Select& select);
   [[nodiscard]] QString AsRead(int field) const;
   [[nodiscard]] QList<int> Identity() const;
   [[nodiscard]] bool Change(const QString& sql, qint64 key, const QVariantList& values,

@@ -388,8 +388,8 @@ TEST_F(RiskEvalFrm_1TasksTest, ACopyTakesOverAllButItsKeyAndItsDates) {
   EXPECT_EQ(SelectedTextOf("FuntnTaskMachry"), "Feed");
   EXPECT_EQ(TextOf("RIBRtxt"), "5 (High Risk)");
 
-  const QList<QStringList> tasks =
-      Sql(Study(), session.RiskSql.replace("Where (((Risk_records.Project_Number)='P-1'))", ""));
+  const QList<QStringList> tasks = Sql(
+      Study(), session.RiskSql.text.replace("Where (((Risk_records.Project_Number)='P-1'))", ""));
   ASSERT_EQ(tasks.size(), 3);
   for (int field = 0; field < 48; ++field) {
     if (field == 1 || field == 15 || field == 45) continue;

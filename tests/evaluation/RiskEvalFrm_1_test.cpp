@@ -45,8 +45,8 @@ TEST_F(RiskEvalFrm_1Test, KeepsItsRecordSourcesInTheSession) {
   GivenTasks({"Feed"});
   OpenForm();
   EXPECT_TRUE(
-      session.RiskSql.endsWith("Where (((Risk_records.Project_Number)='P-1')) ORDER BY "
-                               "Risk_records.nunberauto"));
+      session.RiskSql.text.endsWith("Where (((Risk_records.Project_Number)='P-1')) ORDER BY "
+                                    "Risk_records.nunberauto"));
   EXPECT_EQ(session.SupportDbPath, Lists());
   EXPECT_EQ(session.HazardTypeRows, 1);
   EXPECT_FALSE(session.PrimaryHazardClicked);

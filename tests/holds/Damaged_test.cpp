@@ -78,7 +78,7 @@ class DamagedTest : public ::testing::Test {
   }
 
   void UseDamagedDatabase(const QString& original, const QString& name,
-                          const QStringList& record_sources) {
+                          const QList<Select>& record_sources) {
     const QByteArray bytes = ReadFile(original);
     ASSERT_EQ(UseDatabase(original, record_sources, false), record_sources.size());
     UseDamaged({bytes}, name, [&](const QString& path, const QByteArray& damaged) {

@@ -44,10 +44,10 @@ void PrintTo(const Write& write, std::ostream* out) {
 }
 
 template <class Change>
-void ChangeRows(const QString& file, const QString& sql, Change change) {
+void ChangeRows(const QString& file, const Select& select, Change change) {
   DataControl source(QStringLiteral("source"));
   source.SetDatabaseName(file);
-  source.SetRecordSource(sql);
+  source.SetRecordSource(select);
   source.Refresh();
   change(source.Recordset());
   source.Close();

@@ -55,15 +55,15 @@ void WriteSome(Recordset& rows, const Hear& hear) {
 
 }  // namespace
 
-int UseDatabase(const QString& file, const QStringList& record_sources, bool writes,
+int UseDatabase(const QString& file, const QList<Select>& record_sources, bool writes,
                 const Hear& hear) {
   int opened = 0;
-  for (const QString& sql : record_sources) {
+  for (const Select& select : record_sources) {
     opened += Succeeds(
         [&] {
           DataControl source(QStringLiteral("source"));
           source.SetDatabaseName(file);
-          source.SetRecordSource(sql);
+          source.SetRecordSource(select);
           source.Refresh();
           ReadAll(source.Recordset(), hear);
           if (writes) WriteSome(source.Recordset(), hear);

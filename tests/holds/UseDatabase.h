@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "platform/Failure.h"
+#include "store/RecordSources.h"
 
 namespace kestrix::holds {
 
@@ -25,7 +26,7 @@ bool Succeeds(Work work, const Hear& hear = {}) {
 
 /// Opens each source of a database, reads all its rows in every way, and, with `writes`, changes
 /// some. How many sources could be opened.
-int UseDatabase(const QString& file, const QStringList& record_sources, bool writes,
+int UseDatabase(const QString& file, const QList<Select>& record_sources, bool writes,
                 const Hear& hear = {});
 
 }  // namespace kestrix::holds

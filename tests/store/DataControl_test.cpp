@@ -39,7 +39,7 @@ TEST_F(DataControlTest, RefreshOpensTheFileAndTheRowsAndTells) {
   control.Refresh();
   EXPECT_FALSE(control.HasRecordset());
   EXPECT_TRUE(QFile::exists(Path("study.ldb")));
-  control.SetRecordSource(QStringLiteral("Risk_records"));
+  control.SetRecordSource(Select("Risk_records"));
   control.Refresh();
   EXPECT_EQ(control.Recordset().RecordCount(), 2);
   EXPECT_EQ(reset.count(), 2);
@@ -49,7 +49,7 @@ TEST_F(DataControlTest, RefreshCommitsThePendingEdit) {
   GivenTasks(1);
   DataControl control(QStringLiteral("x"));
   control.SetDatabaseName(Path("study.mdb"));
-  control.SetRecordSource(QStringLiteral("Risk_records"));
+  control.SetRecordSource(Select("Risk_records"));
   control.Refresh();
   control.Recordset().Set(1, QStringLiteral("kept"));
   control.Refresh();
@@ -60,7 +60,7 @@ TEST_F(DataControlTest, AnEditThatCannotBeCommittedIsToldBehindTheRefresh) {
   GivenTasks(1);
   DataControl control(QStringLiteral("x"));
   control.SetDatabaseName(Path("study.mdb"));
-  control.SetRecordSource(QStringLiteral("Risk_records"));
+  control.SetRecordSource(Select("Risk_records"));
   control.Refresh();
   control.Recordset().Set(1, QStringLiteral("mine"));
   Exec(Path("study.mdb"), "UPDATE Risk_records SET dateOfRcd='theirs'");
@@ -85,10 +85,10 @@ TEST_F(DataControlTest, AFailedRefreshLeavesNoRowsAndSaysSo) {
   GivenTasks(1);
   DataControl control(QStringLiteral("x"));
   control.SetDatabaseName(Path("study.mdb"));
-  control.SetRecordSource(QStringLiteral("Risk_records"));
+  control.SetRecordSource(Select("Risk_records"));
   control.Refresh();
   const QSignalSpy shown(&control, &DataControl::Shown);
-  control.SetRecordSource(QStringLiteral("nowhere"));
+  control.SetRecordSource(Select("nowhere"));
   EXPECT_EQ(FailureOf([&] { control.Refresh(); }), failure::kSyntax);
   EXPECT_FALSE(control.HasRecordset());
   EXPECT_EQ(shown.count(), 1);
@@ -99,7 +99,7 @@ TEST_F(DataControlTest, RefreshSeesAFileThatWasPutInItsPlace) {
   (void)GivenInstalledStudy("new.mdb");
   DataControl control(QStringLiteral("x"));
   control.SetDatabaseName(Path("study.mdb"));
-  control.SetRecordSource(QStringLiteral("Risk_records"));
+  control.SetRecordSource(Select("Risk_records"));
   control.Refresh();
   ASSERT_EQ(rename(Path("new.mdb").toUtf8().constData(), Path("study.mdb").toUtf8().constData()),
             0);
@@ -111,7 +111,7 @@ TEST_F(DataControlTest, ItPassesOnWhatItsRowsTell) {
   GivenTasks(2);
   DataControl control(QStringLiteral("x"));
   control.SetDatabaseName(Path("study.mdb"));
-  control.SetRecordSource(QStringLiteral("Risk_records"));
+  control.SetRecordSource(Select("Risk_records"));
   control.Refresh();
   const QSignalSpy row(&control, &DataControl::RowChanged);
   const QSignalSpy field(&control, &DataControl::FieldChanged);

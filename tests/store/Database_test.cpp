@@ -249,10 +249,11 @@ TEST_F(DatabaseTest, ATableWhoseRowsNeverEndIsRefusedWhateverIsAskedOfIt) {
   const QString path = GivenEndlessRegister();
   const auto database = std::make_shared<Database>(path);
   // Rows that come without an end, and rows that are looked through for one that never comes.
-  for (const char* sql : {"orgtn", "SELECT OrgName FROM orgtn WHERE OrgName='ACME'"}) {
-    EXPECT_EQ(FailureOf([&] { const Recordset rows(database, sql); }), failure::kNotADatabase);
+  for (const Select& select :
+       {Select("orgtn"), Select("OrgName", "FROM orgtn WHERE OrgName='ACME'")}) {
+    EXPECT_EQ(FailureOf([&] { const Recordset rows(database, select); }), failure::kNotADatabase);
   }
-  Recordset others(database, "Orgtmp");
+  Recordset others(database, Select("Orgtmp"));
   EXPECT_EQ(others.RecordCount(), 0);
 }
 
@@ -261,7 +262,8 @@ TEST_F(DatabaseTest, AGapThatMakesAFileLargeBuysItNoWork) {
   constexpr qint64 kGiant = qint64{64} << 30;
   ASSERT_TRUE(QFile::resize(path, kGiant));
   const auto database = std::make_shared<Database>(path);
-  EXPECT_EQ(FailureOf([&] { const Recordset rows(database, "orgtn"); }), failure::kNotADatabase);
+  EXPECT_EQ(FailureOf([&] { const Recordset rows(database, Select("orgtn")); }),
+            failure::kNotADatabase);
 }
 
 TEST_F(DatabaseTest, AColumnThatComputesAGiantTextFails) {
@@ -269,7 +271,7 @@ TEST_F(DatabaseTest, AColumnThatComputesAGiantTextFails) {
   Exec(path,
        "CREATE TABLE orgtn(OrgName AS (hex(zeroblob(4000000))), sclenotxt INTEGER);"
        "CREATE TABLE Orgtmp(OrgNameTMP INTEGER); INSERT INTO orgtn(sclenotxt) VALUES(1);");
-  Recordset rows(std::make_shared<Database>(path), "orgtn");
+  Recordset rows(std::make_shared<Database>(path), Select("orgtn"));
   EXPECT_EQ(FailureOf([&] { (void)rows.Value(0); }), failure::kTooLong);
 }
 

@@ -24,8 +24,8 @@ class LookupListTest : public StoreTest {
         "INSERT INTO HazardType(hazardoccurrence,HazardTyp) VALUES('Crushing','Mechanical'),"
         "('Noise','Noise hazards');");
   }
-  std::unique_ptr<Recordset> Rows(const QString& sql) {
-    return std::make_unique<Recordset>(std::make_shared<Database>(Path("lists.mdb")), sql);
+  std::unique_ptr<Recordset> Rows(const Select& select) {
+    return std::make_unique<Recordset>(std::make_shared<Database>(Path("lists.mdb")), select);
   }
   QStringList Stored() { return Read(Path("lists.mdb"), "SELECT hazopstage FROM Prjstage"); }
 };
@@ -47,7 +47,7 @@ TEST_F(LookupListTest, TheTextsKeepTheOrderOfTheTableAndLeaveOutWhatIsGone) {
 }
 
 TEST_F(LookupListTest, AnEntryIsAddedWithItsParent) {
-  const auto rows = Rows(QStringLiteral("HazardType"));
+  const auto rows = Rows(Select("HazardType"));
   const QString parent = QStringLiteral("Mechanical");
   lookup::Add(*rows, QStringLiteral("Shearing"), &parent);
   EXPECT_EQ(
@@ -64,7 +64,7 @@ TEST_F(LookupListTest, KnowingIsExactInCaseAndWalksToTheEnd) {
 }
 
 TEST_F(LookupListTest, APairIsKnownByBothFields) {
-  const auto rows = Rows(QStringLiteral("HazardType"));
+  const auto rows = Rows(Select("HazardType"));
   const QString own = QStringLiteral("Noise hazards");
   const QString other = QStringLiteral("Mechanical");
   EXPECT_TRUE(lookup::Knows(*rows, QStringLiteral("Noise"), &own));
@@ -119,13 +119,13 @@ TEST_F(LookupListTest, DeletingBelowAHazardSparesTheTypesOfOthers) {
 }
 
 TEST_F(LookupListTest, EveryRecordSourceOfTheListsOpens) {
-  for (const QString& sql :
+  for (const Select& select :
        {sources::kPrjstage, sources::kPhaseMachLife, sources::kPrimaryHazard, sources::kRecommTyp,
         sources::kActionBy, sources::HazardTypesOf(QStringLiteral("Mechanical")),
         sources::HazardTypesToDelete(QStringLiteral("Mechanical")),
         sources::HazardTypesForTask(QStringLiteral("Mechanical")),
         sources::HazardTypesForClick(QStringLiteral("Mechanical"))}) {
-    EXPECT_EQ(FailureOf([&] { Rows(sql); }), 0) << sql.toStdString();
+    EXPECT_EQ(FailureOf([&] { Rows(select); }), 0) << select.text.toStdString();
   }
   EXPECT_EQ(Rows(sources::HazardTypesOf(QStringLiteral("Mechanical")))->RecordCount(), 1);
 }

@@ -8,7 +8,7 @@ namespace kestrix::testing {
 namespace {
 
 TEST(RecordSourcesTest, TheProjectsOfAnOrganisation) {
-  EXPECT_EQ(sources::ProjectSql(QStringLiteral("Press shop")),
+  EXPECT_EQ(sources::ProjectSql(QStringLiteral("Press shop")).text,
             "SELECT Project_details.Factory_Name, Project_details.Project_Number, "
             "Project_details.Project_phase, Project_details.Project_Description, "
             "Project_details.preparedBytxt FROM Project_details WHERE "
@@ -36,34 +36,35 @@ TEST(RecordSourcesTest, TheTasksOfAProjectAreFortyEightFieldsInTheirOrder) {
   }
   fields += QStringList{"nunberauto", "PicBfrRcmdtn", "PicAftrRcmdtn"};
   ASSERT_EQ(fields.size(), 48);
-  EXPECT_EQ(sources::RiskSql(QStringLiteral("P-1")),
+  EXPECT_EQ(sources::RiskSql(QStringLiteral("P-1")).text,
             QStringLiteral("SELECT Risk_records.") + fields.join(", Risk_records.") +
                 " FROM Risk_records Where (((Risk_records.Project_Number)='P-1')) ORDER BY "
                 "Risk_records.nunberauto");
 }
 
 TEST(RecordSourcesTest, TheLinkedFilesOfAProject) {
-  EXPECT_EQ(sources::FileLinkSql(QStringLiteral("P-1")),
+  EXPECT_EQ(sources::FileLinkSql(QStringLiteral("P-1")).text,
             "SELECT fileLink.Project_Number, fileLink.FilePath, fileLink.FileShrtDscrptn, "
             "fileLink.FileEmb FROM fileLink WHERE (((fileLink.Project_Number)='P-1'))");
 }
 
 TEST(RecordSourcesTest, TheFormsOfTheHazardTypesDifferAsTheirReadersDo) {
   const QString hazard = QStringLiteral("Mechanical");
-  EXPECT_EQ(sources::HazardTypesOf(hazard),
+  EXPECT_EQ(sources::HazardTypesOf(hazard).text,
             "SELECT HazardType.hazardoccurrence, HazardType.HazardTyp, HazardType.SrNo FROM "
             "HazardType WHERE(((hazardType.HazardTyp)='Mechanical'))");
-  EXPECT_EQ(sources::HazardTypesToDelete(hazard),
+  EXPECT_EQ(sources::HazardTypesToDelete(hazard).text,
             "SELECT hazardType.hazardoccurrence, hazardType.HazardTyp, hazardType.SrNo FROM "
             "HazardType WHERE (((hazardType.HazardTyp)='Mechanical'))");
-  EXPECT_EQ(sources::HazardTypesForTask(hazard), sources::HazardTypesToDelete(hazard));
-  EXPECT_EQ(sources::HazardTypesForClick(hazard),
+  EXPECT_EQ(sources::HazardTypesForTask(hazard).text, sources::HazardTypesToDelete(hazard).text);
+  EXPECT_EQ(sources::HazardTypesForClick(hazard).text,
             "SELECT hazardType.hazardoccurrence, hazardType.HazardTyp, hazardType.SrNo From "
             "HazardType WHERE (((hazardType.HazardTyp)='Mechanical'))");
 }
 
 TEST(RecordSourcesTest, AnApostropheIsPastedAsItStands) {
-  EXPECT_TRUE(sources::ProjectSql(QStringLiteral("O'Neil")).endsWith(QStringLiteral("'O'Neil'))")));
+  EXPECT_TRUE(
+      sources::ProjectSql(QStringLiteral("O'Neil")).text.endsWith(QStringLiteral("'O'Neil'))")));
 }
 
 }  // namespace

@@ -338,7 +338,7 @@ TEST_F(RecordsetTest, ABrokenUniqueIndexIsADuplicateAndTheEditStaysPending) {
 }
 
 TEST_F(RecordsetTest, ARuleOfTheTableRefusesTheRow) {
-  Recordset links(std::make_shared<Database>(Path("study.mdb")), QStringLiteral("fileLink"));
+  Recordset links(std::make_shared<Database>(Path("study.mdb")), Select("fileLink"));
   links.AddNew();
   links.Set(1, QString());
   EXPECT_EQ(FailureOf([&] { links.Update(); }), failure::kRefused);
@@ -431,7 +431,7 @@ TEST_F(RecordsetTest, WhatCannotBeStoredAtClosingIsToldWithItsTexts) {
   GivenTasks(1);
   const auto database = std::make_shared<Database>(Path("study.mdb"));
   sqlite3_busy_timeout(database->handle(), 1);
-  Recordset rows(database, QStringLiteral("Risk_records"));
+  Recordset rows(database, Select("Risk_records"));
   rows.Set(kTitle, QStringLiteral("mine"));
   sqlite3* other = nullptr;
   ASSERT_EQ(sqlite3_open(Path("study.mdb").toUtf8().constData(), &other), SQLITE_OK);
@@ -490,7 +490,7 @@ TEST_F(RecordsetTest, ADeletionThatIsRefusedKeepsTheRowAndItsEdit) {
   GivenTasks(1);
   const auto database = std::make_shared<Database>(Path("study.mdb"));
   sqlite3_busy_timeout(database->handle(), 1);
-  Recordset rows(database, QStringLiteral("Risk_records"));
+  Recordset rows(database, Select("Risk_records"));
   rows.Set(kTitle, QStringLiteral("mine"));
   sqlite3* other = nullptr;
   ASSERT_EQ(sqlite3_open(Path("study.mdb").toUtf8().constData(), &other), SQLITE_OK);
@@ -505,7 +505,7 @@ TEST_F(RecordsetTest, ADeletionThatIsRefusedKeepsTheRowAndItsEdit) {
 
 TEST_F(RecordsetTest, AnEditNeverGoesIntoAnotherRowThatTookOverTheKey) {
   Exec(Path("study.mdb"), "INSERT INTO Project_details VALUES('F','old','N.A.')");
-  Recordset rows(std::make_shared<Database>(Path("study.mdb")), QStringLiteral("Project_details"));
+  Recordset rows(std::make_shared<Database>(Path("study.mdb")), Select("Project_details"));
   rows.Set(2, QStringLiteral("of the old one"));
   Exec(Path("study.mdb"),
        "DELETE FROM Project_details; INSERT INTO Project_details VALUES('F','new','N.A.')");
@@ -516,7 +516,7 @@ TEST_F(RecordsetTest, AnEditNeverGoesIntoAnotherRowThatTookOverTheKey) {
 
 TEST_F(RecordsetTest, AKeyThatCameBackForAnotherRowDoesNotLendItsRow) {
   Exec(Path("study.mdb"), "INSERT INTO Project_details VALUES('F','old','N.A.')");
-  Recordset rows(std::make_shared<Database>(Path("study.mdb")), QStringLiteral("Project_details"));
+  Recordset rows(std::make_shared<Database>(Path("study.mdb")), Select("Project_details"));
   EXPECT_EQ(rows.Text(1), "old");
   Exec(Path("study.mdb"),
        "DELETE FROM Project_details; INSERT INTO Project_details VALUES('F','new','N.A.')");
@@ -644,18 +644,15 @@ TEST_F(RecordsetTest, AMoveToTheSameRowIsNoChangeOfRow) {
 }
 
 TEST_F(RecordsetTest, WhatIsNoSelectOnOneTableIsRefused) {
-  const auto open = [&](const char* sql) {
-    return FailureOf([&] {
-      const Recordset rows(std::make_shared<Database>(Path("study.mdb")), QString::fromUtf8(sql));
-    });
-  };
-  EXPECT_EQ(open("SELECT Title FROM Risk_records WHERE Title='it's'"), failure::kSyntax);
-  EXPECT_EQ(open("SELECT Title FROM nowhere"), failure::kSyntax);
-  EXPECT_EQ(open("nowhere"), failure::kSyntax);
-  EXPECT_EQ(open("SELECT 1"), failure::kSyntax);
-  EXPECT_EQ(open("DELETE FROM Risk_records"), failure::kSyntax);
-  EXPECT_EQ(open("SELECT Title FROM Risk_records; DELETE FROM Risk_records"), failure::kSyntax);
-  EXPECT_EQ(open("SELECT Title, FilePath FROM Risk_records, fileLink"), failure::kSyntax);
+  for (const Select& select : {Select("Title", "FROM Risk_records WHERE Title='it's'"),
+                               Select("Title", "FROM nowhere"), Select("nowhere"), Select("1", ""),
+                               Select("Title", "FROM Risk_records; DELETE FROM Risk_records"),
+                               Select("Title, FilePath", "FROM Risk_records, fileLink")}) {
+    const auto open = [&] {
+      const Recordset rows(std::make_shared<Database>(Path("study.mdb")), select);
+    };
+    EXPECT_EQ(FailureOf(open), failure::kSyntax) << select.text.toStdString();
+  }
 }
 
 TEST_F(RecordsetTest, AnotherWriterIsWaitedForAndThenNamed) {
@@ -665,7 +662,7 @@ TEST_F(RecordsetTest, AnotherWriterIsWaitedForAndThenNamed) {
   ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
   const auto database = std::make_shared<Database>(Path("study.mdb"));
   sqlite3_busy_timeout(database->handle(), 50);
-  Recordset rows(database, QStringLiteral("Risk_records"));
+  Recordset rows(database, Select("Risk_records"));
   rows.Set(kTitle, QStringLiteral("mine"));
   EXPECT_EQ(FailureOf([&] { rows.Update(); }), failure::kLocked);
   EXPECT_TRUE(rows.HasPendingEdit());
@@ -678,7 +675,7 @@ TEST_F(RecordsetTest, AnotherWriterIsWaitedForAndThenNamed) {
 TEST_F(RecordsetTest, AFullDiskKeepsTheOldRowAndTheEdit) {
   GivenTasks(1);
   const auto database = std::make_shared<Database>(Path("study.mdb"));
-  Recordset rows(database, QStringLiteral("Risk_records"));
+  Recordset rows(database, Select("Risk_records"));
   sqlite3_exec(database->handle(), "PRAGMA max_page_count=1", nullptr, nullptr, nullptr);
   const QString long_note(255, u'x');
   int failures = 0;

@@ -95,10 +95,10 @@ class StoreTest : public ::testing::Test {
   std::unique_ptr<Recordset> Tasks() {
     return std::make_unique<Recordset>(
         std::make_shared<Database>(Path("study.mdb")),
-        QStringLiteral("SELECT Risk_records.Project_Number, Risk_records.Title, "
-                       "Risk_records.Level, Risk_records.Done, Risk_records.Note, "
-                       "Risk_records.nunberauto FROM Risk_records Where "
-                       "(((Risk_records.Project_Number)='P')) ORDER BY Risk_records.nunberauto"));
+        Select("Risk_records.Project_Number, Risk_records.Title, Risk_records.Level, "
+               "Risk_records.Done, Risk_records.Note, Risk_records.nunberauto",
+               "FROM Risk_records Where (((Risk_records.Project_Number)='P')) ORDER BY "
+               "Risk_records.nunberauto"));
   }
 
   /// The number of the Failure that `work` ends with; 0 when it ends well.
