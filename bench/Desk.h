@@ -11,9 +11,9 @@
 #include "platform/QtPlatform.h"
 #include "shell/CommonDialog.h"
 #include "shell/Frame.h"
-#include "shell/Installation.h"
 #include "shell/SessionForm.h"
 #include "shell/SessionState.h"
+#include "store/Installation.h"
 #include "store/Recordset.h"
 
 namespace kestrix::bench {

@@ -8,9 +8,9 @@
 #include "formkit/FormSlot.h"
 #include "shell/CommonDialog.h"
 #include "shell/Frame.h"
-#include "shell/Installation.h"
 #include "shell/SessionForm.h"
 #include "shell/SessionState.h"
+#include "store/Installation.h"
 
 namespace kestrix {
 

@@ -10,8 +10,8 @@
 #include "platform/FileCopy.h"
 #include "platform/FileSystem.h"
 #include "platform/Services.h"
-#include "shell/Installation.h"
 #include "shell/SessionState.h"
+#include "store/Installation.h"
 
 namespace kestrix {
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDate>
 #include <QString>
 #include <optional>
 
@@ -15,14 +14,6 @@ class DateMask {
   static inline const QString kEmpty = QStringLiteral("__/__/____");
   /// The places of the mask; a text may be longer than that.
   static constexpr int kPlaces = 10;
-
-  /// The date that a day-first reader sees in `text`: 15/02/2013, 1/2/2013, 1-2-13, 1 Feb 2013.
-  /// Years of two digits lie between 1930 and 2029. Nothing for any other text, a day that the
-  /// calendar doesn't have included.
-  [[nodiscard]] static std::optional<QDate> Read(const QString& text);
-  [[nodiscard]] static bool IsDate(const QString& text) { return Read(text).has_value(); }
-  /// "dd/mm/yyyy".
-  [[nodiscard]] static QString Write(QDate date);
 
   /// What a box is to show and to select once its text changed.
   struct Outcome {

@@ -1,10 +1,11 @@
 // The rules of the single fields: dates, reference number, check boxes, task title, find box.
 #include "evaluation/DateMask.h"
-#include "evaluation/ReferenceNumber.h"
 #include "evaluation/RiskEvalFrm_1.h"
 #include "evaluation/TaskFields.h"
 #include "formkit/Controls.h"
 #include "store/LookupList.h"
+#include "store/ReferenceNumber.h"
+#include "store/StoredDate.h"
 #include "ui_RiskEvalFrm_1.h"
 
 namespace kestrix {
@@ -16,7 +17,7 @@ const QString kNo = QStringLiteral("No");
 }  // namespace
 
 QString RiskEvalFrm_1::Today() const {
-  return DateMask::Write(platform().clock.Today());
+  return WriteDate(platform().clock.Today());
 }
 
 void RiskEvalFrm_1::DateChanged(QLineEdit* box) {
@@ -36,8 +37,8 @@ void RiskEvalFrm_1::DateLeft(QLineEdit* box) {
   if (box->text() == DateMask::kEmpty) box->clear();
   // Clearing has laid the mask again: a date can't be left blank.
   if (box->text() == DateMask::kEmpty || box->text().isEmpty()) box->setText(Today());
-  if (const auto date = DateMask::Read(box->text())) {
-    box->setText(DateMask::Write(*date));
+  if (const auto date = ReadDate(box->text())) {
+    box->setText(WriteDate(*date));
     SaveTask();
     return;
   }

@@ -4,8 +4,8 @@
 #include <optional>
 
 #include "formkit/Form.h"
-#include "shell/Installation.h"
 #include "shell/SessionState.h"
+#include "store/Installation.h"
 
 namespace kestrix {
 

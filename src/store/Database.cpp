@@ -15,7 +15,9 @@
 #include "platform/Failure.h"
 #include "platform/FileCopy.h"
 #include "store/EngineFiles.h"
+#include "store/LookCopy.h"
 #include "store/Schema.h"
+#include "store/Statement.h"
 
 namespace kestrix {
 namespace {
@@ -169,9 +171,9 @@ void EngineCloser::operator()(sqlite3_stmt* statement) const {
   sqlite3_finalize(statement);
 }
 
-Database::Database(const QString& path) : Database(path, Made::kByThisSystem) {}
+Database::Database(const QString& path, Use use) : Database(path, Made::kByThisSystem, use) {}
 
-Database::Database(const QString& path, Made by) : path_(path) {
+Database::Database(const QString& path, Made by, Use use) : path_(path) {
   if (!QFileInfo::exists(path)) {
     throw Failure(failure::kFileNotFound, QStringLiteral("The file %1 does not exist.").arg(path));
   }
@@ -182,9 +184,13 @@ Database::Database(const QString& path, Made by) : path_(path) {
   if (!BeginsLikeADatabase(path)) {
     throw NotOfThisProgram(path);
   }
-  read_only_ = !CanWrite(path) || !CanWrite(QFileInfo(path).absolutePath());
+  read_only_ = use == Use::kLook || !CanWrite(path) || !CanWrite(QFileInfo(path).absolutePath());
   if (!read_only_) sign_ = std::make_unique<LockSign>(path);
-  OpenHandle();
+  if (use == Use::kLook) {
+    OpenForLook();
+  } else {
+    OpenHandle(path);
+  }
   try {
     Harden();
     const bool older = by == Made::kByThisSystem && !BehindNewest(*this).steps.isEmpty();
@@ -201,11 +207,34 @@ Database::Database(const QString& path, Made by) : path_(path) {
 
 Database::~Database() = default;
 
-void Database::OpenHandle() {
+/// Reads the file where it lies, unless reading it would write there: what a killed writer left has
+/// to be rolled back, and write-ahead mode has files of its own. Then a copy is read, which nobody
+/// else sees.
+void Database::OpenForLook() {
+  if (IsWrittenAhead(path_)) {
+    throw Failure(
+        failure::kLocked,
+        QStringLiteral("%1 is being written to by another program, ahead of the file.").arg(path_));
+  }
+  if (!IsInWriteAheadMode(path_)) {
+    OpenHandle(path_);
+    const int code = sqlite3_exec(handle(), "PRAGMA schema_version", nullptr, nullptr, nullptr);
+    if (code != SQLITE_READONLY_ROLLBACK) return;
+    handle_.reset();
+  }
+  private_ = std::make_unique<QTemporaryDir>();
+  const QString copy = private_->filePath(QStringLiteral("study.mdb"));
+  CopyWithJournal(path_, copy);
+  read_only_ = false;
+  OpenHandle(copy);
+  read_only_ = true;
+}
+
+void Database::OpenHandle(const QString& path) {
   const int flags = (read_only_ ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE) |
                     SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_PRIVATECACHE;
   sqlite3* opened = nullptr;
-  const int code = OpenByEngine(path_, flags, &opened);
+  const int code = OpenByEngine(path, flags, &opened);
   handle_.reset(opened);
   if (code != SQLITE_OK) throw LastFailure();
   sqlite3_busy_handler(opened, WaitForOthers, nullptr);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QTemporaryDir>
 #include <memory>
 
 #include "platform/FileCopy.h"
@@ -51,11 +52,16 @@ class LockSign {
 /// for somebody else's to end. Every change is durable when its call returns.
 class Database {
  public:
+  enum class Use {
+    kWork,  ///< to read and write, with the sign beside it
+    kLook   ///< to read only: nothing is written or left beside the file, no sign either
+  };
   /// Opens the file at the full path `path`. A file or folder that can't be written is opened for
-  /// reading. Fails with kFileNotFound, kNotADatabase or kCannotOpen, and says why; with
+  /// reading. What a killed writer left half done is rolled back; for a look that is done in a
+  /// private copy. Fails with kFileNotFound, kNotADatabase or kCannotOpen, and says why; with
   /// kDeviceError or kLocked where reading it does, and as a copy or a change can where it is to be
   /// brought up.
-  explicit Database(const QString& path);
+  explicit Database(const QString& path, Use use = Use::kWork);
   ~Database();
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
@@ -78,17 +84,19 @@ class Database {
  protected:
   /// A test of the rows has tables of its own.
   enum class Made { kByThisSystem, kByATest };
-  Database(const QString& path, Made by);
+  Database(const QString& path, Made by, Use use = Use::kWork);
 
  private:
   static int StopEndlessWork(void* database);
-  void OpenHandle();
+  void OpenHandle(const QString& path);
+  void OpenForLook();
   void Harden();
   void Run(const QByteArray& sql);
   void BringUp();
 
   QString path_;
   std::unique_ptr<LockSign> sign_;
+  std::unique_ptr<QTemporaryDir> private_;  ///< holds the copy that a look reads
   std::unique_ptr<sqlite3, EngineCloser> handle_;
   bool read_only_ = false;
   qint64 work_ = 0;  ///< steps of the engine since the statement in hand began

@@ -83,16 +83,19 @@ QVariant Statement::Column(int column) const {
       return QVariant::fromValue<qint64>(sqlite3_column_int64(statement_, column));
     case SQLITE_FLOAT:
       return sqlite3_column_double(statement_, column);
-    default: {
-      const void* text = sqlite3_column_text(statement_, column);
-      return QString::fromUtf8(static_cast<const char*>(text),
-                               sqlite3_column_bytes(statement_, column));
-    }
+    default:
+      return Text(column);
   }
 }
 
 qint64 Statement::Integer(int column) const {
   return sqlite3_column_int64(statement_, column);
+}
+
+QString Statement::Text(int column) const {
+  const void* text = sqlite3_column_text(statement_, column);
+  return QString::fromUtf8(static_cast<const char*>(text),
+                           sqlite3_column_bytes(statement_, column));
 }
 
 QString Statement::TableOf(int column) const {

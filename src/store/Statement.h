@@ -28,6 +28,7 @@ class Statement {
   [[nodiscard]] int ColumnCount() const;
   [[nodiscard]] QVariant Column(int column) const;
   [[nodiscard]] qint64 Integer(int column) const;
+  [[nodiscard]] QString Text(int column) const;
   /// The table and field that a column of the result comes from; empty for an expression.
   [[nodiscard]] QString TableOf(int column) const;
   [[nodiscard]] QString FieldOf(int column) const;

@@ -3,19 +3,19 @@
 
 #include "Fuzz.h"
 #include "evaluation/DateMask.h"
+#include "store/StoredDate.h"
 
 namespace kestrix::fuzz {
 namespace {
 
 void CheckRead(const QString& text) {
-  const std::optional<QDate> date = DateMask::Read(text);
-  Hold(DateMask::IsDate(text) == date.has_value(), "a text is a date when it can be read", text);
+  const std::optional<QDate> date = ReadDate(text);
   if (!date) return;
   Hold(date->isValid() && date->year() >= 100 && date->year() <= 9999,
        "a date is one of the calendar", text);
-  const QString written = DateMask::Write(*date);
+  const QString written = WriteDate(*date);
   Hold(written.size() == DateMask::kPlaces, "a date fills the mask", written);
-  Hold(DateMask::Read(written) == date, "a date that was written reads as the same", text);
+  Hold(ReadDate(written) == date, "a date that was written reads as the same", text);
   // Told from the text alone: the day stands first, and the year last.
   const QString bare = text.trimmed();
   Hold(bare.left(bare[1].isDigit() ? 2 : 1).toInt() == date->day(), "the day stands first", text);
@@ -25,7 +25,7 @@ void CheckRead(const QString& text) {
 /// The text that the box shows once it has settled, and what is selected in it.
 DateMask::Outcome CheckSettle(const QString& text) {
   const std::optional<DateMask::Outcome> outcome = DateMask::Settle(text);
-  Hold(outcome.has_value() != DateMask::IsDate(text), "a date alone stays as it is", text);
+  Hold(outcome.has_value() != ReadDate(text).has_value(), "a date alone stays as it is", text);
   if (!outcome) return {text, static_cast<int>(text.size()), 0};
   const qsizetype end = outcome->text.size();
   Hold(end > 0, "a box is never left without its mask");

@@ -5,7 +5,7 @@
 
 #include "Fuzz.h"
 #include "estimation/model/RiskModel.h"
-#include "evaluation/ReferenceNumber.h"
+#include "store/ReferenceNumber.h"
 
 namespace kestrix::fuzz {
 namespace {

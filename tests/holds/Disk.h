@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "backup/BackupWorker.h"
-#include "shell/Installation.h"
+#include "store/Installation.h"
 
 namespace kestrix::holds {
 

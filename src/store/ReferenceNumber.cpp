@@ -1,4 +1,4 @@
-#include "evaluation/ReferenceNumber.h"
+#include "store/ReferenceNumber.h"
 
 #include <QLocale>
 #include <QRegularExpression>

@@ -1,4 +1,4 @@
-#include "shell/Installation.h"
+#include "store/Installation.h"
 
 #include "platform/Services.h"
 
