@@ -20,7 +20,7 @@
 #include "paper/PdfMarks.h"
 #include "platform/Failure.h"
 
-namespace kestrix::paper {
+namespace kestrix::paper::book {
 namespace {
 
 using Kind = Block::Kind;
@@ -575,7 +575,7 @@ class Printer {
       const PdfPlace place{first_page_ + entry.page, Points(QRectF(0, entry.y, 0, 0)).top()};
       places[entry.anchor] = place;
       bookmarks_.push_back(
-          {entry.number + QStringLiteral("  ") + entry.text, entry.chapter, place});
+          {entry.number + QStringLiteral("  ") + entry.text, entry.chapter ? 1 : 2, place});
     }
     const QFontMetricsF metrics(TextFont(kTextPoints), &writer_);
     for (const auto& [page, lines] : contents_) {
@@ -712,8 +712,8 @@ void PrintBook(const Text& text, const PictureSource& pictures, QIODevice& devic
   SetPage(writer);
   Printer printer(text, pictures, writer);
   printer.Print();
-  const QByteArray book =
-      WithMarks(pages.data(), printer.Bookmarks(), printer.Links(), text.language);
+  const QByteArray book = WithMarks(pages.data(), printer.Bookmarks(), printer.Links(),
+                                    {{}, {}, {}, text.language, {}, {}});
   if (device.write(book) != book.size())
     throw Failure(failure::kDeviceError, QStringLiteral("The pages can't be written."));
 }
@@ -731,4 +731,4 @@ std::vector<QStringList> LinesOfPages(const Text& text, const PictureSource& pic
   return body.LinesOfPages();
 }
 
-}  // namespace kestrix::paper
+}  // namespace kestrix::paper::book

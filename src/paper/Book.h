@@ -6,7 +6,7 @@
 
 #include "paper/Text.h"
 
-namespace kestrix::paper {
+namespace kestrix::paper::book {
 
 /// Gives the picture of a name. What it fails with, printing fails with.
 using PictureSource = std::function<QImage(const QString& name)>;
@@ -27,4 +27,4 @@ void PrintBook(const Text& text, const PictureSource& pictures, QIODevice& devic
 [[nodiscard]] std::vector<QStringList> LinesOfPages(const Text& text,
                                                     const PictureSource& pictures);
 
-}  // namespace kestrix::paper
+}  // namespace kestrix::paper::book

@@ -2,7 +2,12 @@
 
 #include <exception>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFEFStreamObjectHelper.hh>
+#include <qpdf/QPDFEmbeddedFileDocumentHelper.hh>
+#include <qpdf/QPDFFileSpecObjectHelper.hh>
 #include <qpdf/QPDFWriter.hh>
+#include <string>
+#include <utility>
 
 #include "platform/Failure.h"
 
@@ -21,13 +26,14 @@ class Marker {
 
   void AddBookmarks(const std::vector<PdfBookmark>& bookmarks) {
     Object root = pdf_.makeIndirectObject(Object::parse("<< /Type /Outlines >>"));
-    Object last_top;
+    std::vector<std::pair<int, Object>> open{{0, root}};
     for (const PdfBookmark& bookmark : bookmarks) {
+      while (open.back().first >= bookmark.level) open.pop_back();
       Object item = pdf_.makeIndirectObject(Object::newDictionary());
       item.replaceKey("/Title", Text(bookmark.text));
       item.replaceKey("/Dest", Destination(bookmark.place));
-      Append(bookmark.top || !last_top.isInitialized() ? root : last_top, item);
-      if (bookmark.top) last_top = item;
+      Append(open.back().second, item);
+      open.emplace_back(bookmark.level, item);
     }
     pdf_.getRoot().replaceKey("/Outlines", root);
     pdf_.getRoot().replaceKey("/PageMode", Object::newName("/UseOutlines"));
@@ -47,7 +53,37 @@ class Marker {
     }
   }
 
+  void Describe(const PdfFacts& facts) {
+    pdf_.getRoot().replaceKey("/Lang", Text(facts.language));
+    pdf_.getRoot().replaceKey("/ViewerPreferences", Object::parse("<< /DisplayDocTitle true >>"));
+    if (!facts.date.isValid()) return;
+    Object info = pdf_.makeIndirectObject(Object::newDictionary());
+    info.replaceKey("/Title", Text(facts.title));
+    info.replaceKey("/Author", Text(facts.author));
+    info.replaceKey("/Subject", Text(facts.subject));
+    info.replaceKey("/Creator", Text(QStringLiteral("KestrixStudy")));
+    info.replaceKey("/CreationDate", Object::newString(TimeOf(facts.date)));
+    info.replaceKey("/ModDate", Object::newString(TimeOf(facts.date)));
+    pdf_.getTrailer().replaceKey("/Info", info);
+    pdf_.getRoot().removeKey("/Metadata");
+  }
+
+  void Attach(const Attachment& attachment, QDate date) {
+    if (attachment.name.isEmpty()) return;
+    auto stream = QPDFEFStreamObjectHelper::createEFStream(pdf_, attachment.bytes.toStdString());
+    stream.setCreationDate(TimeOf(date)).setModDate(TimeOf(date));
+    stream.setSubtype(attachment.type.toStdString());
+    auto file =
+        QPDFFileSpecObjectHelper::createFileSpec(pdf_, attachment.name.toStdString(), stream);
+    file.setDescription(attachment.description.toStdString());
+    QPDFEmbeddedFileDocumentHelper(pdf_).replaceEmbeddedFile(attachment.name.toStdString(), file);
+  }
+
  private:
+  [[nodiscard]] static std::string TimeOf(QDate date) {
+    return date.toString(QStringLiteral("'D:'yyyyMMdd'000000Z'")).toStdString();
+  }
+
   [[nodiscard]] static qreal HeightOf(Object page) {
     return page.getKey("/MediaBox").getArrayItem(3).getNumericValue();
   }
@@ -81,17 +117,18 @@ class Marker {
 }  // namespace
 
 QByteArray WithMarks(const QByteArray& pdf, const std::vector<PdfBookmark>& bookmarks,
-                     const std::vector<PdfLink>& links, const QString& language) try {
+                     const std::vector<PdfLink>& links, const PdfFacts& facts) try {
   QPDF file;
   file.processMemoryFile("pdf", pdf.constData(), static_cast<size_t>(pdf.size()));
   Marker marker(file);
   marker.AddBookmarks(bookmarks);
   marker.AddLinks(links);
-  file.getRoot().replaceKey("/Lang", Text(language));
-  file.getRoot().replaceKey("/ViewerPreferences", Object::parse("<< /DisplayDocTitle true >>"));
+  marker.Describe(facts);
+  marker.Attach(facts.attachment, facts.date);
   QPDFWriter writer(file);
   writer.setOutputMemory();
   writer.setDeterministicID(true);
+  writer.setObjectStreamMode(qpdf_o_generate);
   writer.write();
   const auto bytes = writer.getBufferSharedPointer();
   return {reinterpret_cast<const char*>(bytes->getBuffer()),

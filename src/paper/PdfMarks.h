@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDate>
 #include <QRectF>
 #include <QString>
 #include <vector>
@@ -14,7 +15,7 @@ struct PdfPlace {
 };
 struct PdfBookmark {
   QString text;
-  bool top = false;  ///< of the first level; the others stand below the last one of these
+  int level = 1;  ///< each stands below the last one of a lower level
   PdfPlace place;
 };
 struct PdfLink {
@@ -23,10 +24,28 @@ struct PdfLink {
   PdfPlace target;
 };
 
-/// The PDF with what the toolkit's writer can't give it: bookmarks, links within, and the language
-/// of its text. Equal input gives equal bytes but for the time that the writer put in. Fails with
-/// kSyntax when `pdf` is none.
+/// A file that a PDF carries with it.
+struct Attachment {
+  QString name;
+  QByteArray bytes;
+  QString type;  ///< as in "application/json"
+  QString description;
+};
+
+/// What a PDF says of itself. With a date the same document gives the same bytes; without one the
+/// toolkit's writer puts in the time.
+struct PdfFacts {
+  QString title;
+  QString author;
+  QString subject;
+  QString language;
+  QDate date;
+  Attachment attachment;  ///< none without a name
+};
+
+/// The PDF with what the toolkit's writer can't give it: bookmarks, links within, the language of
+/// its text, a file that it carries. Fails with kSyntax when `pdf` is none.
 [[nodiscard]] QByteArray WithMarks(const QByteArray& pdf, const std::vector<PdfBookmark>& bookmarks,
-                                   const std::vector<PdfLink>& links, const QString& language);
+                                   const std::vector<PdfLink>& links, const PdfFacts& facts);
 
 }  // namespace kestrix::paper

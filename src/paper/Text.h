@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <vector>
 
-namespace kestrix::paper {
+namespace kestrix::paper::book {
 
 /// A stretch of text in one face.
 struct Run {
@@ -40,4 +40,4 @@ struct Text {
   return text;
 }
 
-}  // namespace kestrix::paper
+}  // namespace kestrix::paper::book

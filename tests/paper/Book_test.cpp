@@ -7,7 +7,7 @@
 
 #include "help/HelpTest.h"
 
-namespace kestrix::paper {
+namespace kestrix::paper::book {
 namespace {
 
 bool IsWholePdf(const QByteArray& bytes) {
@@ -45,7 +45,12 @@ TEST_F(BookTest, BookHasTitleContentsAndItsTextOnPagesOfA4) {
   const QByteArray pdf = Printed(text);
   EXPECT_TRUE(IsWholePdf(pdf));
   EXPECT_EQ(PagesOf(pdf), 4);
-  EXPECT_TRUE(pdf.contains("/MediaBox [ 0 0 595"));
+  QPDF file;
+  file.processMemoryFile("pdf", pdf.constData(), static_cast<size_t>(pdf.size()));
+  auto first = file.getAllPages().front();
+  const auto page = first.getKey("/MediaBox").getArrayAsRectangle();
+  EXPECT_NEAR(page.urx, 595, 1);
+  EXPECT_NEAR(page.ury, 842, 1);
 }
 
 /// What a reader of PDFs finds in the finished file.
@@ -188,4 +193,4 @@ TEST(InstalledManual, IsAWholePdfOfManyPages) {
 #endif
 
 }  // namespace
-}  // namespace kestrix::paper
+}  // namespace kestrix::paper::book

@@ -62,7 +62,7 @@ void Make(const Arguments& arguments) {
   const QByteArray page = HelpPage(manual, pictures);
   QBuffer book;
   book.open(QIODevice::WriteOnly);
-  paper::PrintBook(
+  paper::book::PrintBook(
       manual, [&](const QString& name) { return pictures.Image(name); }, book);
   // Both or none, as far as it can be known before: nothing is written until both are made.
   Write(arguments.page, page);

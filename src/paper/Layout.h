@@ -1,0 +1,100 @@
+#pragma once
+
+#include <QColor>
+#include <QHash>
+#include <QPageLayout>
+#include <QPointF>
+#include <QRectF>
+#include <QString>
+#include <memory>
+#include <variant>
+#include <vector>
+
+#include "paper/Document.h"
+
+class QPaintDevice;
+class QPainter;
+class QTextLayout;
+
+namespace kestrix::paper {
+
+/// What stands on a page, with its place. Measures are dots of the device that was laid out for.
+struct TextLine {
+  std::shared_ptr<const QTextLayout> text;
+  int line = 0;
+  QPointF at;  ///< of the layout's beginning
+};
+struct Fill {
+  QRectF area;
+  QColor colour;
+};
+struct Stroke {
+  QRectF area;
+  QColor colour;
+};
+struct PlacedPicture {
+  const Picture* picture = nullptr;
+  QRectF area;
+};
+struct PlacedDrawing {
+  const Drawing* drawing = nullptr;
+  QRectF area;
+};
+using Item = std::variant<TextLine, Fill, Stroke, PlacedPicture, PlacedDrawing>;
+
+/// A rectangle of a page that leads to an anchor.
+struct PlacedLink {
+  QRectF area;
+  QString anchor;
+};
+
+struct Page {
+  bool landscape = false;
+  std::vector<Item> items;
+  std::vector<PlacedLink> links;
+};
+
+/// A heading with the place that it got.
+struct Entry {
+  int level = 1;
+  QString text;
+  QString anchor;
+  int page = 0;  ///< from 0
+  double y = 0;  ///< of its top
+  bool in_contents = true;
+};
+
+/// A document's pages: cover, contents, body. It keeps the document's pictures and drawings by
+/// reference, so the document must outlive it.
+class Layout {
+ public:
+  /// Lays out for pages of `size` (the upright paper) on a device of `dots` per inch.
+  Layout(const Document& document, const QPageSize& size, int dots);
+  ~Layout();
+  Layout(const Layout&) = delete;
+  Layout& operator=(const Layout&) = delete;
+
+  [[nodiscard]] int PageCount() const { return static_cast<int>(pages_.size()); }
+  [[nodiscard]] const Page& PageAt(int page) const {
+    return pages_[static_cast<std::size_t>(page)];
+  }
+  /// The page's size in dots, turned as it is.
+  [[nodiscard]] QSizeF SizeOf(const Page& page) const;
+  [[nodiscard]] const std::vector<Entry>& Entries() const { return entries_; }
+  /// The place of an anchor, or null.
+  [[nodiscard]] const Entry* Find(const QString& anchor) const;
+
+  /// Paints a page, its head and foot included, with the painter's origin at the paper's corner.
+  void Paint(QPainter& painter, int page) const;
+
+ private:
+  friend class Composer;
+  const Document& document_;
+  QSizeF paper_;  ///< upright, in dots
+  int dots_;
+  std::vector<Page> pages_;
+  std::vector<Entry> entries_;
+  QHash<QString, std::size_t> anchors_;  ///< places in entries_
+};
+
+}  // namespace kestrix::paper
