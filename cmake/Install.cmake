@@ -1,7 +1,9 @@
 # What installing lays out. The prefix is the folder of the product family, in which the family's
 # home page program stands; everything of ours lies in one folder below it, the application's folder:
 #
-#   KestrixStudy/KestrixStudy          the program
+#   KestrixStudy/KestrixStudy          the workbench
+#   KestrixStudy/RiskBookRpts.exe      the report preview
+#   KestrixStudy/kestrix               the command: lists, reports, checks
 #   KestrixStudy/risk_esmatn.mdb       the template of a study
 #   KestrixStudy/hlpAnnlyAdv.pdf       the manual
 #   KestrixStudy/acci_alys_help.htm    the help page
@@ -14,9 +16,11 @@ if(CMAKE_INSTALL_PREFIX_INITIALIZED_TO_DEFAULT)
   set_property(CACHE CMAKE_INSTALL_PREFIX PROPERTY VALUE "/opt/kestrix")
 endif()
 
-if(TARGET KestrixStudy)
-  install(TARGETS KestrixStudy RUNTIME DESTINATION KestrixStudy)
-endif()
+foreach(program KestrixStudy RiskBookRpts kestrix)
+  if(TARGET ${program})
+    install(TARGETS ${program} RUNTIME DESTINATION KestrixStudy)
+  endif()
+endforeach()
 
 install(FILES
   "${PROJECT_BINARY_DIR}/help/hlpAnnlyAdv.pdf"
