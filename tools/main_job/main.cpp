@@ -15,7 +15,11 @@
 #include "hands/Hands.h"
 #include "main_job/WorkedExample.h"
 #include "platform/FileSystem.h"
+#include "platform/QtPagePrinter.h"
 #include "platform/QtPlatform.h"
+#include "preview/PageView.h"
+#include "preview/RiskBookRpts.h"
+#include "reports/Export.h"
 #include "store/Database.h"
 #include "store/RecordSources.h"
 #include "store/Recordset.h"
@@ -178,6 +182,32 @@ class Job {
     desk_.messages.shown.clear();
     if (!QFile::remove(path) || !QFile::rename(aside, path)) {
       throw Stopped(QStringLiteral("The register can't be put back."));
+    }
+  }
+
+  /// The report preview of the project, and the report as a document and as a workbook.
+  void ShowReport() {
+    QtPagePrinter printer;
+    const Installation installation(desk_.environment.ApplicationFolder());
+    preview::RiskBookRpts window(desk_.platform, printer, installation);
+    window.show();
+    window.Open({});
+    const auto* done = window.findChild<QWidget*>(QStringLiteral("ReportExport"));
+    if (!Hands::WaitUntil([done] { return done->isEnabled(); }))
+      throw Stopped(QStringLiteral("The report isn't shown."));
+    window.findChild<preview::PageView*>()->GoToAnchor(QStringLiteral("summary"));
+    Hands::Settle();
+    const QString path = QStringLiteral("%1/RiskBookRpts.png").arg(pictures_);
+    if (!window.grab().save(path)) throw Stopped(QStringLiteral("%1 can't be written.").arg(path));
+
+    records::FileSource source(installation);
+    reports::Options options;
+    options.date = desk_.platform.clock.Today();
+    const reports::Report report = reports::MakeReport(
+        source, {Text(example::kOrganisation), study_}, Text(example::kProject), options);
+    for (const char* ending : {"pdf", "xlsx"}) {
+      const QString file = QStringLiteral("%1/report.%2").arg(pictures_, QLatin1String(ending));
+      reports::WriteWhole(file, reports::BytesFor(file, report, source));
     }
   }
 
@@ -426,12 +456,13 @@ int main(int argc, char** argv) {
     job.SecondRun();
     job.ShowTheRest();
     job.ShowNotice();
+    job.ShowReport();
     PrintStudy(Installation(folder), job.study());
   } catch (const std::exception& stopped) {
     QTextStream(stderr) << "The job stopped: " << stopped.what() << '\n';
     return EXIT_FAILURE;
   }
   Out() << "\nClosed, started again, and everything was found as it was.\nPictures of the forms: "
-        << pictures << '\n';
+        << pictures << "\nThe report of the project: report.pdf and report.xlsx beside them\n";
   return EXIT_SUCCESS;
 }
