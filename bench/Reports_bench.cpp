@@ -1,0 +1,212 @@
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+#include <sys/resource.h>
+#include <xlsxwriter.h>
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QTemporaryDir>
+#include <QTextLayout>
+#include <map>
+#include <memory>
+
+#include "paper/Pdf.h"
+#include "platform/FileCopy.h"
+#include "records/FileSource.h"
+#include "reports/Compose.h"
+#include "reports/Csv.h"
+#include "reports/Export.h"
+#include "reports/Json.h"
+#include "reports/Register.h"
+#include "reports/Xlsx.h"
+
+// Reports of many tasks, each beside the same work without anything of ours.
+namespace {
+
+using namespace kestrix;
+
+const QString kOrganisation = QStringLiteral("Press shop");
+const QString kProject = QStringLiteral("P1");
+
+void Execute(const QString& file, const QString& sql) {
+  sqlite3* handle = nullptr;
+  char* error = nullptr;
+  sqlite3_open(file.toUtf8().constData(), &handle);
+  if (sqlite3_exec(handle, sql.toUtf8().constData(), nullptr, nullptr, &error) != SQLITE_OK) {
+    qFatal("%s", error);
+  }
+  sqlite3_close(handle);
+}
+
+/// An installation of one project with so many tasks, made once.
+const QString& FolderOf(int tasks) {
+  static QTemporaryDir scratch;
+  static std::map<int, QString> made;
+  QString& folder = made[tasks];
+  if (!folder.isEmpty()) return folder;
+  folder = scratch.filePath(QString::number(tasks));
+  QDir().mkpath(folder + QStringLiteral("/RskAsmtFld/Picfolder/Prj1"));
+  const QString pristine = QStringLiteral(KESTRIX_PRISTINE_FOLDER "/");
+  for (const char* name :
+       {"risk_esmatn.mdb", "RskAsmtFld/orgtn.mdb", "RskAsmtFld/RskAsmt_BkSup.mdb"}) {
+    QFile::copy(pristine + QLatin1String(name), folder + u'/' + QLatin1String(name));
+  }
+  const QString study = folder + QStringLiteral("/RskAsmtFld/risk_esmatn1.mdb");
+  QFile::copy(folder + QStringLiteral("/risk_esmatn.mdb"), study);
+  Execute(folder + QStringLiteral("/RskAsmtFld/orgtn.mdb"),
+          QStringLiteral("INSERT INTO orgtn(OrgName,sclenotxt) VALUES('%1',1)").arg(kOrganisation));
+  Execute(
+      study,
+      QStringLiteral(
+          "INSERT INTO Project_details(Factory_Name,Project_Number) VALUES('%1','%2');"
+          "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<%3) INSERT INTO "
+          "Risk_records(Project_Number,dateOfRcd,FuntnTaskMachry,HazrdLoctn,RefNo,"
+          "HzrdDscptnTXT,ReccdtnTxt,ActnByCbo,actnDt,SevertyCbo,ExposureCbo,occurrenceCbo,"
+          "avoidanceCbo,RiskIndex,\"1Chk_OptnSltd\",\"2Chk_OptnSltd\",\"3Chk_OptnSltd\","
+          "\"4Chk_OptnSltd\") SELECT '%2','01/02/2026','Task '||i,'Place '||(i%20),"
+          "printf('%02d.%02d',i/100,i%100),'The operator reaches between the closing tools, "
+          "task '||i||'.','Guard the tool area with a light curtain.','Engineer '||(i%7),"
+          "'01/03/2027','S2, Serious','F2, Frequent','O3, High','A2, Impossible',6,4,5,4,5 "
+          "FROM n")
+          .arg(kOrganisation, kProject)
+          .arg(tasks));
+  return folder;
+}
+
+struct Subject {
+  explicit Subject(int tasks) : source(Installation(FolderOf(tasks))) {
+    options.date = QDate(2026, 6, 15);
+    report = reports::MakeReport(source, {kOrganisation, 1}, kProject, options);
+  }
+  records::FileSource source;
+  reports::Options options;
+  reports::Report report;
+};
+
+void Read(benchmark::State& state) {
+  records::FileSource source{Installation(FolderOf(static_cast<int>(state.range(0))))};
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(source.ReadProject({kOrganisation, 1}, kProject));
+  }
+}
+
+void ReadByTheEngineAlone(benchmark::State& state) {
+  const QString study =
+      FolderOf(static_cast<int>(state.range(0))) + QStringLiteral("/RskAsmtFld/risk_esmatn1.mdb");
+  for (auto _ : state) {
+    sqlite3* handle = nullptr;
+    sqlite3_stmt* rows = nullptr;
+    sqlite3_open_v2(study.toUtf8().constData(), &handle, SQLITE_OPEN_READONLY, nullptr);
+    sqlite3_prepare_v2(handle, "SELECT * FROM Risk_records ORDER BY nunberauto", -1, &rows,
+                       nullptr);
+    while (sqlite3_step(rows) == SQLITE_ROW) {
+      for (int column = 0; column < sqlite3_column_count(rows); ++column) {
+        benchmark::DoNotOptimize(sqlite3_column_text(rows, column));
+      }
+    }
+    sqlite3_finalize(rows);
+    sqlite3_close(handle);
+  }
+}
+
+void Write(benchmark::State& state, const QString& file) {
+  Subject subject(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(reports::BytesFor(file, subject.report, subject.source));
+  }
+  struct rusage usage {};
+  getrusage(RUSAGE_SELF, &usage);
+  state.counters["peak_MB"] = static_cast<double>(usage.ru_maxrss) / 1024;
+}
+
+/// The lines of the same pages, put where they stand by the toolkit alone.
+void PdfWithoutLayout(benchmark::State& state) {
+  Subject subject(static_cast<int>(state.range(0)));
+  const paper::Document document = reports::Compose(subject.report, {}, subject.source);
+  const paper::Layout layout(document, QPageSize(QPageSize::A4), paper::kPdfDots);
+  std::vector<std::vector<std::pair<QPointF, QString>>> pages;
+  for (int page = 0; page < layout.PageCount(); ++page) {
+    auto& lines = pages.emplace_back();
+    for (const paper::Item& item : layout.PageAt(page).items) {
+      const auto* line = std::get_if<paper::TextLine>(&item);
+      if (line == nullptr) continue;
+      const QTextLine on = line->text->lineAt(line->line);
+      lines.emplace_back(line->at + QPointF(on.x(), on.y() + on.ascent()),
+                         line->text->text().mid(on.textStart(), on.textLength()));
+    }
+  }
+  for (auto _ : state) {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    writer.setResolution(paper::kPdfDots);
+    QPainter painter(&writer);
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPixelSize(125);
+    painter.setFont(font);
+    for (const auto& lines : pages) {
+      for (const auto& [at, text] : lines) painter.drawText(at, text);
+      writer.newPage();
+    }
+  }
+  state.counters["pages"] = layout.PageCount();
+}
+
+void XlsxByTheLibraryAlone(benchmark::State& state) {
+  Subject subject(static_cast<int>(state.range(0)));
+  std::vector<std::vector<QByteArray>> cells;
+  for (const reports::Entry& entry : subject.report.entries) {
+    auto& row = cells.emplace_back();
+    for (const reports::Column& column : reports::RegisterColumns()) {
+      row.push_back(column.of(entry).text.toUtf8());
+    }
+  }
+  const QTemporaryDir folder;
+  const QByteArray path = folder.filePath(QStringLiteral("a.xlsx")).toUtf8();
+  for (auto _ : state) {
+    lxw_workbook* book = workbook_new(path.constData());
+    lxw_worksheet* sheet = workbook_add_worksheet(book, nullptr);
+    lxw_row_t number = 0;
+    for (const auto& row : cells) {
+      lxw_col_t column = 0;
+      for (const QByteArray& cell : row) {
+        worksheet_write_string(sheet, number, column++, cell.constData(), nullptr);
+      }
+      ++number;
+    }
+    workbook_close(book);
+  }
+}
+
+BENCHMARK(Read)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadByTheEngineAlone)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Write, pdf, QStringLiteral("r.pdf"))->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(PdfWithoutLayout)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Write, xlsx, QStringLiteral("r.xlsx"))
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(XlsxByTheLibraryAlone)->Arg(10000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Write, csv, QStringLiteral("r.csv"))
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Write, json, QStringLiteral("r.json"))
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Write, html, QStringLiteral("r.html"))->Arg(1000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QGuiApplication application(argc, argv);
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
