@@ -111,6 +111,8 @@ void Composer::Compose(const std::vector<Block>& blocks) {
     }
   }
   PutChain(chain);
+  // Nothing followed the last break.
+  if (pages.size() > 1 && pages.back().items.empty()) pages.pop_back();
 }
 
 void Composer::PutChain(Pieces& chain) {

@@ -560,8 +560,10 @@ class Composition {
   [[nodiscard]] static std::vector<Block> StageDrawings(const Entry& entry, model::Stage which) {
     const records::Stage& stored = records::StageOf(entry.task, which);
     const ComputedStage& computed = ComputedOf(entry, which);
-    const RiskMarks marks =
+    RiskMarks marks =
         MarksOf(which, stored.levels, Score(stored.scores[0]), Score(computed.class_score));
+    // The path as far as it is stored, but no index that isn't estimated.
+    if (!computed.estimated) marks.labels = {};
     return {Drawn(RiskDrawing::Part::kGraph, marks, kGraphSize,
                   QStringLiteral("Risk graph: ") + IndexText(computed, stored)),
             Drawn(RiskDrawing::Part::kMatrix, marks, kMatrixSize,

@@ -97,6 +97,11 @@ TEST(LayoutTest, EveryCharacterOfAForeignScriptIsLaidOut) {
   EXPECT_EQ(LinesOf(layout, 2), QStringList(text));
 }
 
+TEST(LayoutTest, ABreakAtTheEndMakesNoEmptyPage) {
+  const Document document = With({{Paragraph{Plain(QStringLiteral("text"))}}, {PageBreak{true}}});
+  EXPECT_EQ(Layout(document, kA4, kPdfDots).PageCount(), 3);
+}
+
 TEST(LayoutTest, ControlCharactersShowThatTheyAreNone) {
   const Document document = With({{Paragraph{Plain(QStringLiteral("a\u0007b"))}}});
   const Layout layout(document, kA4, kPdfDots);
