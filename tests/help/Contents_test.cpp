@@ -51,13 +51,15 @@ bool IsMessage(const QString& text) {
   return kMessage.match(text).hasMatch() && !kOther.match(text).hasMatch();
 }
 
-/// All texts of the sources. The pages speak to who builds the help; the
-/// statements are no messages.
+/// All texts of the sources. The pages speak to who builds the help; the statements are no
+/// messages. A report and what reads and checks for it tell what to do beside each sentence, or
+/// stand alone.
 QStringList TextsOfSources() {
   QStringList texts;
   for (const QString& path :
        FilesBelow(kSources, {QStringLiteral("*.cpp"), QStringLiteral("*.h")})) {
-    static const QRegularExpression kOthers(QStringLiteral("/paper/|/Statements\\.h$"));
+    static const QRegularExpression kOthers(
+        QStringLiteral("/(paper|records|checks|reports|preview|command)/|/Statements\\.h$"));
     if (!path.contains(kOthers)) texts += LiteralsOf(TextOf(path));
   }
   return texts;
