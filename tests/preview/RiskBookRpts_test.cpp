@@ -18,6 +18,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThreadPool>
 
 #include "checks/FinishedTask.h"
 #include "paper/Pdf.h"
@@ -39,8 +40,9 @@ QApplication& Application() {
   static int count = 1;
   static char name[] = "preview";
   static char* words[] = {name, nullptr};
-  static QApplication application(count, words);
-  return application;
+  // It outlives the threads that made pages.
+  static auto* application = new QApplication(count, words);
+  return *application;
 }
 
 /// Counts the pages that it gets.
@@ -79,6 +81,11 @@ class PreviewTest : public ::testing::Test {
     for (int i = 0; i < 30; ++i) GivenTask(i);
     TestInstallation::Exec(installation_.Register(),
                            QStringLiteral("UPDATE Orgtmp SET OrgNameTMP=1"));
+  }
+
+  void TearDown() override {
+    window_.reset();
+    QThreadPool::globalInstance()->waitForDone();
   }
 
   void GivenTask(int number) {
