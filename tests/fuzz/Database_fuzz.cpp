@@ -11,15 +11,16 @@
 namespace kestrix::fuzz {
 namespace {
 
-const QStringList& Sources() {
-  static const QStringList kSources = {sources::kOrgtnTable,
-                                       sources::kOrgtmp,
-                                       sources::kPrjstage,
-                                       sources::kPrimaryHazard,
-                                       sources::HazardTypesOf(QStringLiteral("Mechanical hazards")),
-                                       sources::ProjectSql(QStringLiteral("ACME")),
-                                       sources::RiskSql(QStringLiteral("P-1")),
-                                       sources::FileLinkSql(QStringLiteral("P-1"))};
+const QList<Select>& Sources() {
+  static const QList<Select> kSources = {
+      sources::kOrgtnTable,
+      sources::kOrgtmp,
+      sources::kPrjstage,
+      sources::kPrimaryHazard,
+      sources::HazardTypesOf(QStringLiteral("Mechanical hazards")),
+      sources::ProjectSql(QStringLiteral("ACME")),
+      sources::RiskSql(QStringLiteral("P-1")),
+      sources::FileLinkSql(QStringLiteral("P-1"))};
   return kSources;
 }
 

@@ -147,7 +147,7 @@ TEST_F(MnfrmTest, AnOpenedOrganisationShowsItsProjectsFromTheFirstOn) {
   EXPECT_EQ(asked, QStringList{"organisation form away"});
   EXPECT_EQ(session.StudyConnected, 0);
   EXPECT_EQ(session.ListTextKnown, 1);
-  EXPECT_EQ(session.ProjectSql, sources::ProjectSql("ACME"));
+  EXPECT_EQ(session.ProjectSql.text, sources::ProjectSql("ACME").text);
   EXPECT_EQ(Control<DataControl>("dtsorce1").ConnectionString(),
             DataControl::ConnectionStringFor(installation.Study(1)));
   EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
