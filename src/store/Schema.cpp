@@ -111,7 +111,7 @@ Behind BehindNewest(Database& database) {
     if (same == kind.end()) continue;
     newest = kind.back().version;
     if (version > same->version) break;
-    if (same->version == newest && (version == 0 || version == newest)) return {version, {}};
+    if (same->version == newest) return {version, {}};
     QByteArray steps;
     for (auto step = same + 1; step != kind.end(); ++step) steps += step->step;
     return {version, steps + "PRAGMA user_version=" + QByteArray::number(newest)};

@@ -6,6 +6,8 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -93,6 +95,10 @@ void Hands::Missing(const QString& name, const char* kind) const {
 
 QWidget& Hands::Window() const {
   if (window_) return *window_;
+  // A form that is shown is in front only once the display has said so.
+  const QDeadlineTimer patience(kPatience);
+  while (!forms_.active() && !patience.hasExpired())
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
   QWidget* front = forms_.active();
   if (!front) End(QStringLiteral("No form is in front."));
   return *front;
