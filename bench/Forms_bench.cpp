@@ -312,7 +312,7 @@ class FormsBench {
   }
 
   /// What the other side reads.
-  void Select() { std::printf("%s\n", qPrintable(sources::RiskSql(desk_.project_number))); }
+  void Select() { std::printf("%s\n", qPrintable(sources::RiskSql(desk_.project_number).text)); }
 
   void ExpectNoMessage() { Expect(desk_.messages.shown.isEmpty()); }
 
