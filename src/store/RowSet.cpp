@@ -92,13 +92,23 @@ std::optional<RowSet::Row> RowSet::Read(qint64 key) const {
 
 QVariantList RowSet::Column(int field) const {
   Statement select(*database_, QStringLiteral("SELECT _rowid_,%1 %2").arg(AsRead(field), tail_));
-  QHash<qint64, QVariant> stored;
-  while (select.Step()) stored.insert(select.Integer(0), select.Column(1));
   QVariantList values;
-  for (const qint64 key : keys_) {
-    const auto found = stored.constFind(key);
+  values.reserve(static_cast<qsizetype>(keys_.size()));
+  // As a rule the rows come as the keys did; the others wait for their place.
+  QHash<qint64, QVariant> others;
+  while (select.Step()) {
+    const auto row = static_cast<std::size_t>(values.size());
+    const qint64 key = select.Integer(0);
+    if (row < keys_.size() && keys_[row] == key) {
+      values += select.Column(1);
+    } else {
+      others.insert(key, select.Column(1));
+    }
+  }
+  for (auto row = static_cast<std::size_t>(values.size()); row < keys_.size(); ++row) {
+    const auto found = others.constFind(keys_[row]);
     // The SELECT doesn't hold a row that was changed, or added here, against its WHERE.
-    values += found != stored.constEnd() ? *found : Read(key).value_or(Row()).value(field);
+    values += found != others.constEnd() ? *found : Read(keys_[row]).value_or(Row()).value(field);
   }
   return values;
 }
