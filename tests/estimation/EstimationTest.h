@@ -72,6 +72,11 @@ class EstimationTest : public FormTest {
     GivenTask(fields);
     OpenForm();
   }
+  /// A new task's form, with these levels picked.
+  void OpenAndPick(const QStringList& levels) {
+    OpenOn({});
+    PickLevels(levels);
+  }
   void Close() {
     CloseBox(*form_);
     LookAtFront();
@@ -132,6 +137,23 @@ class EstimationTest : public FormTest {
   }
   [[nodiscard]] bool ShowsPicture(const QString& name) const {
     return !Control<QLabel>(name).pixmap(Qt::ReturnByValue).isNull();
+  }
+  /// What is shown of two indexes that the graph knows.
+  void ExpectBandsAndVerdict(int before, int after) const {
+    static const QStringList kBands{"No Risk",     "Low Risk",  "Low Risk", "Medium Risk",
+                                    "Medium Risk", "High Risk", "High Risk"};
+    static const QList<QRgb> kColours{0x80FF80, 0x80FF80, 0x80FF80, 0xFFC080,
+                                      0xFFC080, 0xFF0000, 0xFF0000};
+    EXPECT_EQ(TextOf("RiskIdxBRsltDsp"), QString::number(before));
+    EXPECT_EQ(TextOf("RiskIdxARsltDsp"), QString::number(after));
+    EXPECT_EQ(TextOf("RskTxtLbl"), kBands[before]);
+    EXPECT_EQ(TextOf("RskTxtLbl2"), kBands[after]);
+    EXPECT_EQ(BackOf("RiskShape1"), kColours[before]);
+    EXPECT_EQ(BackOf("RiskShape2"), kColours[after]);
+    EXPECT_EQ(TextOf("HasRiskRdsLbl"), before > after   ? "Yes"
+                                       : before < after ? "No"
+                                       : before == 0    ? "No Risk"
+                                                        : "May require further risk reduction.");
   }
   /// The colour in the middle of a shown picture.
   [[nodiscard]] QColor MiddleOf(const QString& name) const {
@@ -196,6 +218,10 @@ class EstimationTest : public FormTest {
   static inline const QStringList kStatementLabels{"SerChkStd", "ExChkStdStd", "OcrChkStd",
                                                    "AvrChkStd"};
   static inline const QStringList kScoreLabels{"SerScrStd", "ExScrStd", "OCrScrStd", "AvrScrStd"};
+  static inline const QStringList kPathToFour{"S2, Serious", "F1, Seldom", "O3, High",
+                                              "A2, Impossible"};
+  static inline const QStringList kPathToSix{"S2, Serious", "F2, Frequent", "O3, High",
+                                             "A2, Impossible"};
   static inline const QStringList kNoLevels{"Reset", "N.A.", "N.A.", "N.A."};
 
   /// Waits for all that is read beside the events, and for what follows from it.

@@ -14,7 +14,6 @@ const char* const kToBeforeTip = "Click to estimation risk before recommendation
 
 class RiskEstimtnStagesTest : public EstimationTest {
  protected:
-  const QStringList kFour{"S2, Serious", "F1, Seldom", "O3, High", "A2, Impossible"};
   const QStringList kTwo{"S1, Slight", "F1, F2", "O3, High", "A2, Impossible"};
 
   [[nodiscard]] static Fields BothStages(const QStringList& before, const QStringList& after) {
@@ -91,56 +90,53 @@ TEST_F(RiskEstimtnStagesTest, TaskThatNobodyEstimatedOpensEmptyAndChangesOnlyIts
 }
 
 TEST_F(RiskEstimtnStagesTest, StoredBeforePathComesBackAndTheAfterPathOnlyOnASwitch) {
-  Fields fields = BothStages(kFour, kTwo);
-  fields.insert({{"RiskIndex", 4}, {"RiskIndexAftr", 2}});
+  Fields fields = BothStages(kPathToFour, kTwo);
+  fields.insert({{"RiskIndex", 1}, {"RiskIndexAftr", 5}});
   OpenOn(fields);
-  EXPECT_EQ(LevelTexts(), kFour);
+  EXPECT_EQ(LevelTexts(), kPathToFour);
   EXPECT_EQ(OpenBoxes(), kBoxes);
   EXPECT_THAT(LitLines(), ElementsAre("SV1", "SH3", "FV1", "FH3", "OAng3", "AH4"));
   EXPECT_THAT(LitLabels(), ElementsAre("RILbl4"));
   EXPECT_EQ(TextOf("RiskIdxBRsltDsp"), "4");
-  EXPECT_EQ(TextOf("RiskIdxARsltDsp"), "2");
-  EXPECT_EQ(TextOf("HasRiskRdsLbl"), "Yes");
+  EXPECT_EQ(TextOf("RiskIdxARsltDsp"), "5");
+  EXPECT_EQ(TextOf("HasRiskRdsLbl"), "No");
+  EXPECT_EQ(SavedIndexes(), QStringList({"4", "5"})) << "as the rules give it now";
   ToAfterStage();
   EXPECT_EQ(LevelTexts(), kTwo);
   EXPECT_THAT(LitLines(), ElementsAre("SV2", "SEH1_2", "OAng1", "AH2"));
   EXPECT_THAT(LitLabels(), ElementsAre("RILb2"));
-  EXPECT_EQ(SavedLevels(), kFour);
+  EXPECT_EQ(SavedIndexes(), QStringList({"4", "2"}));
+  EXPECT_EQ(SavedLevels(), kPathToFour);
   EXPECT_EQ(SavedLevels(true), kTwo);
 }
 
-TEST_F(RiskEstimtnStagesTest, ToggleSwitchesCaptionsColoursTipsAndTheStart) {
-  OpenOn({});
+TEST_F(RiskEstimtnStagesTest, BothSwitchesTurnCaptionsColoursTipsAndTheStartByMouseAndKeys) {
+  OpenOn(BothStages(kPathToFour, kTwo));
+  const auto expect_after = [this](bool after) {
+    ExpectLook(after);
+    EXPECT_EQ(LevelTexts(), after ? kTwo : kPathToFour);
+  };
   ToAfterStage();
-  ExpectLook(true);
+  expect_after(true);
   ToBeforeStage();
-  ExpectLook(false);
-}
-
-TEST_F(RiskEstimtnStagesTest, CaptionOfTheResultsIsASecondSwitch) {
-  OpenOn(BothStages(kFour, kTwo));
-  Click("RsltDsplRiskLbl");
-  ExpectLook(true);
-  EXPECT_EQ(LevelTexts(), kTwo);
-  Click("RsltDsplRiskLbl");
-  ExpectLook(false);
-  EXPECT_EQ(LevelTexts(), kFour);
-}
-
-TEST_F(RiskEstimtnStagesTest, BothSwitchesWorkByKeyboard) {
-  OpenOn({});
+  expect_after(false);
+  // The caption of the results is a second switch.
+  for (const bool after : {true, false}) {
+    Click("RsltDsplRiskLbl");
+    expect_after(after);
+  }
   Focus("RsltDsplRiskLbl");
   PressKey(Qt::Key_Space);
-  ExpectLook(true);
+  expect_after(true);
   PressKey(Qt::Key_Return);
-  ExpectLook(false);
+  expect_after(false);
   Focus("RskBfrAftrChk");
   PressKey(Qt::Key_Space);
-  ExpectLook(true);
+  expect_after(true);
 }
 
 TEST_F(RiskEstimtnStagesTest, SwitchMakesSeverityTheParameterInHand) {
-  OpenOn(BothStages(kFour, kTwo));
+  OpenOn(BothStages(kPathToFour, kTwo));
   Focus("occurrenceCbo");
   EXPECT_EQ(session.ActiveParameterBox, "occurrenceCbo");
   ToAfterStage();
@@ -151,7 +147,7 @@ TEST_F(RiskEstimtnStagesTest, SwitchMakesSeverityTheParameterInHand) {
 }
 
 TEST_F(RiskEstimtnStagesTest, SwitchToAnUnsetStageEmptiesTheGraphAndKeepsTheIndexes) {
-  Fields fields = Levels(kFour);
+  Fields fields = Levels(kPathToFour);
   fields["RiskIndex"] = 4;
   OpenOn(fields);
   ToAfterStage();
@@ -163,7 +159,7 @@ TEST_F(RiskEstimtnStagesTest, SwitchToAnUnsetStageEmptiesTheGraphAndKeepsTheInde
   EXPECT_EQ(TextOf("RskTxtLbl"), "Medium Risk");
   EXPECT_EQ(TextOf("HasRiskRdsLbl"), "Yes") << "an after index that is still 0 counts";
   ToBeforeStage();
-  EXPECT_EQ(LevelTexts(), kFour);
+  EXPECT_EQ(LevelTexts(), kPathToFour);
   EXPECT_THAT(LitLabels(), ElementsAre("RILbl4"));
   EXPECT_EQ(SavedLevels(true), kNoLevels);
 }
@@ -204,24 +200,14 @@ TEST_F(RiskEstimtnStagesTest, StageThatIsLeftBySwitchIsNotSaved) {
 }
 
 TEST_F(RiskEstimtnStagesTest, FieldsBehindAChangedLevelComeBackWithASwitch) {
-  OpenOn(Levels(kFour));
+  OpenOn(Levels(kPathToFour));
   Pick("ExposureCbo", "F2, Frequent");
   EXPECT_EQ(LevelTexts(), QStringList({"S2, Serious", "F2, Frequent", "", ""}));
   EXPECT_EQ(Saved("RiskIndex"), "4");
   ToAfterStage();
   ToBeforeStage();
-  EXPECT_EQ(LevelTexts(),
-            QStringList({"S2, Serious", "F2, Frequent", "O3, High", "A2, Impossible"}));
+  EXPECT_EQ(LevelTexts(), kPathToSix);
   EXPECT_EQ(Saved("RiskIndex"), "6") << "the end of the replayed path stores its index";
-}
-
-TEST_F(RiskEstimtnStagesTest, ReplayStoresTheIndexThatTheRulesGiveNow) {
-  Fields fields = BothStages(kFour, kTwo);
-  fields.insert({{"RiskIndex", 1}, {"RiskIndexAftr", 5}});
-  OpenOn(fields);
-  EXPECT_EQ(SavedIndexes(), QStringList({"4", "5"}));
-  ToAfterStage();
-  EXPECT_EQ(SavedIndexes(), QStringList({"4", "2"}));
 }
 
 TEST_F(RiskEstimtnStagesTest, StaleAvoidanceBehindAnEndedPathFiresItsRule) {
@@ -240,15 +226,8 @@ TEST_F(RiskEstimtnStagesTest, LevelsBehindAnUnsetSeverityComeBackAllTheSame) {
   EXPECT_EQ(Saved("RiskIndex"), "6");
 }
 
-TEST_F(RiskEstimtnStagesTest, ClosingWritesWhatTheBoxesShow) {
-  OpenOn({});
-  Pick("SevertyCbo", "S1, Slight");
-  Click("clsfrm");
-  EXPECT_EQ(SavedLevels(), QStringList({"S1, Slight", "F1, F2", "N.A.", "N.A."}));
-}
-
 TEST_F(RiskEstimtnStagesTest, ClosingBlanksTheLevelsBehindAChangedOneAndKeepsTheIndex) {
-  Fields fields = Levels(kFour);
+  Fields fields = Levels(kPathToFour);
   fields["RiskIndex"] = 4;
   OpenOn(fields);
   Pick("SevertyCbo", "S1, Slight");
@@ -258,14 +237,11 @@ TEST_F(RiskEstimtnStagesTest, ClosingBlanksTheLevelsBehindAChangedOneAndKeepsThe
   OpenForm();
   EXPECT_THAT(LitLines(), ElementsAre("SV2", "SEH1_2"));
   EXPECT_EQ(TextOf("RiskIdxBRsltDsp"), "4");
-}
-
-TEST_F(RiskEstimtnStagesTest, ClosingWithAnEmptyExposureWritesTheUnsetWord) {
-  OpenOn(Levels(kFour));
   Pick("SevertyCbo", "S2, Serious");
-  EXPECT_EQ(SavedLevels()[1], "F1, Seldom");
+  EXPECT_EQ(SavedLevels()[1], "F1, F2");
   Close();
-  EXPECT_EQ(SavedLevels(), QStringList({"S2, Serious", "N.A.", "N.A.", "N.A."}));
+  EXPECT_EQ(SavedLevels(), QStringList({"S2, Serious", "N.A.", "N.A.", "N.A."}))
+      << "an empty exposure is the unset word";
 }
 
 TEST_F(RiskEstimtnStagesTest, ClosingInTheAfterStageLeavesTheBeforeLevelsAsTheClicksWroteThem) {
@@ -279,7 +255,7 @@ TEST_F(RiskEstimtnStagesTest, ClosingInTheAfterStageLeavesTheBeforeLevelsAsTheCl
 }
 
 TEST_F(RiskEstimtnStagesTest, ClosingNeitherAsksNorTouchesIndexAndStatements) {
-  OpenOn(Levels(kFour));
+  OpenOn(Levels(kPathToFour));
   ChooseStatement("ExposureCbo", 3);
   auto row = SavedRow();
   Close();
@@ -289,14 +265,12 @@ TEST_F(RiskEstimtnStagesTest, ClosingNeitherAsksNorTouchesIndexAndStatements) {
 
 TEST_F(RiskEstimtnStagesTest, DoneUnloadsAndThenShowsTheTasks) {
   OpenOn({});
+  Close();
+  EXPECT_EQ(steps, QStringList{"unloaded"}) << "the close box shows nothing";
+  OpenForm();
+  steps.clear();
   Click("clsfrm");
   EXPECT_EQ(steps, QStringList({"unloaded", "done"}));
-}
-
-TEST_F(RiskEstimtnStagesTest, CloseBoxUnloadsAlone) {
-  OpenOn({});
-  Close();
-  EXPECT_EQ(steps, QStringList{"unloaded"});
 }
 
 TEST_F(RiskEstimtnStagesTest, ClosingClearsThePicturesAndGoesToTheApplicationFolder) {

@@ -98,7 +98,7 @@ class RiskEstimtnStatementsTest : public EstimationTest {
   /// All four level boxes open, on the path to index 4.
   void OpenAll(const Fields& fields = {}) {
     OpenOn(fields);
-    PickLevels({"S2, Serious", "F1, Seldom", "O3, High", "A2, Impossible"});
+    PickLevels(kPathToFour);
   }
   [[nodiscard]] QCheckBox& Chk(int number) const {
     return Control<QCheckBox>(QStringLiteral("Chk_%1").arg(number));
@@ -155,6 +155,12 @@ TEST_F(RiskEstimtnStatementsTest, SelectionOfALevelDoesNotMoveTheStatements) {
 
 TEST_F(RiskEstimtnStatementsTest, StatementsStayWhereTheyAreWhenTheFocusLeavesTheLevelBoxes) {
   OpenAll();
+  Focus("SevertyCbo");
+  Focus("Chk_2");
+  for (const char* score : {"2", "0"}) {
+    PressKey(Qt::Key_Space);
+    EXPECT_EQ(SavedScores()[0], score) << "by keyboard";
+  }
   Focus("occurrenceCbo");
   Focus("RestartBtn");
   EXPECT_EQ(session.ActiveParameterBox, "occurrenceCbo");
@@ -162,12 +168,13 @@ TEST_F(RiskEstimtnStatementsTest, StatementsStayWhereTheyAreWhenTheFocusLeavesTh
   EXPECT_EQ(SavedScores(), QStringList({"0", "0", "4", "0"}));
 }
 
-TEST_F(RiskEstimtnStatementsTest, EveryStatementIsStoredWithItsTextAndNumberInBothStages) {
+TEST_F(RiskEstimtnStatementsTest,
+       EveryStatementIsStoredWithItsTextAndNumberInBothStagesAndClearedByUnchecking) {
   OpenAll();
   for (const bool after : {false, true}) {
     if (after) {
       ToAfterStage();
-      PickLevels({"S2, Serious", "F1, Seldom", "O3, High", "A2, Impossible"});
+      PickLevels(kPathToFour);
     }
     for (int parameter = 0; parameter < 4; ++parameter) {
       const ParameterRow& row = kParameters[parameter];
@@ -180,6 +187,13 @@ TEST_F(RiskEstimtnStatementsTest, EveryStatementIsStoredWithItsTextAndNumberInBo
         EXPECT_EQ(SavedScores(after)[parameter], QString::number(n)) << what;
         EXPECT_EQ(TextOf(row.statement_label), row.prefix + row.statements[n - 1]) << what;
         EXPECT_EQ(TextOf(row.score_label), QString::number(n)) << what;
+        if (n != 3) continue;
+        Click("Chk_3");
+        EXPECT_THAT(CheckedStatements(), IsEmpty()) << what;
+        EXPECT_EQ(SavedScores(after)[parameter], "0") << what;
+        EXPECT_EQ(SavedStatements(after)[parameter], row.unset) << what;
+        EXPECT_EQ(TextOf(row.statement_label), row.prefix + row.unset) << what;
+        EXPECT_EQ(TextOf(row.score_label), "0") << what;
       }
     }
   }
@@ -187,41 +201,8 @@ TEST_F(RiskEstimtnStatementsTest, EveryStatementIsStoredWithItsTextAndNumberInBo
   EXPECT_EQ(SavedScores(true), QStringList({"4", "5", "5", "5"}));
 }
 
-TEST_F(RiskEstimtnStatementsTest, UncheckingClearsTheParameter) {
-  OpenAll();
-  for (const bool after : {false, true}) {
-    if (after) {
-      ToAfterStage();
-      PickLevels({"S2, Serious", "F1, Seldom", "O3, High", "A2, Impossible"});
-    }
-    for (int parameter = 0; parameter < 4; ++parameter) {
-      const ParameterRow& row = kParameters[parameter];
-      Focus(row.box);
-      Click("Chk_3");
-      EXPECT_EQ(SavedScores(after)[parameter], "3") << row.box.toStdString();
-      Click("Chk_3");
-      EXPECT_THAT(CheckedStatements(), IsEmpty()) << row.box.toStdString();
-      EXPECT_EQ(SavedScores(after)[parameter], "0") << row.box.toStdString();
-      EXPECT_EQ(SavedStatements(after)[parameter], row.unset) << row.box.toStdString();
-      EXPECT_EQ(TextOf(row.statement_label), row.prefix + row.unset) << row.box.toStdString();
-      EXPECT_EQ(TextOf(row.score_label), "0") << row.box.toStdString();
-    }
-  }
-}
-
-TEST_F(RiskEstimtnStatementsTest, BoxesAreWorkedByKeyboard) {
-  OpenAll();
-  Focus("SevertyCbo");
-  Focus("Chk_2");
-  PressKey(Qt::Key_Space);
-  EXPECT_EQ(SavedScores()[0], "2");
-  PressKey(Qt::Key_Space);
-  EXPECT_EQ(SavedScores()[0], "0");
-}
-
 TEST_F(RiskEstimtnStatementsTest, AltAndANumberTicksItsStatementAndTheFocusStays) {
-  OpenOn({});
-  PickLevels({"S2, Serious", "F2, Frequent"});
+  OpenAndPick({"S2, Serious", "F2, Frequent"});
   for (const char* box : {"SevertyCbo", "ExposureCbo"}) {
     Focus(box);
     for (int number = 1; number <= 5; ++number) {
@@ -236,8 +217,7 @@ TEST_F(RiskEstimtnStatementsTest, AltAndANumberTicksItsStatementAndTheFocusStays
 }
 
 TEST_F(RiskEstimtnStatementsTest, PressOnAResultBringsItsStatementsUpWhileItsBoxIsOpen) {
-  OpenOn({});
-  PickLevels({"S2, Serious", "F2, Frequent"});
+  OpenAndPick({"S2, Serious", "F2, Frequent"});
   for (const QStringList& labels : {kStatementLabels, kScoreLabels}) {
     for (int parameter = 0; parameter < 4; ++parameter) {
       Focus("SevertyCbo");
@@ -312,10 +292,9 @@ TEST_F(RiskEstimtnStatementsTest, ScoreThatIsNoBoxLeavesTheBoxesAsTheyAre) {
   Focus("ExposureCbo");
   EXPECT_EQ(CheckedStatements(), QList<int>{2});
   EXPECT_EQ(SavedScores(), QStringList({"2", "7", "0", "0"}));
-}
-
-TEST_F(RiskEstimtnStatementsTest, ScoreOfABoxWithoutAStatementIsShownOnTheDisabledBox) {
-  OpenAll({{"2Chk_OptnSltd", 1}});
+  // That of a box without a statement is shown on the disabled box.
+  SetFields({{"2Chk_OptnSltd", 1}});
+  Focus("SevertyCbo");
   Focus("ExposureCbo");
   EXPECT_EQ(CheckedStatements(), QList<int>{1});
   EXPECT_FALSE(Chk(1).isEnabled());
@@ -358,26 +337,16 @@ struct Cell {
   QRgb colour;
 };
 // Row 1 first, columns from class 1 up.
-const QList<QList<Cell>> kCells{{{"Low Risk", 0x00FF00},
-                                 {"Low Risk", 0x00C000},
-                                 {"Low Risk", 0x00C000},
-                                 {"Medium Risk", 0xFFC080},
-                                 {"High Risk", 0xFF0000}},
-                                {{"Low Risk", 0x00C000},
-                                 {"Low Risk", 0x00C000},
-                                 {"Medium Risk", 0xFFC080},
-                                 {"High Risk", 0xFF0000},
-                                 {"High Risk", 0xFF0000}},
-                                {{"Low Risk", 0x00C000},
-                                 {"Medium Risk", 0xFFC080},
-                                 {"High Risk", 0xFF0000},
-                                 {"High Risk", 0xFF0000},
-                                 {"High Risk", 0xC000C0}},
-                                {{"Medium Risk", 0xFFC080},
-                                 {"Medium Risk", 0xFF0000},
-                                 {"High Risk", 0xFF0000},
-                                 {"High Risk", 0xC000C0},
-                                 {"High Risk", 0xC000C0}}};
+const Cell kGreen{"Low Risk", 0x00FF00};
+const Cell kDarkGreen{"Low Risk", 0x00C000};
+const Cell kOrange{"Medium Risk", 0xFFC080};
+const Cell kRedMedium{"Medium Risk", 0xFF0000};
+const Cell kRed{"High Risk", 0xFF0000};
+const Cell kViolet{"High Risk", 0xC000C0};
+const QList<QList<Cell>> kCells{{kGreen, kDarkGreen, kDarkGreen, kOrange, kRed},
+                                {kDarkGreen, kDarkGreen, kOrange, kRed, kRed},
+                                {kDarkGreen, kOrange, kRed, kRed, kViolet},
+                                {kOrange, kRedMedium, kRed, kViolet, kViolet}};
 
 TEST_F(RiskEstimtnStatementsTest, EverySeverityAndClassMarksItsCell) {
   OpenOn({});
@@ -421,25 +390,12 @@ TEST_F(RiskEstimtnStatementsTest, ScoresOutsideTheMatrixLeaveTheLastResult) {
 
 TEST_F(RiskEstimtnStatementsTest, EveryPairOfIndexesShowsItsBandsAndVerdict) {
   OpenOn({});
-  const QStringList bands{"No Risk",     "Low Risk",  "Low Risk", "Medium Risk",
-                          "Medium Risk", "High Risk", "High Risk"};
-  const QList<QRgb> colours{0x80FF80, 0x80FF80, 0x80FF80, 0xFFC080, 0xFFC080, 0xFF0000, 0xFF0000};
   for (int before = 0; before <= 6; ++before) {
     for (int after = 0; after <= 6; ++after) {
       SetFields({{"RiskIndex", before}, {"RiskIndexAftr", after}});
       ShowScores({0, 0, 0, 0});
-      const std::string what = QString("%1, %2").arg(before).arg(after).toStdString();
-      EXPECT_EQ(TextOf("RiskIdxBRsltDsp"), QString::number(before)) << what;
-      EXPECT_EQ(TextOf("RiskIdxARsltDsp"), QString::number(after)) << what;
-      EXPECT_EQ(TextOf("RskTxtLbl"), bands[before]) << what;
-      EXPECT_EQ(TextOf("RskTxtLbl2"), bands[after]) << what;
-      EXPECT_EQ(BackOf("RiskShape1"), colours[before]) << what;
-      EXPECT_EQ(BackOf("RiskShape2"), colours[after]) << what;
-      const QString verdict = before > after   ? "Yes"
-                              : before < after ? "No"
-                              : before == 0    ? "No Risk"
-                                               : "May require further risk reduction.";
-      EXPECT_EQ(TextOf("HasRiskRdsLbl"), verdict) << what;
+      SCOPED_TRACE(QString("%1, %2").arg(before).arg(after).toStdString());
+      ExpectBandsAndVerdict(before, after);
     }
   }
 }
@@ -455,20 +411,14 @@ TEST_F(RiskEstimtnStatementsTest, IndexWithoutABandKeepsTheLastBand) {
   EXPECT_EQ(TextOf("RskTxtLbl2"), "Medium Risk");
   EXPECT_EQ(BackOf("RiskShape2"), 0xFFC080U);
   EXPECT_EQ(TextOf("HasRiskRdsLbl"), "Yes");
-}
-
-TEST_F(RiskEstimtnStatementsTest, BeforeIndexOfZeroPaintsTheAfterShapeThatHasNoBandOfItsOwn) {
-  OpenOn({{"RiskIndexAftr", 5}});
-  EXPECT_EQ(BackOf("RiskShape2"), 0xFF0000U);
-  SetFields({{"RiskIndexAftr", 9}});
+  SetFields({{"RiskIndex", 0}, {"RiskIndexAftr", 9}});
   ShowScores({0, 0, 0, 0});
-  EXPECT_EQ(BackOf("RiskShape2"), 0x80FF80U);
-  EXPECT_EQ(TextOf("RskTxtLbl2"), "High Risk");
+  EXPECT_EQ(BackOf("RiskShape2"), 0x80FF80U) << "a before index of 0 paints it";
+  EXPECT_EQ(TextOf("RskTxtLbl2"), "Medium Risk");
 }
 
 TEST_F(RiskEstimtnStatementsTest, GraphAndMatrixMayDisagree) {
-  OpenOn({});
-  PickLevels({"S2, Serious", "F2, Frequent", "O3, High", "A2, Impossible"});
+  OpenAndPick(kPathToSix);
   ChooseStatement("SevertyCbo", 1);
   ChooseStatement("ExposureCbo", 2);
   ChooseStatement("occurrenceCbo", 1);
@@ -541,6 +491,8 @@ TEST_P(RestartTest, ClearsTheStatementsOfItsStageAndBothIndexesAtOnce) {
   EXPECT_EQ(SavedScores(after), QStringList({"0", "0", "0", "0"}));
   EXPECT_EQ(SavedScores(!after), QStringList({"3", "4", "2", "5"}));
   EXPECT_EQ(SavedIndexes(), QStringList({"0", "0"}));
+  EXPECT_EQ(SavedLevels(), kPathToFour) << "the levels of both stages stay";
+  EXPECT_EQ(SavedLevels(true), QStringList({"S1, Slight", "N.A.", "O3, High", "A2, Impossible"}));
 
   EXPECT_THAT(CheckedStatements(), IsEmpty());
   EXPECT_EQ(StatementLabels(), QStringList({"Severty :Reset", "Exposure :N.A.", "Occurrence :N.A.",
@@ -555,19 +507,6 @@ TEST_P(RestartTest, ClearsTheStatementsOfItsStageAndBothIndexesAtOnce) {
   EXPECT_EQ(LitLabels(), labels);
   EXPECT_EQ(LevelTexts(), levels);
   EXPECT_EQ(session.MsgAnswer, Button::kYes);
-}
-
-TEST_P(RestartTest, LeavesTheLevelFieldsOfBothStages) {
-  const bool after = GetParam();
-  OpenAll();
-  ToAfterStage();
-  PickLevels({"S1, Slight", "F1, F2", "O3, High", "A2, Impossible"});
-  if (!after) ToBeforeStage();
-  ExpectRestart(Button::kYes);
-  Click("RestartBtn");
-  EXPECT_EQ(SavedLevels(),
-            QStringList({"S2, Serious", "F1, Seldom", "O3, High", "A2, Impossible"}));
-  EXPECT_EQ(SavedLevels(true), QStringList({"S1, Slight", "F1, F2", "O3, High", "A2, Impossible"}));
 }
 
 INSTANTIATE_TEST_SUITE_P(BothStages, RestartTest, ::testing::Bool(), [](const auto& stage) {

@@ -69,6 +69,10 @@ class EvaluationTest : public FormTest {
     LookAt(form);
     return form;
   }
+  RiskEvalFrm_1& OpenOn(const QStringList& titles) {
+    GivenTasks(titles);
+    return OpenForm();
+  }
   void CloseForm() {
     form_->UnloadForm();
     Settle();
@@ -82,6 +86,15 @@ class EvaluationTest : public FormTest {
   void ClickHidden(const QString& name) {
     Control<QPushButton>(name).click();
     Settle();
+  }
+  void Search(const QString& text) {
+    Click("FndESINo");
+    Type(text);
+  }
+  void Delete(const QString& title, Button answer = Button::kYes,
+              const QString& date = "01/02/2013") {
+    ExpectAsk("BELTROVAN", "Wish to delete task " + title + " Dated : " + date, answer);
+    Click("DleteRcd");
   }
   void SetText(const QString& name, const QString& text) {
     TypeInto(name, QString());

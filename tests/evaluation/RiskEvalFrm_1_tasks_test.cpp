@@ -11,14 +11,7 @@
 namespace kestrix {
 namespace {
 
-const char* const kTitle = "BELTROVAN";
-
-class RiskEvalFrm_1TasksTest : public EvaluationTest {
- protected:
-  void ExpectDeleteQuestion(const QString& title, const QString& date, Button answer) {
-    ExpectAsk(kTitle, "Wish to delete task " + title + " Dated : " + date, answer);
-  }
-};
+class RiskEvalFrm_1TasksTest : public EvaluationTest {};
 
 // Showing
 
@@ -55,12 +48,6 @@ TEST_F(RiskEvalFrm_1TasksTest, ATaskIsShownFieldByField) {
   EXPECT_TRUE(IsChecked("ActntkenOptnY_N"));
 }
 
-TEST_F(RiskEvalFrm_1TasksTest, TheOnlyTaskReadsOneOfOne) {
-  GivenTasks({"Feed"});
-  OpenForm();
-  EXPECT_EQ(Position(), " Recorded task 1 of 1 ");
-}
-
 TEST_F(RiskEvalFrm_1TasksTest, LongTextsAreShownFromTheirBeginning) {
   const QString text = QString("Safeguarding: ").repeated(10);
   GivenTask({{"FuntnTaskMachry", text}, {"ReccdtnTypTxt", text}});
@@ -73,31 +60,24 @@ TEST_F(RiskEvalFrm_1TasksTest, LongTextsAreShownFromTheirBeginning) {
   }
 }
 
-TEST_F(RiskEvalFrm_1TasksTest, TheListIsToPickFromAndNotToTypeInto) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
+TEST_F(RiskEvalFrm_1TasksTest, TheListIsToPickFromWalkAndCopyAndNotToTypeInto) {
+  OpenOn({"Feed", "Clean", "Set"});
   auto& grid = Control<Grid>("DB1");
-  ClickRow("DB1", 0);
+  ClickRow("DB1", 1);
   EXPECT_FALSE(grid.AllowUpdate());
   EXPECT_EQ(grid.selectionModel()->selectedRows().size(), 1) << "the whole row is marked";
   Type("x");
-  CloseForm();
-  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean"}));
-}
-
-// Saving
-
-TEST_F(RiskEvalFrm_1TasksTest, TheListIsWalkedToItsEndsAndCopiedByRows) {
-  GivenTasks({"Feed", "Clean", "Set"});
-  OpenForm();
-  ClickRow("DB1", 1);
   PressKey(Qt::Key_End);
   EXPECT_EQ(Position(), " Recorded task 3 of 3 ");
   PressKey(Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(desk.clipboard.Text(), RowsShownIn("DB1").last().join(u'\t'));
   PressKey(Qt::Key_Home);
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed");
+  CloseForm();
+  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean", "Set"}));
 }
+
+// Saving
 
 TEST_F(RiskEvalFrm_1TasksTest, ATaskOfTheListTellsItsWholeTitleAndBothRisks) {
   const QString title = QString(200, u'w') + "<b>";
@@ -114,8 +94,8 @@ TEST_F(RiskEvalFrm_1TasksTest, ATaskOfTheListTellsItsWholeTitleAndBothRisks) {
 }
 
 TEST_F(RiskEvalFrm_1TasksTest, TheTitleTakesTheRoomThatTheNumbersLeave) {
-  GivenTasks({"Feed"});
-  OpenForm();
+  OpenOn({"Feed"});
+  EXPECT_EQ(Position(), " Recorded task 1 of 1 ");
   const QHeaderView& header = *Control<Grid>("DB1").horizontalHeader();
   EXPECT_EQ(header.sectionSize(2), header.sectionSizeHint(2));
   EXPECT_EQ(header.length(), Control<Grid>("DB1").viewport()->width());
@@ -132,31 +112,25 @@ TEST_F(RiskEvalFrm_1TasksTest, AnEmptyListSaysWhatToDoFirst) {
 }
 
 TEST_F(RiskEvalFrm_1TasksTest, LeavingARowStoresWhatWasTypedAndTicked) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
-  SetText("HazrdLoctn", "");
-  SetText("RefNo", "7");
-  SetText("HzrdDscptnTXT", "Hand");
-  SetText("ReccdtnTxt", "Guard");
-  SetText("ActnByCbo", "Kim");
-  SetText("PhaseMachn", "Setting");
-  SetText("ReccdtnTypTxt", "Fixed");
+  OpenOn({"Feed", "Clean"});
+  const QList<QStringList> fields{{"HazrdLoctn", "", ""},
+                                  {"RefNo", "7", "07.00"},
+                                  {"HzrdDscptnTXT", "Hand", "Hand"},
+                                  {"ReccdtnTxt", "Guard", "Guard"},
+                                  {"ActnByCbo", "Kim", "Kim"},
+                                  {"PhaseMachn", "Setting", "Setting"},
+                                  {"ReccdtnTypTxt", "Fixed", "Fixed"}};
+  for (const QStringList& field : fields) SetText(field[0], field[1]);
   SetCheck("ActntkenOptnY_N", true);
   EXPECT_EQ(Stored("HzrdDscptnTXT").first(), "None.") << "nothing is stored before the row is left";
   ClickRow("DB1", 1);
-  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"", "None."})) << "an empty text stays empty";
-  EXPECT_EQ(Stored("RefNo"), (QStringList{"07.00", "0"}));
-  EXPECT_EQ(Stored("HzrdDscptnTXT"), (QStringList{"Hand", "None."}));
-  EXPECT_EQ(Stored("ReccdtnTxt"), (QStringList{"Guard", "None."}));
-  EXPECT_EQ(Stored("ActnByCbo"), (QStringList{"Kim", "None."}));
-  EXPECT_EQ(Stored("PhaseMachn"), (QStringList{"Setting", "None."}));
-  EXPECT_EQ(Stored("ReccdtnTypTxt"), (QStringList{"Fixed", "None."}));
+  for (const QStringList& field : fields)
+    EXPECT_EQ(Stored(field[0]), (QStringList{field[2], field[0] == "RefNo" ? "0" : "None."}));
   EXPECT_EQ(Stored("ActntkenOptnY_N"), (QStringList{"1", "0"}));
 }
 
 TEST_F(RiskEvalFrm_1TasksTest, LeavingTheTitleTakesItIntoTheRowWithoutStoringIt) {
-  GivenTasks({"Feed"});
-  OpenForm();
+  OpenOn({"Feed"});
   SetText("FuntnTaskMachry", "Feed blanks");
   PressTab();
   EXPECT_EQ(form_->Tasks().Text(2), "Feed blanks");
@@ -166,19 +140,13 @@ TEST_F(RiskEvalFrm_1TasksTest, LeavingTheTitleTakesItIntoTheRowWithoutStoringIt)
   EXPECT_EQ(Stored("FuntnTaskMachry"), QStringList{"Feed blanks"});
 }
 
-TEST_F(RiskEvalFrm_1TasksTest, BrowsingChangesNoTask) {
-  GivenTask({{"FuntnTaskMachry", "Feed"}, {"RskRdsdtnY_N", 1}, {"RiskIndex", 4}});
-  GivenTask({{"FuntnTaskMachry", "Clean"}});
-  const auto before = AllTasks();
-  OpenForm();
-  for (const int row : {1, 0, 1, 0}) ClickRow("DB1", row);
-  CloseForm();
-  EXPECT_EQ(AllTasks(), before);
-}
-
-TEST_F(RiskEvalFrm_1TasksTest, BrowsingKeepsTheLineEndsOfAnotherProgram) {
+TEST_F(RiskEvalFrm_1TasksTest, BrowsingChangesNoTaskAndKeepsTheLineEndsOfAnotherProgram) {
   const QString text = QString("one\r\ntwo") + QChar(QChar::Nbsp) + "three";
-  GivenTask({{"FuntnTaskMachry", "Feed"}, {"HzrdDscptnTXT", text}, {"ReccdtnTxt", text}});
+  GivenTask({{"FuntnTaskMachry", "Feed"},
+             {"HzrdDscptnTXT", text},
+             {"ReccdtnTxt", text},
+             {"RskRdsdtnY_N", 1},
+             {"RiskIndex", 4}});
   GivenTasks({"Clean"});
   const auto before = AllTasks();
   OpenForm();
@@ -209,30 +177,20 @@ TEST_F(RiskEvalFrm_1TasksTest, BrowsingKeepsTextsThatAreLongerThanTheirBoxes) {
 }
 
 TEST_F(RiskEvalFrm_1TasksTest, SavingLeavesTheEstimationAndThePicturesAlone) {
-  GivenTask({{"FuntnTaskMachry", "Feed"},
-             {"RiskIndex", 4},
-             {"RiskIndexAftr", 2},
-             {"SevertyCbo", "S2, Serious"},
-             {"PicBfrRcmdtn", "a.jpg"},
-             {"PicAftrRcmdtn", "b.jpg"},
-             {"preparedBytxt", "Lee"},
-             {"RIARtxt", "x"},
-             {"RskRdsdtnY_N", 1}});
+  const Fields kept{
+      {"RiskIndex", "4"},        {"RiskIndexAftr", "2"},     {"SevertyCbo", "S2, Serious"},
+      {"PicBfrRcmdtn", "a.jpg"}, {"PicAftrRcmdtn", "b.jpg"}, {"preparedBytxt", "Lee"},
+      {"RIARtxt", "x"},          {"RskRdsdtnY_N", "1"}};
+  GivenTask(kept);
   OpenForm();
   SetText("HazrdLoctn", "Die");
   CloseForm();
-  EXPECT_EQ(Stored("RiskIndex"), QStringList{"4"});
-  EXPECT_EQ(Stored("RiskIndexAftr"), QStringList{"2"});
-  EXPECT_EQ(Stored("SevertyCbo"), QStringList{"S2, Serious"});
-  EXPECT_EQ(Stored("PicBfrRcmdtn"), QStringList{"a.jpg"});
-  EXPECT_EQ(Stored("PicAftrRcmdtn"), QStringList{"b.jpg"});
-  EXPECT_EQ(Stored("preparedBytxt"), QStringList{"Lee"});
-  EXPECT_EQ(Stored("RIARtxt"), QStringList{"x"});
+  for (auto field = kept.keyValueBegin(); field != kept.keyValueEnd(); ++field)
+    EXPECT_EQ(Stored(field->first), QStringList{field->second.toString()});
 }
 
 TEST_F(RiskEvalFrm_1TasksTest, ATextTooLongForItsColumnIsLeftOutWithoutAMessage) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
+  OpenOn({"Feed", "Clean"});
   SetText("HzrdDscptnTXT", "Hand");
   Control<QComboBox>("ActnByCbo").lineEdit()->setMaxLength(1000);
   Control<QComboBox>("ActnByCbo").setCurrentText(QString(300, u'x'));
@@ -242,8 +200,7 @@ TEST_F(RiskEvalFrm_1TasksTest, ATextTooLongForItsColumnIsLeftOutWithoutAMessage)
 }
 
 TEST_F(RiskEvalFrm_1TasksTest, ABoxTakesNoMoreThanItsColumn) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
+  OpenOn({"Feed", "Clean"});
   const QString line(300, u'x');
   for (const char* name : {"FuntnTaskMachry", "HazrdLoctn", "PhaseMachn", "PrimaryHazard",
                            "HazardType", "ReccdtnTypTxt", "ActnByCbo"}) {
@@ -277,8 +234,7 @@ TEST_F(RiskEvalFrm_1TasksTest, TwoSavesInARowChangeNothing) {
 // Adding
 
 TEST_F(RiskEvalFrm_1TasksTest, ANewTaskIsLastAndHoldsTheDefaults) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
+  OpenOn({"Feed", "Clean"});
   Click("addNewRcd");
   EXPECT_EQ(Position(), " Recorded task 3 of 3 ");
   EXPECT_EQ(session.TaskPosition, 3);
@@ -303,31 +259,19 @@ TEST_F(RiskEvalFrm_1TasksTest, ANewTaskIsLastAndHoldsTheDefaults) {
   EXPECT_EQ(Stored("PicBfrRcmdtn").last(), "NoPicSlted.jpg");
 }
 
-TEST_F(RiskEvalFrm_1TasksTest, TypingReplacesTheNoneOfANewTask) {
-  GivenTasks({"Feed"});
-  OpenForm();
-  Click("addNewRcd");
-  Type("Clean");
-  ClickRow("DB1", 0);
-  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean"}));
-}
-
-TEST_F(RiskEvalFrm_1TasksTest, AddingStoresTheTaskThatIsLeft) {
-  GivenTasks({"Feed"});
-  OpenForm();
-  SetText("HazrdLoctn", "Die");
-  Click("addNewRcd");
-  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"Die", "None."}));
-}
-
-TEST_F(RiskEvalFrm_1TasksTest, AddingTouchesNoOtherTask) {
+TEST_F(RiskEvalFrm_1TasksTest, AddingStoresTheTaskThatIsLeftAndTypingReplacesTheNoneOfTheNewOne) {
   GivenTask({{"FuntnTaskMachry", "Feed"}, {"RskRdsdtnY_N", 1}});
   GivenTasks({"Clean"});
   session.TaskPosition = 2;
   OpenForm();
+  SetText("HazrdLoctn", "Die");
   const auto before = AllTasks();
   Click("addNewRcd");
-  EXPECT_EQ(AllTasks().first(2), before);
+  EXPECT_EQ(AllTasks().first(1), before.first(1)) << "no other task is touched";
+  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"None.", "Die", "None."}));
+  Type("Set");
+  ClickRow("DB1", 0);
+  EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean", "Set"}));
 }
 
 TEST_F(RiskEvalFrm_1TasksTest, TheFirstTaskOfAProjectOpensTheListsButNotTheirButtons) {
@@ -355,11 +299,14 @@ TEST_F(RiskEvalFrm_1TasksTest, AddingThatTheStudyRefusesIsToldAndLeavesNothingHa
 
 // Copying
 
-TEST_F(RiskEvalFrm_1TasksTest, ThereIsNothingToCopyInAnEmptyProject) {
+TEST_F(RiskEvalFrm_1TasksTest, ThereIsNothingToCopyOrDeleteInAnEmptyProject) {
   OpenForm();
   ExpectTell("No records to copy and Add as new task. Add new records first.");
   Click("CpyTaskCmd");
   EXPECT_EQ(AllTasks().size(), 0);
+  ExpectTell("No records to delete.");
+  Click("DleteRcd");
+  EXPECT_EQ(Position(), " Recorded task 0 ");
 }
 
 TEST_F(RiskEvalFrm_1TasksTest, ACopyTakesOverAllButItsKeyAndItsDates) {
@@ -380,8 +327,7 @@ TEST_F(RiskEvalFrm_1TasksTest, ACopyTakesOverAllButItsKeyAndItsDates) {
              {"Chk_OptnSe", " text"},
              {"PicBfrRcmdtn", "a.jpg"},
              {"PicAftrRcmdtn", "b.jpg"}});
-  GivenTasks({"Clean"});
-  OpenForm();
+  OpenOn({"Clean"});
   Click("CpyTaskCmd");
   EXPECT_EQ(Position(), " Recorded task 3 of 3 ");
   EXPECT_EQ(FocusName(), "FuntnTaskMachry");
@@ -404,10 +350,15 @@ TEST_F(RiskEvalFrm_1TasksTest, ACopyTakesOverAllButItsKeyAndItsDates) {
   EXPECT_EQ(TextOf("actnDt"), "__/__/____");
 }
 
-TEST_F(RiskEvalFrm_1TasksTest, LeavingTheDateOfACopyDatesIt) {
-  GivenTasks({"Feed"});
-  OpenForm();
+TEST_F(RiskEvalFrm_1TasksTest, CopyingStoresTheTaskThatIsLeftAndCopiesWhatItShows) {
+  OpenOn({"Feed"});
+  SetText("HazrdLoctn", "Die");
   Click("CpyTaskCmd");
+  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"Die", "Die"}));
+  EXPECT_EQ(session.TaskCopyBuffer[2].toString(), "Feed");
+  for (const std::size_t field : {1U, 15U, 45U})
+    EXPECT_EQ(session.TaskCopyBuffer[field], QVariant(QString())) << field;
+  // Leaving its date dates it.
   Click("dateOfRcd");
   PressTab();
   EXPECT_EQ(TextOf("dateOfRcd"), "15/02/2013");
@@ -415,52 +366,26 @@ TEST_F(RiskEvalFrm_1TasksTest, LeavingTheDateOfACopyDatesIt) {
   EXPECT_EQ(Stored("dateOfRcd"), (QStringList{"01/02/2013", "15/02/2013"}));
 }
 
-TEST_F(RiskEvalFrm_1TasksTest, CopyingStoresTheTaskThatIsLeftAndCopiesWhatItShows) {
-  GivenTasks({"Feed"});
-  OpenForm();
-  SetText("HazrdLoctn", "Die");
-  Click("CpyTaskCmd");
-  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"Die", "Die"}));
-}
-
-TEST_F(RiskEvalFrm_1TasksTest, TheCopyBufferHoldsWhatWasCopied) {
-  GivenTasks({"Feed"});
-  OpenForm();
-  Click("CpyTaskCmd");
-  EXPECT_EQ(session.TaskCopyBuffer[2].toString(), "Feed");
-  for (const std::size_t field : {1U, 15U, 45U}) {
-    EXPECT_EQ(session.TaskCopyBuffer[field], QVariant(QString())) << field;
-  }
-}
-
 // Deleting
 
-TEST_F(RiskEvalFrm_1TasksTest, ThereIsNothingToDeleteInAnEmptyProject) {
-  OpenForm();
-  ExpectTell("No records to delete.");
-  Click("DleteRcd");
-  EXPECT_EQ(Position(), " Recorded task 0 ");
-}
-
-TEST_F(RiskEvalFrm_1TasksTest, ANoKeepsTheTask) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
+TEST_F(RiskEvalFrm_1TasksTest, ANoKeepsTheTaskAndDeletingOneOfTwoMakesTheOtherCurrent) {
+  OpenOn({"Feed", "Clean"});
   ClickRow("DB1", 1);
   session.MsgAnswer = Button::kYes;
-  ExpectDeleteQuestion("Clean", "01/02/2013", Button::kNo);
-  Click("DleteRcd");
+  Delete("Clean", Button::kNo);
   EXPECT_EQ(session.MsgAnswer, Button::kNo);
   EXPECT_EQ(Stored("FuntnTaskMachry"), (QStringList{"Feed", "Clean"}));
   EXPECT_EQ(Position(), " Recorded task 2 of 2 ");
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
+  Delete("Clean");
+  EXPECT_EQ(Position(), " Recorded task 1 of 1 ");
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed");
 }
 
 TEST_F(RiskEvalFrm_1TasksTest, DeletingTheFifthOfSevenMakesTheLastOneCurrent) {
-  GivenTasks({"1", "2", "3", "4", "5", "6", "7"});
-  OpenForm();
+  OpenOn({"1", "2", "3", "4", "5", "6", "7"});
   ClickRow("DB1", 4);
-  ExpectDeleteQuestion("5", "01/02/2013", Button::kYes);
-  Click("DleteRcd");
+  Delete("5");
   EXPECT_EQ(session.MsgAnswer, Button::kYes);
   EXPECT_EQ(Position(), " Recorded task 6 of 6 ");
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "7");
@@ -469,27 +394,20 @@ TEST_F(RiskEvalFrm_1TasksTest, DeletingTheFifthOfSevenMakesTheLastOneCurrent) {
   EXPECT_EQ(RowsShownIn("DB1").size(), 6);
 }
 
-TEST_F(RiskEvalFrm_1TasksTest, DeletingOneOfTwoMakesTheOtherCurrent) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
-  ClickRow("DB1", 1);
-  ExpectDeleteQuestion("Clean", "01/02/2013", Button::kYes);
-  Click("DleteRcd");
-  EXPECT_EQ(Position(), " Recorded task 1 of 1 ");
-  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed");
-}
-
-TEST_F(RiskEvalFrm_1TasksTest, DeletingTheOnlyTaskEmptiesTheFormButKeepsTheClassShown) {
+TEST_F(RiskEvalFrm_1TasksTest,
+       DeletingTheOnlyTaskEmptiesTheFormButKeepsTheClassShownAndThePicture) {
   GivenTask({{"FuntnTaskMachry", "Feed"},
+             {"PicBfrRcmdtn", "a.jpg"},
              {"RiskIndex", 5},
              {"1Chk_OptnSltd", 4},
              {"2Chk_OptnSltd", 5},
              {"3Chk_OptnSltd", 5},
              {"4Chk_OptnSltd", 5}});
+  QFile picture(installation.PictureFolder(kStudy) + "/a.jpg");
+  ASSERT_TRUE(picture.open(QIODevice::WriteOnly));
   OpenForm();
   ASSERT_EQ(TextOf("ClassScorLBL"), "15 (High Risk)");
-  ExpectDeleteQuestion("Feed", "01/02/2013", Button::kYes);
-  Click("DleteRcd");
+  Delete("Feed");
   EXPECT_EQ(AllTasks().size(), 0);
   EXPECT_EQ(Position(), " Recorded task 0 ");
   EXPECT_EQ(TextOf("PrjDesptn"), "No task recorded. Click 'Add New Task' to record task");
@@ -500,13 +418,7 @@ TEST_F(RiskEvalFrm_1TasksTest, DeletingTheOnlyTaskEmptiesTheFormButKeepsTheClass
   EXPECT_EQ(TextOf("ClassScorLBL"), "15 (High Risk)");
   EXPECT_EQ(EnabledOf(kCombos), QStringList());
   EXPECT_EQ(EnabledOf(kListButtons), QStringList());
-}
-
-TEST_F(RiskEvalFrm_1TasksTest, AfterTheLastTaskANewOneCanBeAdded) {
-  GivenTasks({"Feed"});
-  OpenForm();
-  ExpectDeleteQuestion("Feed", "01/02/2013", Button::kYes);
-  Click("DleteRcd");
+  EXPECT_TRUE(QFile::exists(picture.fileName()));
   Click("addNewRcd");
   EXPECT_EQ(Position(), " Recorded task 1 of 1 ");
   EXPECT_EQ(Stored("Project_Number"), QStringList{"P-1"});
@@ -514,23 +426,10 @@ TEST_F(RiskEvalFrm_1TasksTest, AfterTheLastTaskANewOneCanBeAdded) {
 }
 
 TEST_F(RiskEvalFrm_1TasksTest, DeletingDropsWhatWasTypedIntoTheTask) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
+  OpenOn({"Feed", "Clean"});
   SetText("FuntnTaskMachry", "Changed");
-  ExpectDeleteQuestion("Changed", "01/02/2013", Button::kYes);
-  Click("DleteRcd");
+  Delete("Changed");
   EXPECT_EQ(Stored("FuntnTaskMachry"), QStringList{"Clean"});
-}
-
-TEST_F(RiskEvalFrm_1TasksTest, DeletingLeavesThePicturesOfTheTaskInTheirFolder) {
-  GivenTask({{"FuntnTaskMachry", "Feed"}, {"PicBfrRcmdtn", "a.jpg"}});
-  const QString picture = installation.PictureFolder(kStudy) + "/a.jpg";
-  QFile file(picture);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  OpenForm();
-  ExpectDeleteQuestion("Feed", "01/02/2013", Button::kYes);
-  Click("DleteRcd");
-  EXPECT_TRUE(QFile::exists(picture));
 }
 
 }  // namespace

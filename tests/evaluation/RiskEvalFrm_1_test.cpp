@@ -42,8 +42,7 @@ TEST_F(RiskEvalFrm_1Test, ShowsTheTasksOfItsProjectAndStandsOnTheFirst) {
 }
 
 TEST_F(RiskEvalFrm_1Test, KeepsItsRecordSourcesInTheSession) {
-  GivenTasks({"Feed"});
-  OpenForm();
+  OpenOn({"Feed"});
   EXPECT_TRUE(
       session.RiskSql.text.endsWith("Where (((Risk_records.Project_Number)='P-1')) ORDER BY "
                                     "Risk_records.nunberauto"));
@@ -206,62 +205,40 @@ TEST_F(RiskEvalFrm_1Test, TheTickFollowsTheIndexesWhateverTaskTheFormOpensOn) {
 }
 
 TEST_F(RiskEvalFrm_1Test, ATickThatStandsInTheTaskIsShownAsItStands) {
-  GivenTask(
-      {{"FuntnTaskMachry", "Feed"}, {"RskRdsdtnY_N", 1}, {"RiskIndex", 1}, {"ActntkenOptnY_N", 1}});
-  LookAt(LoadForm());
-  EXPECT_TRUE(IsChecked("RskRdsdtnY_N"));
-  EXPECT_EQ(TextOf("RskRdsdtnY_N"), "Yes");
-  EXPECT_TRUE(IsChecked("ActntkenOptnY_N"));
-  EXPECT_EQ(TextOf("ActntkenOptnY_N"), "Yes");
-}
-
-TEST_F(RiskEvalFrm_1Test, ATickThatIsMissingReadsNo) {
-  GivenTasks({"Feed"});
-  LookAt(LoadForm());
-  EXPECT_FALSE(IsChecked("RskRdsdtnY_N"));
-  EXPECT_EQ(TextOf("RskRdsdtnY_N"), "No");
-  EXPECT_EQ(TextOf("ActntkenOptnY_N"), "No");
+  for (const int ticked : {1, 0}) {
+    Exec(Study(), "DELETE FROM Risk_records");
+    GivenTask({{"RskRdsdtnY_N", ticked}, {"RiskIndex", ticked}, {"ActntkenOptnY_N", ticked}});
+    LookAt(LoadForm());
+    for (const char* name : {"RskRdsdtnY_N", "ActntkenOptnY_N"}) {
+      EXPECT_EQ(IsChecked(name), ticked == 1) << name;
+      EXPECT_EQ(TextOf(name), ticked == 1 ? "Yes" : "No") << name;
+    }
+    CloseForm();
+  }
 }
 
 TEST_F(RiskEvalFrm_1Test, OpensOnTheTaskThatWasInHandLastTime) {
-  GivenTasks({"Feed", "Clean", "Set"});
-  OpenForm();
+  ASSERT_EQ(session.TaskPosition, 0);
+  OpenOn({"Feed", "Clean", "Set"});
+  EXPECT_EQ(session.TaskPosition, 1) << "the first opening stands on the first task";
   ClickRow("DB1", 2);
   EXPECT_EQ(session.TaskPosition, 3);
   CloseForm();
   EXPECT_EQ(session.TaskPosition, 3) << "closing is no move of the user's";
-  OpenForm();
-  EXPECT_EQ(Position(), " Recorded task 3 of 3 ");
-  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Set");
-}
-
-TEST_F(RiskEvalFrm_1Test, TheFirstOpeningStandsOnTheFirstTask) {
-  GivenTasks({"Feed", "Clean"});
-  ASSERT_EQ(session.TaskPosition, 0);
-  OpenForm();
-  EXPECT_EQ(session.TaskPosition, 1);
-}
-
-TEST_F(RiskEvalFrm_1Test, AnEmptyProjectInBetweenKeepsThePlace) {
-  GivenTasks({"Feed", "Clean"});
-  session.TaskPosition = 2;
+  // A project without tasks in between keeps the place.
   project.number = "P-2";
   OpenForm();
   CloseForm();
   project.number = "P-1";
   OpenForm();
-  EXPECT_EQ(Position(), " Recorded task 2 of 2 ");
-}
-
-TEST_F(RiskEvalFrm_1Test, APlaceBehindTheLastTaskEndsTheSession) {
-  GivenTasks({"Feed", "Clean"});
-  session.TaskPosition = 3;
-  ExpectFailedLoad();
+  EXPECT_EQ(Position(), " Recorded task 3 of 3 ");
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Set");
 }
 
 TEST_F(RiskEvalFrm_1Test, AMissingStudyEndsTheSession) {
   QFile::remove(Study());
   ExpectFailedLoad();
+  EXPECT_EQ(FailureOf([this] { (void)form_->Tasks(); }), failure::kObjectNotSet);
   installation.GivenStudy(kStudy);
 }
 
@@ -284,23 +261,24 @@ TEST_F(RiskEvalFrm_1Test, AnApostropheInTheProjectNumberEndsTheSession) {
   ExpectFailedLoad();
 }
 
-TEST_F(RiskEvalFrm_1Test, AFormWhoseLoadFailedUnloadsQuietly) {
+TEST_F(RiskEvalFrm_1Test, APlaceBehindTheLastTaskEndsTheSessionAndTheFormUnloadsQuietly) {
   GivenTasks({"Feed"});
   const auto before = AllTasks();
-  session.TaskPosition = 9;
+  session.TaskPosition = 2;
   ExpectFailedLoad();
   CloseForm();
   EXPECT_EQ(AllTasks(), before);
 }
 
 TEST_F(RiskEvalFrm_1Test, ExitStoresWhatIsShownUnloadsAndThenCallsForTheProjectForm) {
-  GivenTasks({"Feed"});
-  OpenForm();
+  OpenOn({"Feed"});
+  EXPECT_TRUE(QFile::exists(installation.StudySign(kStudy)));
   SetText("HazrdLoctn", "Die area");
   Click("ClsedDg");
   EXPECT_EQ(steps, (QStringList{"unloaded", "closed"}));
   EXPECT_EQ(Stored("HazrdLoctn"), QStringList{"Die area"});
   EXPECT_TRUE(form_.isNull());
+  EXPECT_FALSE(QFile::exists(installation.StudySign(kStudy)));
 }
 
 TEST_F(RiskEvalFrm_1Test, TheCloseBoxStoresToo) {
@@ -312,27 +290,15 @@ TEST_F(RiskEvalFrm_1Test, TheCloseBoxStoresToo) {
   EXPECT_EQ(Stored("ReccdtnTxt"), QStringList{"Guard it"});
 }
 
-TEST_F(RiskEvalFrm_1Test, ClosingWithoutATaskWritesNothing) {
-  OpenForm();
-  SetText("FuntnTaskMachry", "Nowhere");
-  Click("ClsedDg");
-  EXPECT_EQ(AllTasks().size(), 0);
-}
-
-TEST_F(RiskEvalFrm_1Test, TheStudyIsHeldOpenUntilTheFormCloses) {
-  GivenTasks({"Feed"});
-  OpenForm();
-  EXPECT_TRUE(QFile::exists(installation.StudySign(kStudy)));
-  CloseForm();
-  EXPECT_FALSE(QFile::exists(installation.StudySign(kStudy)));
-}
-
-TEST_F(RiskEvalFrm_1Test, TheEstimationNeedsATask) {
+TEST_F(RiskEvalFrm_1Test, WithoutATaskTheEstimationIsNotShownAndClosingWritesNothing) {
   OpenForm();
   ExpectTell("No task entered. Please add task.");
   Click("RiskEsmtBtn");
   EXPECT_EQ(steps, QStringList());
   EXPECT_TRUE(form_->isVisible());
+  SetText("FuntnTaskMachry", "Nowhere");
+  Click("ClsedDg");
+  EXPECT_EQ(AllTasks().size(), 0);
 }
 
 TEST_F(RiskEvalFrm_1Test, TheEstimationWorksOnTheTaskInHandOfTheHiddenForm) {
@@ -356,13 +322,6 @@ TEST_F(RiskEvalFrm_1Test, TheEstimationWorksOnTheTaskInHandOfTheHiddenForm) {
   EXPECT_EQ(Stored("RiskIndex"), (QStringList{"0", "5"}));
 }
 
-TEST_F(RiskEvalFrm_1Test, TheRowsOfAFormThatCouldNotOpenThemFail) {
-  QFile::remove(Study());
-  ExpectFailedLoad();
-  EXPECT_EQ(FailureOf([this] { (void)form_->Tasks(); }), failure::kObjectNotSet);
-  installation.GivenStudy(kStudy);
-}
-
 TEST_F(RiskEvalFrm_1Test, FitsASmallScreenWithAFrameAroundItWhateverItsSummarySays) {
   GivenTask({{"FuntnTaskMachry", "Feed"},
              {"RiskIndex", 3},
@@ -379,8 +338,7 @@ TEST_F(RiskEvalFrm_1Test, FitsASmallScreenWithAFrameAroundItWhateverItsSummarySa
 }
 
 TEST_F(RiskEvalFrm_1Test, ALongProjectNumberLeavesTheFieldsTheirPlace) {
-  GivenTasks({"Feed"});
-  OpenForm();
+  OpenOn({"Feed"});
   const QRect short_number = Control<QWidget>("FuntnTaskMachry").geometry();
   CloseForm();
   project.number = QString(255, u'W');

@@ -185,8 +185,7 @@ TEST_F(RiskSummaryTest, ComingToATaskTicksItWhenItsIndexFell) {
 
 TEST_F(RiskSummaryTest, ATickByHandIsTakenBackOnTheNextVisit) {
   GivenIndexes(2, 2);
-  GivenTasks({"Clean"});
-  OpenForm();
+  OpenOn({"Clean"});
   SetCheck("RskRdsdtnY_N", true);
   EXPECT_EQ(TextOf("RskRdsdtnY_N"), "Yes");
   ClickRow("DB1", 1);

@@ -6,18 +6,6 @@
 namespace kestrix {
 namespace {
 
-const char* const kDelete = "BELTROVAN: Delete record";
-
-QString Question(const QString& text) {
-  return "Wish to delete Record : " + text;
-}
-
-QString CascadeQuestion(const QString& text) {
-  return "By deleting record from '" + text +
-         "' will also delete all related records in Hazard Type list box. WISH to delete all "
-         "records?";
-}
-
 class TaskListsTest : public EvaluationTest {
  protected:
   void SetUp() override {
@@ -44,6 +32,26 @@ class TaskListsTest : public EvaluationTest {
     Control<QComboBox>(combo).setCurrentText(text);
     Settle();
   }
+  void FocusOn(const QString& combo, const QString& text) {
+    Put(combo, text);
+    Focus(combo);
+  }
+  void AddType(const QString& text) {
+    SetText("HazardType", text);
+    Click("adddt2");
+  }
+  void Remove(const QString& button, const QString& text, Button answer = Button::kYes) {
+    ExpectAsk("BELTROVAN: Delete record", "Wish to delete Record : " + text, answer);
+    Click(button);
+  }
+  void RemoveCascade(const QString& hazard, Button answer = Button::kYes) {
+    ExpectAsk("BELTROVAN: Delete record",
+              "By deleting record from '" + hazard +
+                  "' will also delete all related records in Hazard Type list box. WISH to delete "
+                  "all records?",
+              answer);
+    Click("dletedt1");
+  }
 };
 
 /// The four lists that don't hang below another.
@@ -59,9 +67,21 @@ void PrintTo(const List& list, std::ostream* out) {
 }
 
 class RiskEvalFrm_1PlainListTest : public TaskListsTest,
-                                   public ::testing::WithParamInterface<List> {};
+                                   public ::testing::WithParamInterface<List> {
+ protected:
+  using TaskListsTest::Remove;
+  void Add(const QString& text) {
+    SetText(GetParam().combo, text);
+    Click(GetParam().add);
+  }
+  void Remove(const QString& text, Button answer = Button::kYes) {
+    Remove(GetParam().remove, text, answer);
+  }
+  [[nodiscard]] QStringList Rows() const { return ListRows(GetParam().table); }
+};
 
-TEST_P(RiskEvalFrm_1PlainListTest, GettingTheFocusReadsTheListAfreshAndKeepsTheText) {
+TEST_P(RiskEvalFrm_1PlainListTest,
+       GettingTheFocusReadsTheListAfreshKeepsTheTextAndEnablesItsPairOfButtons) {
   OpenForm();
   Put(GetParam().combo, "Not in the list");
   Exec(Lists(), QStringLiteral("DELETE FROM %1 WHERE _rowid_=(SELECT max(_rowid_) FROM %1)")
@@ -71,55 +91,35 @@ TEST_P(RiskEvalFrm_1PlainListTest, GettingTheFocusReadsTheListAfreshAndKeepsTheT
   EXPECT_EQ(TextOf(GetParam().combo), "Not in the list");
   EXPECT_EQ(SelectedTextOf(GetParam().combo), "Not in the list");
   EXPECT_EQ(session.ListText, "Not in the list");
-}
-
-TEST_P(RiskEvalFrm_1PlainListTest, OnlyThePairOfTheComboInUseIsEnabledAndStaysSo) {
-  OpenForm();
-  Focus(GetParam().combo);
   EXPECT_EQ(EnabledOf(kListButtons), (QStringList{GetParam().add, GetParam().remove}));
   Focus("FuntnTaskMachry");
   EXPECT_EQ(EnabledOf(kListButtons), (QStringList{GetParam().add, GetParam().remove}));
 }
 
-TEST_P(RiskEvalFrm_1PlainListTest, ANewTextIsAddedAndStaysInTheBox) {
+TEST_P(RiskEvalFrm_1PlainListTest, ANewTextIsAddedOnceAndStaysInTheBox) {
   OpenForm();
-  SetText(GetParam().combo, "Gamma");
-  Click(GetParam().add);
-  const QStringList rows{"None.", "N.A.", "Alpha", "Beta", "Gamma"};
-  EXPECT_EQ(ListRows(GetParam().table), rows);
+  Add("Gamma");
+  QStringList rows{"None.", "N.A.", "Alpha", "Beta", "Gamma"};
+  EXPECT_EQ(Rows(), rows);
   EXPECT_EQ(ItemsOf(GetParam().combo), rows);
   EXPECT_EQ(TextOf(GetParam().combo), "Gamma");
   EXPECT_EQ(session.ListText, "Gamma");
   EXPECT_EQ(session.LoopIndex, 5) << "the walk went through all four entries";
   EXPECT_EQ(EnabledOf(kListButtons), (QStringList{GetParam().add, GetParam().remove}));
-}
-
-TEST_P(RiskEvalFrm_1PlainListTest, ATextThatIsThereIsPassedOverSilently) {
-  OpenForm();
-  SetText(GetParam().combo, "Alpha");
-  Click(GetParam().add);
-  EXPECT_EQ(ListRows(GetParam().table).size(), 4);
+  Add("Alpha");
+  EXPECT_EQ(Rows(), rows) << "a text that is there is passed over";
   EXPECT_EQ(session.ListTextKnown, 1);
-}
-
-TEST_P(RiskEvalFrm_1PlainListTest, TextsThatDifferInCapitalsAreTwoEntries) {
-  OpenForm();
-  SetText(GetParam().combo, "alpha");
-  Click(GetParam().add);
-  EXPECT_EQ(ListRows(GetParam().table).last(), "alpha");
+  Add("alpha");
+  EXPECT_EQ(Rows(), rows += "alpha") << "capitals make another entry";
   EXPECT_EQ(session.ListTextKnown, 0);
-}
-
-TEST_P(RiskEvalFrm_1PlainListTest, AnEntryOfAnotherUserIsKnownToo) {
-  OpenForm();
-  SetText(GetParam().combo, "Gamma");
+  SetText(GetParam().combo, "Delta");
   const QString field =
       Column(Lists(),
              QStringLiteral("SELECT name FROM pragma_table_info('%1')").arg(GetParam().table))
           .first();
-  Exec(Lists(), QStringLiteral("INSERT INTO %1(%2) VALUES('Gamma')").arg(GetParam().table, field));
+  Exec(Lists(), QStringLiteral("INSERT INTO %1(%2) VALUES('Delta')").arg(GetParam().table, field));
   Click(GetParam().add);
-  EXPECT_EQ(ListRows(GetParam().table).count("Gamma"), 1);
+  EXPECT_EQ(Rows(), rows += "Delta") << "an entry of another user is known too";
 }
 
 TEST_P(RiskEvalFrm_1PlainListTest, AnEntryDeletedFromItsListStaysInTheTask) {
@@ -144,79 +144,59 @@ const auto kAllPlain =
 
 INSTANTIATE_TEST_SUITE_P(Lists, RiskEvalFrm_1PlainListTest, kAllPlain);
 
-class RiskEvalFrm_1PlainDeleteTest : public TaskListsTest,
-                                     public ::testing::WithParamInterface<List> {
- protected:
-  void FocusOn(const QString& text) {
-    Put(GetParam().combo, text);
-    Focus(GetParam().combo);
-  }
-};
+/// Those of them whose entries are deleted by themselves.
+class RiskEvalFrm_1PlainDeleteTest : public RiskEvalFrm_1PlainListTest {};
 
 TEST_P(RiskEvalFrm_1PlainDeleteTest, ReservedEntriesStayEvenWhenTheBoxWasEditedSince) {
   OpenForm();
   for (const char* reserved : {"None.", "N.A."}) {
     Focus("FuntnTaskMachry");
-    FocusOn(reserved);
+    FocusOn(GetParam().combo, reserved);
     Put(GetParam().combo, "Alpha");
     ExpectTell("Cannot be deleted, reserved text.");
     Click(GetParam().remove);
   }
-  EXPECT_EQ(ListRows(GetParam().table).size(), 4);
+  EXPECT_EQ(Rows().size(), 4);
 }
 
-TEST_P(RiskEvalFrm_1PlainDeleteTest, ANoKeepsTheEntry) {
+TEST_P(RiskEvalFrm_1PlainDeleteTest, ANoKeepsTheEntryAndAYesDeletesTheTextThatTheBoxHadOnEntry) {
   OpenForm();
-  FocusOn("Alpha");
+  FocusOn(GetParam().combo, "Alpha");
   session.MsgAnswer = Button::kYes;
-  ExpectAsk(kDelete, Question("Alpha"), Button::kNo);
-  Click(GetParam().remove);
+  Remove("Alpha", Button::kNo);
   EXPECT_EQ(session.MsgAnswer, Button::kNo);
-  EXPECT_EQ(ListRows(GetParam().table).size(), 4);
+  EXPECT_EQ(Rows().size(), 4);
   EXPECT_EQ(TextOf(GetParam().combo), "Alpha");
-}
-
-TEST_P(RiskEvalFrm_1PlainDeleteTest, AYesDeletesTheTextThatTheBoxHadOnEntry) {
-  OpenForm();
-  FocusOn("Alpha");
   Put(GetParam().combo, "Beta");
-  ExpectAsk(kDelete, Question("Alpha"), Button::kYes);
-  Click(GetParam().remove);
+  Remove("Alpha");
   const QStringList rows{"None.", "N.A.", "Beta"};
-  EXPECT_EQ(ListRows(GetParam().table), rows);
+  EXPECT_EQ(Rows(), rows);
   EXPECT_EQ(ItemsOf(GetParam().combo), rows);
   EXPECT_EQ(TextOf(GetParam().combo), "None.");
 }
 
-TEST_P(RiskEvalFrm_1PlainDeleteTest, ATextThatIsInNoRowEndsSilently) {
+TEST_P(RiskEvalFrm_1PlainDeleteTest, ATextThatIsInNoRowOrThatSomebodyElseDeletedEndsSilently) {
   OpenForm();
-  FocusOn("Unknown");
-  ExpectAsk(kDelete, Question("Unknown"), Button::kYes);
-  Click(GetParam().remove);
-  EXPECT_EQ(ListRows(GetParam().table).size(), 4);
+  FocusOn(GetParam().combo, "Unknown");
+  Remove("Unknown");
+  EXPECT_EQ(Rows().size(), 4);
   EXPECT_EQ(TextOf(GetParam().combo), "Unknown");
-}
-
-TEST_P(RiskEvalFrm_1PlainDeleteTest, AnEntryThatSomebodyElseDeletedEndsSilently) {
-  OpenForm();
-  FocusOn("Alpha");
+  Focus("FuntnTaskMachry");
+  FocusOn(GetParam().combo, "Alpha");
   Exec(Lists(), QStringLiteral("DELETE FROM %1 WHERE _rowid_=3").arg(GetParam().table));
-  ExpectAsk(kDelete, Question("Alpha"), Button::kYes);
-  Click(GetParam().remove);
-  EXPECT_EQ(ListRows(GetParam().table), (QStringList{"None.", "N.A.", "Beta"}));
+  Remove("Alpha");
+  EXPECT_EQ(Rows(), (QStringList{"None.", "N.A.", "Beta"})) << "somebody else has deleted it";
 }
 
 TEST_P(RiskEvalFrm_1PlainDeleteTest, AnEmptyBoxStaysEmptyAndIsNoNewEntry) {
   OpenForm();
-  SetText(GetParam().combo, "");
-  Click(GetParam().add);
-  EXPECT_EQ(ListRows(GetParam().table).size(), 4) << "the list refuses an empty text";
+  Add("");
+  EXPECT_EQ(Rows().size(), 4) << "the list refuses an empty text";
   Focus("FuntnTaskMachry");
   EXPECT_EQ(TextOf(GetParam().combo), "");
   // The refused row isn't tried again.
-  SetText(GetParam().combo, "Gamma");
-  Click(GetParam().add);
-  EXPECT_EQ(ListRows(GetParam().table).last(), "Gamma");
+  Add("Gamma");
+  EXPECT_EQ(Rows().last(), "Gamma");
 }
 
 INSTANTIATE_TEST_SUITE_P(Lists, RiskEvalFrm_1PlainDeleteTest,
@@ -229,57 +209,42 @@ INSTANTIATE_TEST_SUITE_P(Lists, RiskEvalFrm_1PlainDeleteTest,
 
 TEST_F(TaskListsTest, HazardTypesAreThoseBelowThePrimaryHazard) {
   OpenForm();
-  Put("PrimaryHazard", "Alpha");
-  Focus("HazardType");
-  EXPECT_EQ(ItemsOf("HazardType"), (QStringList{"Crushing", "Shearing"}));
+  const auto types_below = [this](const char* hazard) {
+    Focus("FuntnTaskMachry");
+    Put("PrimaryHazard", hazard);
+    Focus("HazardType");
+    EXPECT_EQ(EnabledOf(kListButtons), (QStringList{"adddt2", "dletedt2"}));
+    return ItemsOf("HazardType");
+  };
+  EXPECT_EQ(types_below("Alpha"), (QStringList{"Crushing", "Shearing"}));
   EXPECT_EQ(TextOf("HazardType"), "None.");
-  EXPECT_EQ(EnabledOf(kListButtons), (QStringList{"adddt2", "dletedt2"}));
   EXPECT_EQ(session.ListText, "None.");
-}
-
-TEST_F(TaskListsTest, HazardTypesOfNoneAreThoseThatNameIt) {
-  OpenForm();
-  Focus("HazardType");
-  EXPECT_EQ(ItemsOf("HazardType"), QStringList{"None."});
-}
-
-TEST_F(TaskListsTest, AHazardTypeStaysInTheBoxUnderAnotherPrimaryHazard) {
-  OpenForm();
-  Put("PrimaryHazard", "Alpha");
+  EXPECT_EQ(types_below("None."), QStringList{"None."});
+  types_below("Worker's");
+  EXPECT_EQ(TextOf("HazardType"), "None.") << "an apostrophe says nothing";
   Put("HazardType", "Crushing");
-  Put("PrimaryHazard", "Beta");
-  Focus("HazardType");
-  EXPECT_EQ(ItemsOf("HazardType"), QStringList());
-  EXPECT_EQ(TextOf("HazardType"), "Crushing");
-}
-
-TEST_F(TaskListsTest, AnApostropheInThePrimaryHazardLeavesTheListAndSaysNothing) {
-  OpenForm();
-  Put("PrimaryHazard", "Worker's");
-  Focus("HazardType");
-  EXPECT_EQ(TextOf("HazardType"), "None.");
-  EXPECT_EQ(EnabledOf(kListButtons), (QStringList{"adddt2", "dletedt2"}));
+  EXPECT_EQ(types_below("Beta"), QStringList());
+  EXPECT_EQ(TextOf("HazardType"), "Crushing") << "it stays in the box";
 }
 
 TEST_F(TaskListsTest, AHazardTypeIsAddedBelowThePrimaryHazard) {
   OpenForm();
   Put("PrimaryHazard", "Alpha");
-  SetText("HazardType", "Impact");
-  Click("adddt2");
+  AddType("Crushing");
+  EXPECT_EQ(HazardTypes().size(), 3) << "a known one is passed over";
+  EXPECT_EQ(session.ListTextKnown, 1);
+  AddType("Impact");
   EXPECT_EQ(HazardTypes(),
             (QStringList{"Alpha/Crushing", "Alpha/Shearing", "None./None.", "Alpha/Impact"}));
   EXPECT_EQ(ItemsOf("HazardType"), (QStringList{"Crushing", "Shearing", "Impact"}));
   EXPECT_EQ(TextOf("HazardType"), "Impact");
   EXPECT_EQ(session.ParentHazardText, "Alpha");
-}
-
-TEST_F(TaskListsTest, TheFirstHazardTypeOfAPrimaryHazardIsAdded) {
-  OpenForm();
+  // The first one of another hazard, which may be known below the first.
+  Focus("FuntnTaskMachry");
   Put("PrimaryHazard", "Beta");
-  SetText("HazardType", "Shock");
-  Click("adddt2");
-  EXPECT_EQ(HazardTypes().last(), "Beta/Shock");
-  EXPECT_EQ(TextOf("HazardType"), "Shock");
+  AddType("Crushing");
+  EXPECT_EQ(HazardTypes().last(), "Beta/Crushing");
+  EXPECT_EQ(TextOf("HazardType"), "Crushing");
   EXPECT_EQ(ItemsOf("HazardType"), QStringList()) << "shown with the next focus";
 }
 
@@ -297,55 +262,21 @@ TEST_F(TaskListsTest, AHazardTypeBelowAHazardThatWasChangedSinceIsAddedOnce) {
   }
 }
 
-TEST_F(TaskListsTest, AKnownHazardTypeIsPassedOverSilently) {
-  OpenForm();
-  Put("PrimaryHazard", "Alpha");
-  SetText("HazardType", "Crushing");
-  Click("adddt2");
-  EXPECT_EQ(HazardTypes().size(), 3);
-  EXPECT_EQ(session.ListTextKnown, 1);
-}
-
-TEST_F(TaskListsTest, TheSameHazardTypeMayStandBelowTwoPrimaryHazards) {
-  OpenForm();
-  Put("PrimaryHazard", "Beta");
-  SetText("HazardType", "Crushing");
-  Click("adddt2");
-  EXPECT_EQ(HazardTypes().last(), "Beta/Crushing");
-}
-
-TEST_F(TaskListsTest, AHazardTypeIsDeletedBelowItsPrimaryHazardOnly) {
+TEST_F(TaskListsTest, AHazardTypeIsDeletedBelowItsPrimaryHazardOnlyAndJudgedByWhatTheBoxShows) {
   installation.GivenHazardTypes("Beta", {"Shearing"});
   OpenForm();
   Put("PrimaryHazard", "Alpha");
-  Put("HazardType", "Shearing");
-  Focus("HazardType");
-  ExpectAsk(kDelete, Question("Shearing"), Button::kYes);
-  Click("dletedt2");
-  EXPECT_EQ(HazardTypes(), (QStringList{"Alpha/Crushing", "None./None.", "Beta/Shearing"}));
-  EXPECT_EQ(ItemsOf("HazardType"), QStringList{"Crushing"});
-  EXPECT_EQ(TextOf("HazardType"), "None.");
-}
-
-TEST_F(TaskListsTest, AReservedHazardTypeIsJudgedByWhatTheBoxShows) {
-  OpenForm();
-  Put("PrimaryHazard", "Alpha");
-  Put("HazardType", "Shearing");
-  Focus("HazardType");
+  FocusOn("HazardType", "Shearing");
   Put("HazardType", "N.A.");
   ExpectTell("Cannot be deleted, reserved text.");
   Click("dletedt2");
-  EXPECT_EQ(HazardTypes().size(), 3);
-}
-
-TEST_F(TaskListsTest, ANoKeepsTheHazardType) {
-  OpenForm();
-  Put("PrimaryHazard", "Alpha");
   Put("HazardType", "Shearing");
-  Focus("HazardType");
-  ExpectAsk(kDelete, Question("Shearing"), Button::kNo);
-  Click("dletedt2");
-  EXPECT_EQ(HazardTypes().size(), 3);
+  Remove("dletedt2", "Shearing", Button::kNo);
+  EXPECT_EQ(HazardTypes().size(), 4);
+  Remove("dletedt2", "Shearing");
+  EXPECT_EQ(HazardTypes(), (QStringList{"Alpha/Crushing", "None./None.", "Beta/Shearing"}));
+  EXPECT_EQ(ItemsOf("HazardType"), QStringList{"Crushing"});
+  EXPECT_EQ(TextOf("HazardType"), "None.");
 }
 
 // Primary hazards
@@ -357,17 +288,12 @@ TEST_F(TaskListsTest, PickingAPrimaryHazardCountsItsTypesAndChangesNothingElse) 
   EXPECT_TRUE(session.PrimaryHazardClicked);
   EXPECT_EQ(session.HazardTypeRows, 2);
   EXPECT_EQ(TextOf("HazardType"), "Crushing");
-  Pick("PrimaryHazard", "Beta");
-  EXPECT_EQ(session.HazardTypeRows, 0);
-}
-
-TEST_F(TaskListsTest, APickedPrimaryHazardIsNoNewEntryOfAnyList) {
-  OpenForm();
-  Pick("PrimaryHazard", "Alpha");
   Click("adddt1");
-  EXPECT_EQ(ListRows("primaryhazard").size(), 4);
+  EXPECT_EQ(ListRows("primaryhazard").size(), 4) << "it is no new entry of any list";
   EXPECT_EQ(HazardTypes().size(), 3);
   EXPECT_EQ(session.ListTextKnown, 1);
+  Pick("PrimaryHazard", "Beta");
+  EXPECT_EQ(session.HazardTypeRows, 0);
 }
 
 TEST_F(TaskListsTest, RightAfterLoadTheHazardGoesWithItsTypesAndTheFirstRowOfTheList) {
@@ -375,8 +301,7 @@ TEST_F(TaskListsTest, RightAfterLoadTheHazardGoesWithItsTypesAndTheFirstRowOfThe
   Put("PrimaryHazard", "Alpha");
   Put("HazardType", "Crushing");
   Focus("PrimaryHazard");
-  ExpectAsk(kDelete, CascadeQuestion("Alpha"), Button::kYes);
-  Click("dletedt1");
+  RemoveCascade("Alpha");
   EXPECT_EQ(HazardTypes(), QStringList{"None./None."});
   EXPECT_EQ(ListRows("primaryhazard"), (QStringList{"N.A.", "Alpha", "Beta"}));
   EXPECT_EQ(ItemsOf("PrimaryHazard"), (QStringList{"N.A.", "Alpha", "Beta"}));
@@ -384,68 +309,40 @@ TEST_F(TaskListsTest, RightAfterLoadTheHazardGoesWithItsTypesAndTheFirstRowOfThe
   EXPECT_EQ(TextOf("HazardType"), "None.");
 }
 
-TEST_F(TaskListsTest, AHazardThatReadsAsAConditionTakesNoTypesOfOthersWithIt) {
+TEST_F(TaskListsTest, ANoOrAHazardWithoutTypesKeepsTheHazardAndAllTypes) {
   OpenForm();
-  Put("PrimaryHazard", "x' OR '1'='1");
-  Focus("PrimaryHazard");
-  ExpectAsk(kDelete, CascadeQuestion("x' OR '1'='1"), Button::kYes);
-  Click("dletedt1");
-  EXPECT_EQ(HazardTypes().size(), 3);
-}
-
-TEST_F(TaskListsTest, ANoKeepsTheHazardAndItsTypes) {
-  OpenForm();
-  Put("PrimaryHazard", "Alpha");
-  Focus("PrimaryHazard");
-  ExpectAsk(kDelete, CascadeQuestion("Alpha"), Button::kNo);
-  Click("dletedt1");
-  EXPECT_EQ(HazardTypes().size(), 3);
-  EXPECT_EQ(ListRows("primaryhazard").size(), 4);
+  FocusOn("PrimaryHazard", "Alpha");
+  RemoveCascade("Alpha", Button::kNo);
   EXPECT_EQ(TextOf("PrimaryHazard"), "Alpha");
-}
-
-TEST_F(TaskListsTest, ACascadeWithoutTypesEndsSilentlyBeforeTheHazardGoes) {
-  OpenForm();
-  Put("PrimaryHazard", "Beta");
-  Focus("PrimaryHazard");
-  ExpectAsk(kDelete, CascadeQuestion("Beta"), Button::kYes);
-  Click("dletedt1");
+  FocusOn("PrimaryHazard", "Beta");
+  RemoveCascade("Beta");
+  EXPECT_EQ(TextOf("PrimaryHazard"), "Beta") << "it ends silently before the hazard goes";
   EXPECT_EQ(ListRows("primaryhazard").size(), 4);
-  EXPECT_EQ(TextOf("PrimaryHazard"), "Beta");
+  // One that reads as a condition takes no types of others with it.
+  OpenForm();
+  FocusOn("PrimaryHazard", "x' OR '1'='1");
+  RemoveCascade("x' OR '1'='1");
+  EXPECT_EQ(HazardTypes().size(), 3);
 }
 
-TEST_F(TaskListsTest, APickedHazardWithoutTypesIsAskedForPlainly) {
+TEST_F(TaskListsTest, APickedHazardWithoutTypesIsAskedForPlainlyAndGoesOnceTheBoxWasEnteredAgain) {
   OpenForm();
-  Pick("PrimaryHazard", "Beta");
-  ExpectAsk(kDelete, Question("Beta"), Button::kNo);
+  Pick("PrimaryHazard", "N.A.");
+  ExpectTell("Cannot be deleted, reserved text.");
   Click("dletedt1");
-  EXPECT_EQ(ListRows("primaryhazard").size(), 4);
-}
-
-TEST_F(TaskListsTest, APickedHazardWithoutTypesGoesOnceTheBoxWasEnteredAnew) {
-  OpenForm();
   Pick("PrimaryHazard", "Beta");
+  Remove("dletedt1", "Beta", Button::kNo);
   // The list in hand is that of its types, which has no such row.
-  ExpectAsk(kDelete, Question("Beta"), Button::kYes);
-  Click("dletedt1");
+  Remove("dletedt1", "Beta");
   EXPECT_EQ(ListRows("primaryhazard").size(), 4);
 
   Put("HazardType", "Crushing");
   Focus("FuntnTaskMachry");
   Focus("PrimaryHazard");
-  ExpectAsk(kDelete, Question("Beta"), Button::kYes);
-  Click("dletedt1");
+  Remove("dletedt1", "Beta");
   EXPECT_EQ(ListRows("primaryhazard"), (QStringList{"None.", "N.A.", "Alpha"}));
   EXPECT_EQ(TextOf("PrimaryHazard"), "None.");
   EXPECT_EQ(TextOf("HazardType"), "Crushing");
-}
-
-TEST_F(TaskListsTest, APickedReservedHazardWithoutTypesStays) {
-  OpenForm();
-  Pick("PrimaryHazard", "N.A.");
-  ExpectTell("Cannot be deleted, reserved text.");
-  Click("dletedt1");
-  EXPECT_EQ(ListRows("primaryhazard").size(), 4);
 }
 
 TEST_F(TaskListsTest, WithoutAPickAndWithoutRowsThereIsNothingToDelete) {

@@ -10,8 +10,7 @@ namespace {
 class TaskNavigationTest : public EvaluationTest {};
 
 TEST_F(TaskNavigationTest, PickingARowShowsItsTaskAndItsPlace) {
-  GivenTasks({"Feed", "Clean", "Set"});
-  OpenForm();
+  OpenOn({"Feed", "Clean", "Set"});
   ClickRow("DB1", 2);
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "Set");
   EXPECT_EQ(Position(), " Recorded task 3 of 3 ");
@@ -22,8 +21,7 @@ TEST_F(TaskNavigationTest, PickingARowShowsItsTaskAndItsPlace) {
 }
 
 TEST_F(TaskNavigationTest, AChangeOfRowSavesWhatIsShownOfTheRowThatComes) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
+  OpenOn({"Feed", "Clean"});
   // A text that comes without a signal, and so without its binding.
   QObject::connect(form_->findChild<DataControl*>("dtsorce2"), &DataControl::Shown, [this] {
     auto& box = Control<QLineEdit>("HazrdLoctn");
@@ -49,13 +47,6 @@ TEST_F(TaskNavigationTest, APlaceTooFarToRememberIsShownAllTheSame) {
   ClickHidden("nxtfrmbtn");
 }
 
-TEST_F(TaskNavigationTest, TheThirdOfSevenReadsSoWithABlankAtEachEnd) {
-  GivenTasks({"1", "2", "3", "4", "5", "6", "7"});
-  OpenForm();
-  ClickRow("DB1", 2);
-  EXPECT_EQ(Position(), " Recorded task 3 of 7 ");
-}
-
 TEST_F(TaskNavigationTest, ComingToATaskWhoseIndexIsNoNumberSaysNothing) {
   GivenTask({{"FuntnTaskMachry", "Feed"}, {"RiskIndex", 5}});
   const qint64 second = GivenTask({{"FuntnTaskMachry", "Clean"}});
@@ -70,67 +61,49 @@ TEST_F(TaskNavigationTest, ComingToATaskWhoseIndexIsNoNumberSaysNothing) {
   EXPECT_EQ(Position(), " Recorded task 1 of 2 ");
 }
 
-TEST_F(TaskNavigationTest, NextSavesAndStaysOnTheTask) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
+TEST_F(TaskNavigationTest, NextAndPreviousSaveAndStayOnTheTask) {
+  OpenOn({"Feed", "Clean"});
   SetText("HazrdLoctn", "Die");
   ClickHidden("nxtfrmbtn");
   EXPECT_EQ(Position(), " Recorded task 1 of 2 ");
   EXPECT_EQ(form_->Tasks().Text("HazrdLoctn"), "Die");
-}
-
-TEST_F(TaskNavigationTest, NextOnTheLastTaskSaysSo) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
   ClickRow("DB1", 1);
   ExpectTell("You are on last record.");
   ClickHidden("nxtfrmbtn");
   EXPECT_EQ(Position(), " Recorded task 2 of 2 ");
+  SetText("HazrdLoctn", "Table");
+  ClickHidden("prvsfrmbtn");
+  EXPECT_EQ(Position(), " Recorded task 2 of 2 ");
+  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"Die", "Table"}));
 }
 
-TEST_F(TaskNavigationTest, NextAndPreviousWithoutTasksSaySo) {
+TEST_F(TaskNavigationTest, WithoutTasksNextAndPreviousSaySoAndAFindFindsNothing) {
   OpenForm();
   ExpectTell("No records.");
   ClickHidden("nxtfrmbtn");
   ExpectTell("No records.");
   ClickHidden("prvsfrmbtn");
+  Search("F");
+  PressTab();
+  EXPECT_EQ(TextOf("FndESINo"), "");
+  EXPECT_EQ(EnabledOf(kCombos), kCombos);
+  EXPECT_EQ(AllTasks().size(), 0);
 }
 
-TEST_F(TaskNavigationTest, NextPastTheLastTaskEndsThere) {
-  GivenTasks({"Feed"});
-  OpenForm();
-  Click("FndESINo");
-  Type("x");
+TEST_F(TaskNavigationTest, PastTheLastTaskNextStaysThereAndPreviousGoesBeforeTheFirst) {
+  OpenOn({"Feed"});
+  Search("x");
   ExpectTell("You are on last record.");
   ClickHidden("nxtfrmbtn");
   EXPECT_EQ(form_->Tasks().AbsolutePosition(), Recordset::kPositionPastLast);
-}
-
-TEST_F(TaskNavigationTest, PreviousStoresTheTaskAndStaysOnIt) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
-  ClickRow("DB1", 1);
-  SetText("HazrdLoctn", "Die");
-  ClickHidden("prvsfrmbtn");
-  EXPECT_EQ(Position(), " Recorded task 2 of 2 ");
-  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"None.", "Die"}));
-}
-
-TEST_F(TaskNavigationTest, PreviousPastTheLastTaskGoesBeforeTheFirst) {
-  GivenTasks({"Feed"});
-  OpenForm();
-  Click("FndESINo");
-  Type("x");
   ExpectTell("You are on first record.");
   ClickHidden("prvsfrmbtn");
   EXPECT_EQ(form_->Tasks().AbsolutePosition(), Recordset::kPositionBeforeFirst);
 }
 
 TEST_F(TaskNavigationTest, FindStopsAtTheFirstTitleThatBeginsSo) {
-  GivenTasks({"Feed pump", "pump 1", "Pump 2", "Pump 3"});
-  OpenForm();
-  Click("FndESINo");
-  Type("Pump");
+  OpenOn({"Feed pump", "pump 1", "Pump 2", "Pump 3"});
+  Search("Pump");
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "Pump 2");
   EXPECT_EQ(Control<Grid>("DB1").Row(), 2);
   EXPECT_EQ(session.TaskPosition, 3);
@@ -139,23 +112,32 @@ TEST_F(TaskNavigationTest, FindStopsAtTheFirstTitleThatBeginsSo) {
 }
 
 TEST_F(TaskNavigationTest, AFindBarsTheListsOnceATitleDoesNotFit) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
-  Click("FndESINo");
-  Type("F");
+  OpenOn({"Feed", "Clean"});
+  Search("F");
   EXPECT_EQ(EnabledOf(kCombos), kCombos) << "the first title fits";
   SetText("FndESINo", "C");
   EXPECT_EQ(EnabledOf(kCombos), QStringList());
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
   PressTab();
   EXPECT_EQ(EnabledOf(kCombos), kCombos);
+  EXPECT_FALSE(Control<QLineEdit>("FndESINo").isUndoAvailable());
+  // A find that is taken back by hand.
+  Search("C");
+  PressKey(Qt::Key_Backspace);
+  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed");
+  EXPECT_TRUE(Control<QLineEdit>("FndESINo").isUndoAvailable());
+  EXPECT_EQ(EnabledOf(kCombos), QStringList());
+  PressTab();
+  EXPECT_EQ(EnabledOf(kCombos), kCombos);
+  EXPECT_FALSE(Control<QLineEdit>("FndESINo").isUndoAvailable());
+  EXPECT_EQ(TextOf("FndESINo"), "");
+  ClickRow("DB1", 1);
+  EXPECT_EQ(Position(), " Recorded task 2 of 2 ") << "the find is over";
 }
 
 TEST_F(TaskNavigationTest, AFindWithoutAMatchStandsPastTheLastTaskAndSaysNothing) {
-  GivenTasks({"Feed", "Clean", "Set"});
-  OpenForm();
-  Click("FndESINo");
-  Type("x");
+  OpenOn({"Feed", "Clean", "Set"});
+  Search("x");
   EXPECT_TRUE(form_->Tasks().Eof());
   EXPECT_EQ(session.TaskPosition, 3);
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "");
@@ -169,22 +151,12 @@ TEST_F(TaskNavigationTest, AFindWithoutAMatchStandsPastTheLastTaskAndSaysNothing
   EXPECT_EQ(TextOf("FndESINo"), "");
 }
 
-TEST_F(TaskNavigationTest, AFindStoresTheTaskThatItLeaves) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
-  SetText("HazrdLoctn", "Die");
-  Click("FndESINo");
-  Type("C");
-  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"Die", "None."}));
-}
-
 TEST_F(TaskNavigationTest, AfterAFindRowChangesTakeTheirPlaceAndNothingElse) {
   GivenTask({{"FuntnTaskMachry", "Feed"}, {"RiskIndex", 5}});
   GivenTask({{"FuntnTaskMachry", "Clean"}, {"RiskIndex", 1}});
   GivenTask({{"FuntnTaskMachry", "Set"}, {"RiskIndex", 3}});
   OpenForm();
-  Click("FndESINo");
-  Type("C");
+  Search("C");
   PressTab();
   ASSERT_EQ(TextOf("FuntnTaskMachry"), "Feed");
   ClickRow("DB1", 2);
@@ -202,10 +174,10 @@ TEST_F(TaskNavigationTest, AfterAFindRowChangesTakeTheirPlaceAndNothingElse) {
 }
 
 TEST_F(TaskNavigationTest, AfterAFindTheTitleReachesTheFileByTheRowAlone) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
-  Click("FndESINo");
-  Type("C");
+  OpenOn({"Feed", "Clean"});
+  SetText("HazrdLoctn", "Die");
+  Search("C");
+  EXPECT_EQ(Stored("HazrdLoctn"), (QStringList{"Die", "None."})) << "of the task that it leaves";
   PressTab();
   SetText("FuntnTaskMachry", "Feed blanks");
   PressTab();
@@ -214,50 +186,13 @@ TEST_F(TaskNavigationTest, AfterAFindTheTitleReachesTheFileByTheRowAlone) {
 }
 
 TEST_F(TaskNavigationTest, ALeftFindBoxThatIsEmptyKeepsTheTask) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
+  OpenOn({"Feed", "Clean"});
   ClickRow("DB1", 1);
   Click("FndESINo");
   PressTab();
   EXPECT_EQ(TextOf("FuntnTaskMachry"), "Clean");
   ClickRow("DB1", 0);
   EXPECT_EQ(Position(), " Recorded task 1 of 2 ") << "there was no find";
-}
-
-TEST_F(TaskNavigationTest, AFindThatIsTakenBackByHandBarsTheListsUntilTheBoxIsLeftAndEnds) {
-  GivenTasks({"Feed", "Clean"});
-  OpenForm();
-  Click("FndESINo");
-  Type("C");
-  PressKey(Qt::Key_Backspace);
-  EXPECT_EQ(TextOf("FuntnTaskMachry"), "Feed");
-  EXPECT_EQ(EnabledOf(kCombos), QStringList());
-  PressTab();
-  EXPECT_EQ(EnabledOf(kCombos), kCombos);
-  ClickRow("DB1", 1);
-  EXPECT_EQ(Position(), " Recorded task 2 of 2 ") << "the find is over";
-}
-
-TEST_F(TaskNavigationTest, TheFindBoxForgetsWhatWasTypedOnceItIsLeft) {
-  GivenTasks({"Feed"});
-  OpenForm();
-  Click("FndESINo");
-  Type("x");
-  PressKey(Qt::Key_Backspace);
-  EXPECT_TRUE(Control<QLineEdit>("FndESINo").isUndoAvailable());
-  PressTab();
-  EXPECT_FALSE(Control<QLineEdit>("FndESINo").isUndoAvailable());
-  EXPECT_EQ(TextOf("FndESINo"), "");
-}
-
-TEST_F(TaskNavigationTest, AFindInAnEmptyProjectFindsNothing) {
-  OpenForm();
-  Click("FndESINo");
-  Type("F");
-  PressTab();
-  EXPECT_EQ(TextOf("FndESINo"), "");
-  EXPECT_EQ(EnabledOf(kCombos), kCombos);
-  EXPECT_EQ(AllTasks().size(), 0);
 }
 
 }  // namespace

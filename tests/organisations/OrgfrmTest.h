@@ -100,6 +100,20 @@ class OrgfrmTest : public FormTest {
     combo.view()->setCurrentIndex(combo.model()->index(row, 0));
     PressKey(Qt::Key_Return);
   }
+  void OpenAndPick(const QString& name) {
+    OpenOrganisations();
+    PickOrganisation(name);
+  }
+  /// Types the name of a new organisation.
+  void TypeNew(const QString& name) {
+    Click("addorncmd");
+    Type(name);
+  }
+  /// Another form comes to the front and goes again.
+  void GoAwayAndComeBack() {
+    Open<OtherForm>().UnloadForm();
+    Settle();
+  }
   /// Types the name of a new organisation and leaves the box.
   void Add(const QString& name) {
     Click("addorncmd");

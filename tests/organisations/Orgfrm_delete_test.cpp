@@ -30,9 +30,14 @@ class OrgfrmDeleteTest : public OrgfrmTest {
     installation.GivenOrganisation("Assembly", 5);
     WriteFile(installation.PictureFolder(3) + "/a.jpg", "picture");
   }
-  void OpenAndPick(const QString& name) {
-    OpenOrganisations();
-    PickOrganisation(name);
+  void Delete(const QString& name) {
+    desk.messages.Expect(Question(name)).Answer(Button::kYes);
+    Click("delte");
+  }
+  /// The form on the press shop of two organisations.
+  void OpenShop() {
+    GivenShopAndAssembly();
+    OpenAndPick("Press shop");
   }
   [[nodiscard]] bool HasFiles(int number) {
     return QFile::exists(installation.Study(number)) &&
@@ -45,8 +50,7 @@ class OrgfrmDeleteTest : public OrgfrmTest {
 };
 
 TEST_F(OrgfrmDeleteTest, OrganisationGoesWithItsStudyAndItsPictures) {
-  GivenShopAndAssembly();
-  OpenAndPick("Press shop");
+  OpenShop();
   desk.messages.Expect(Question("Press shop")).Answer(Button::kYes).WhileOpen([&] {
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
     EXPECT_TRUE(HasFiles(3));
@@ -69,8 +73,7 @@ TEST_F(OrgfrmDeleteTest, OrganisationGoesWithItsStudyAndItsPictures) {
 }
 
 TEST_F(OrgfrmDeleteTest, NoIsTheDefaultAndKeepsEverything) {
-  GivenShopAndAssembly();
-  OpenAndPick("Press shop");
+  OpenShop();
   const QByteArray before = ReadFile(installation.Register());
   desk.messages.Expect(Question("Press shop"));
   Click("delte");
@@ -82,13 +85,16 @@ TEST_F(OrgfrmDeleteTest, NoIsTheDefaultAndKeepsEverything) {
 
 TEST_F(OrgfrmDeleteTest, LastOrganisationLeavesTheFormAsOnAnEmptyRegister) {
   installation.GivenOrganisation("Press shop", 1);
+  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=1");
   OpenAndPick("Press shop");
-  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-  Click("delte");
+  Delete("Press shop");
   EXPECT_TRUE(Organisations().isEmpty());
   EXPECT_TRUE(ItemsOf("orgnmecbo").isEmpty());
   EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
   EXPECT_EQ(Enabled(), QStringList({"addorncmd", "delte", "clsed"}));
+  EXPECT_EQ(LastOpened(), QStringList({"1"})) << "the history keeps its number";
+  OpenHistory();
+  EXPECT_EQ(TextOf("hstry"), "No history");
 }
 
 TEST_F(OrgfrmDeleteTest, NumberOfADeletedOrganisationIsUsedAgain) {
@@ -97,22 +103,10 @@ TEST_F(OrgfrmDeleteTest, NumberOfADeletedOrganisationIsUsedAgain) {
   installation.GivenOrganisation("C", 3);
   installation.GivenProject(2, "P-1", "B");
   OpenAndPick("B");
-  desk.messages.Expect(Question("B")).Answer(Button::kYes);
-  Click("delte");
+  Delete("B");
   Add("D");
   EXPECT_EQ(Organisations(), QList<QStringList>({{"A", "1"}, {"C", "3"}, {"D", "2"}}));
   EXPECT_TRUE(RowsOf(installation.Study(2), "Project_details").isEmpty());
-}
-
-TEST_F(OrgfrmDeleteTest, HistoryKeepsTheDeletedNumberAndFindsNothing) {
-  installation.GivenOrganisation("Press shop", 3);
-  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=3");
-  OpenAndPick("Press shop");
-  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-  Click("delte");
-  EXPECT_EQ(LastOpened(), QStringList({"3"}));
-  OpenHistory();
-  EXPECT_EQ(TextOf("hstry"), "No history");
 }
 
 TEST_F(OrgfrmDeleteTest, SeveralAreDeletedOneAfterTheOther) {
@@ -158,8 +152,7 @@ TEST_F(OrgfrmDeleteTest, EmptyRegisterWithATextInTheComboAsksNothing) {
 }
 
 TEST_F(OrgfrmDeleteTest, SignOfAnyStudyUpToAThousandBarsEveryDelete) {
-  GivenShopAndAssembly();
-  OpenAndPick("Press shop");
+  OpenShop();
   session.ActiveOrgName = "before";
   for (const int number : {777, 1000}) {
     WriteFile(installation.StudySign(number), QByteArray());
@@ -173,23 +166,18 @@ TEST_F(OrgfrmDeleteTest, SignOfAnyStudyUpToAThousandBarsEveryDelete) {
     EXPECT_TRUE(HasFiles(3));
     ASSERT_TRUE(QFile::remove(installation.StudySign(number)));
   }
-  WriteFile(installation.StudySign(1001), QByteArray());
-  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-  Click("delte");
-  EXPECT_EQ(session.AnyStudyLocked, 0);
-  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
-}
-
-TEST_F(OrgfrmDeleteTest, StudyThatAnotherProcessHoldsBarsTheDelete) {
-  GivenShopAndAssembly();
-  OpenAndPick("Press shop");
   {
     const SignHolder other(installation.StudySign(5));
     desk.messages.Expect(kInUse);
     Click("delte");
+    EXPECT_EQ(Organisations().size(), 2) << "another process holds one";
   }
-  EXPECT_EQ(Organisations().size(), 2);
-  EXPECT_TRUE(HasFiles(3) && HasFiles(5));
+  ASSERT_TRUE(QFile::remove(installation.StudySign(5)));
+  WriteFile(installation.StudySign(1001), QByteArray());
+  Delete("Press shop");
+  EXPECT_EQ(session.AnyStudyLocked, 0);
+  EXPECT_TRUE(HasFiles(5));
+  EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
 }
 
 TEST_F(OrgfrmDeleteTest, MarkOfAnotherUserBarsTheDeleteForTheRestOfTheRun) {
@@ -204,8 +192,7 @@ TEST_F(OrgfrmDeleteTest, MarkOfAnotherUserBarsTheDeleteForTheRestOfTheRun) {
 }
 
 TEST_F(OrgfrmDeleteTest, UserWhoCameInBetweenKeepsTheStudyAndTheRowGoes) {
-  GivenShopAndAssembly();
-  OpenAndPick("Press shop");
+  OpenShop();
   std::unique_ptr<SignHolder> other;
   desk.messages.Expect(Question("Press shop")).Answer(Button::kYes).WhileOpen([&] {
     other = std::make_unique<SignHolder>(installation.StudySign(3));
@@ -224,8 +211,7 @@ TEST_F(OrgfrmDeleteTest, StudyAboveTheScanThatThisRunHoldsIsLetGoOf) {
   auto held = std::make_unique<Database>(installation.Study(1001));
   OpenAndPick("Press shop");
   QObject::connect(form, &Orgfrm::StudyReleaseRequested, form, [&] { held.reset(); });
-  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-  Click("delte");
+  Delete("Press shop");
   EXPECT_EQ(told, QStringList({"let go of the study"}));
   EXPECT_TRUE(HasNoFiles(1001));
   EXPECT_TRUE(Organisations().isEmpty());
@@ -233,12 +219,10 @@ TEST_F(OrgfrmDeleteTest, StudyAboveTheScanThatThisRunHoldsIsLetGoOf) {
 }
 
 TEST_F(OrgfrmDeleteTest, RowGoesAlsoWhenItsFilesCantBeDeleted) {
-  GivenShopAndAssembly();
-  OpenAndPick("Press shop");
+  OpenShop();
   desk.files.FailNext(FileAction::kDeleteFile, "risk_esmatn3.mdb", failure::kPermissionDenied);
   desk.files.FailNext(FileAction::kDeleteFolder, "Prj3", failure::kPermissionDenied);
-  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-  Click("delte");
+  Delete("Press shop");
   EXPECT_EQ(desk.files.FaultsLeft(), 0);
   EXPECT_TRUE(HasFiles(3));
   EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
@@ -258,8 +242,7 @@ TEST_F(OrgfrmDeleteTest, FilesOfAnotherUserThatThisOneMayNotDeleteStayAndTheRowG
   ASSERT_EQ(::chmod(QFile::encodeName(shared).constData(), 01777), 0);
   const auto seen = RunAsNobody([&] {
     OpenAndPick("Press shop");
-    desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-    Click("delte");
+    Delete("Press shop");
     return QStringLiteral("%1 boxes, %2, waits: %3")
         .arg(desk.messages.Shown().size())
         .arg(TextOf("orgnmecbo"))
@@ -281,8 +264,7 @@ TEST_F(OrgfrmDeleteTest, OrganisationWhoseFilesAreGoneAlreadyGoesWithWhatIsLeft)
     if (pictures) QDir(installation.PictureFolder(3)).removeRecursively();
     const auto deletions = desk.files.Log().filter("Delete").size();
     OpenAndPick("Press shop");
-    desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-    Click("delte");
+    Delete("Press shop");
     EXPECT_TRUE(HasNoFiles(3));
     EXPECT_EQ(desk.files.Log().filter("Delete").size() - deletions, 2 - study - pictures);
     EXPECT_EQ(Organisations(), QList<QStringList>({{"Assembly", "5"}}));
@@ -291,11 +273,9 @@ TEST_F(OrgfrmDeleteTest, OrganisationWhoseFilesAreGoneAlreadyGoesWithWhatIsLeft)
 }
 
 TEST_F(OrgfrmDeleteTest, RegisterThatIsGoneBehindTheQuestionIsPassedOver) {
-  GivenShopAndAssembly();
-  OpenAndPick("Press shop");
+  OpenShop();
   ASSERT_TRUE(QFile::remove(installation.Register()));
-  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-  Click("delte");
+  Delete("Press shop");
   EXPECT_TRUE(HasNoFiles(3));
   EXPECT_EQ(TextOf("orgnmecbo"), "Select organization");
   EXPECT_EQ(Enabled(), QStringList({"addorncmd", "delte", "clsed"}));
@@ -315,11 +295,11 @@ TEST_F(OrgfrmDeleteTest, FilesGoBeforeTheRow) {
   EXPECT_TRUE(Organisations().isEmpty());
 }
 
-TEST_F(OrgfrmDeleteTest, OrganisationWithoutAStudyGoesToo) {
-  Exec(installation.Register(), "INSERT INTO orgtn VALUES('Press shop',0)");
-  OpenAndPick("Press shop");
-  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-  Click("delte");
+TEST_F(OrgfrmDeleteTest, OrganisationWithoutAStudyGoesTooAndTheQuestionShowsItsNameAsItIs) {
+  const QString name = QString::fromUtf8("O''Brien & <b>%1</b> 機械");
+  Exec(installation.Register(), "INSERT INTO orgtn VALUES('" + name + "',0)");
+  OpenAndPick(QString(name).replace("''", "'"));
+  Delete(QString(name).replace("''", "'"));
   EXPECT_EQ(session.DeleteStudyNo, 0);
   EXPECT_TRUE(Organisations().isEmpty());
 }
@@ -330,8 +310,7 @@ TEST_F(OrgfrmDeleteTest, NumberOfTheActiveStudyStays) {
   Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=3");
   session.ActiveStudyNo = 12;
   OpenAndPick("3");
-  desk.messages.Expect(Question("3")).Answer(Button::kYes);
-  Click("delte");
+  Delete("3");
   EXPECT_EQ(session.ActiveStudyNo, 12);
   EXPECT_EQ(session.DeleteStudyNo, 3);
 }
@@ -340,33 +319,19 @@ TEST_F(OrgfrmDeleteTest, RowBeyondTheFirstFiveThousandKeepsTheNumberOfTheDeleteB
   Exec(installation.Register(),
        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<5001) "
        "INSERT INTO orgtn SELECT 'Organisation '||i, i+2000 FROM n");
-  OpenOrganisations();
-  PickOrganisation("Organisation 5000");
-  desk.messages.Expect(Question("Organisation 5000")).Answer(Button::kYes);
-  Click("delte");
+  OpenAndPick("Organisation 5000");
+  Delete("Organisation 5000");
   EXPECT_EQ(session.DeleteStudyNo, 7000);
   OpenOrganisations();
   Exec(installation.Register(), "INSERT INTO orgtn VALUES('One more',7100)");
-  OpenOrganisations();
-  PickOrganisation("One more");
-  desk.messages.Expect(Question("One more")).Answer(Button::kYes);
-  Click("delte");
+  OpenAndPick("One more");
+  Delete("One more");
   EXPECT_EQ(session.DeleteStudyNo, 7000);
   EXPECT_EQ(Organisations().size(), 5000);
 }
 
-TEST_F(OrgfrmDeleteTest, QuestionShowsTheNameAsItIs) {
-  const QString name = QString::fromUtf8("O'Brien & <b>%1</b> 機械");
-  installation.GivenOrganisation(name, 3);
-  OpenAndPick(name);
-  desk.messages.Expect(Question(name)).Answer(Button::kYes);
-  Click("delte");
-  EXPECT_TRUE(Organisations().isEmpty());
-}
-
 TEST_F(OrgfrmDeleteTest, RowThatSomebodyElseDeletedMeanwhileIsPassedOver) {
-  GivenShopAndAssembly();
-  OpenAndPick("Press shop");
+  OpenShop();
   desk.messages.Expect(Question("Press shop")).Answer(Button::kYes).WhileOpen([&] {
     OtherProcess(installation.Register()).Run("DELETE FROM orgtn WHERE OrgName='Press shop';");
   });
@@ -428,8 +393,7 @@ TEST_F(OrgfrmDeleteOnFilesTest, CursorWaitsWhileFilesAreDeletedAndIsPutBackOnEve
   WatchedFiles files;
   OpenOn(files);
   PickOrganisation("Press shop");
-  desk.messages.Expect(Question("Press shop")).Answer(Button::kYes);
-  Click("delte");
+  Delete("Press shop");
   EXPECT_EQ(files.waits, (QList<bool>{true, true}));
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
   PickOrganisation("Assembly");

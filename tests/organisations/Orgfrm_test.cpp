@@ -108,34 +108,19 @@ TEST_F(OrgfrmTest, PickedNameIsShownAndTurnsExitOff) {
   EXPECT_EQ(TextOf("orgnmecbo"), "Press shop");
   EXPECT_EQ(TextOf("orgnmecbotxt"), "Press shop");
   EXPECT_EQ(Enabled(), QStringList({"clsd", "addorncmd", "delte"}));
-}
-
-TEST_F(OrgfrmTest, SameNamePickedAgainIsAPickToo) {
-  installation.GivenOrganisation("Press shop", 1);
-  OpenOrganisations();
-  PickOrganisation("Press shop");
-  Control<QLineEdit>("orgnmecbotxt").setText("something else");
+  Control<QWidget>("clsd").setEnabled(false);
+  Control<QLineEdit>("orgnmecbotxt").setText("Press");
+  EXPECT_TRUE(IsEnabled("clsd")) << "a changed text turns both on";
   EXPECT_TRUE(IsEnabled("clsed"));
   PickOrganisation("Press shop");
-  EXPECT_EQ(TextOf("orgnmecbotxt"), "Press shop");
+  EXPECT_EQ(TextOf("orgnmecbotxt"), "Press shop") << "the same name again is a pick too";
   EXPECT_FALSE(IsEnabled("clsed"));
 }
 
 TEST_F(OrgfrmTest, PickOfNoNameTurnsOpenAndExitOff) {
   Exec(installation.Register(), "INSERT INTO orgtn(OrgName) VALUES('Select organization')");
-  OpenOrganisations();
-  PickOrganisation("Select organization");
+  OpenAndPick("Select organization");
   EXPECT_EQ(Enabled(), QStringList({"addorncmd", "delte"}));
-}
-
-TEST_F(OrgfrmTest, ChangedTextTurnsOpenAndExitOn) {
-  installation.GivenOrganisation("Press shop", 1);
-  OpenOrganisations();
-  PickOrganisation("Press shop");
-  ASSERT_FALSE(IsEnabled("clsed"));
-  Control<QLineEdit>("orgnmecbotxt").setText("Press");
-  EXPECT_TRUE(IsEnabled("clsd"));
-  EXPECT_TRUE(IsEnabled("clsed"));
 }
 
 TEST_F(OrgfrmTest, NothingIsTypedIntoLockedBoxesOrIntoTheCombo) {
@@ -177,8 +162,7 @@ TEST_F(OrgfrmTest, DoubleClickOnTheComboOrOnItsFaceOpensItsName) {
   installation.GivenOrganisation("Press shop", 4);
   for (const bool face : {true, false}) {
     session.ActiveStudyNo = 0;
-    OpenOrganisations();
-    PickOrganisation("Press shop");
+    OpenAndPick("Press shop");
     if (face) {
       DoubleClickFace();
     } else {
@@ -191,14 +175,20 @@ TEST_F(OrgfrmTest, DoubleClickOnTheComboOrOnItsFaceOpensItsName) {
   }
 }
 
-TEST_F(OrgfrmTest, DoubleClickWhileTypingSelectsAWord) {
+TEST_F(OrgfrmTest, DoubleClickWhileTypingSelectsAWordAndTheCloseBoxDropsIt) {
   OpenOrganisations();
-  Click("addorncmd");
-  Type("Press");
+  TypeNew("Press");
   DoubleClickFace();
   EXPECT_EQ(SelectedTextOf("orgnmecbotxt"), "Press");
   EXPECT_TRUE(told.isEmpty());
+  CloseBox(*form);
+  EXPECT_TRUE(IsGone());
+  EXPECT_EQ(told, QStringList({"closing"})) << "as by Exit";
+  EXPECT_EQ(session.OrgEntryMode, 0);
   EXPECT_TRUE(Organisations().isEmpty());
+  OpenOrganisations();
+  EXPECT_EQ(TagOf("addorncmd"), "0") << "a new load reads the design again";
+  EXPECT_TRUE(IsEnabled("orgnmecbo"));
 }
 
 TEST_F(OrgfrmTest, AddingUnlocksTheBoxAndGivesItTheFocus) {
@@ -221,9 +211,12 @@ TEST_F(OrgfrmTest, AddingUnlocksTheBoxAndGivesItTheFocus) {
   EXPECT_FALSE(IsEnabled("clsed"));
 }
 
-TEST_F(OrgfrmTest, NewNameIsStoredAndOpenedAtOnce) {
+class OrgfrmNewNameTest : public OrgfrmTest, public ::testing::WithParamInterface<bool> {};
+
+TEST_P(OrgfrmNewNameTest, NewNameIsStoredOnceAndOpenedAtOnce) {
   OpenOrganisations();
-  Add("Press shop");
+  TypeNew("Press shop");
+  GetParam() ? Click("clsd") : PressTab();
   EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}}));
   EXPECT_TRUE(QFile::exists(installation.Study(1)));
   EXPECT_EQ(session.ActiveOrgName, "Press shop");
@@ -234,6 +227,9 @@ TEST_F(OrgfrmTest, NewNameIsStoredAndOpenedAtOnce) {
   EXPECT_EQ(told, QStringList({"opened [ Press shop]", "closing"}));
   EXPECT_TRUE(IsGone());
 }
+
+INSTANTIATE_TEST_SUITE_P(EachWay, OrgfrmNewNameTest, ::testing::Bool(),
+                         [](const auto& way) { return way.param ? "ByOpen" : "ByTab"; });
 
 TEST_F(OrgfrmTest, NamesAreStoredAsTypedUpToTheirGreatestLength) {
   const QString longest(255, u'x');
@@ -253,20 +249,9 @@ TEST_F(OrgfrmTest, NamesAreStoredAsTypedUpToTheirGreatestLength) {
   }
 }
 
-TEST_F(OrgfrmTest, ClickOnOpenStoresTheTypedNameOnce) {
-  OpenOrganisations();
-  Click("addorncmd");
-  Type("Press shop");
-  Click("clsd");
-  EXPECT_TRUE(IsGone());
-  EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}}));
-  EXPECT_EQ(told, QStringList({"opened [ Press shop]", "closing"}));
-}
-
 TEST_F(OrgfrmTest, LeadingSpaceIsRefusedAndBoxStaysPaintedWhenTheNameIsMended) {
   OpenOrganisations();
-  Click("addorncmd");
-  Type(" Press shop");
+  TypeNew(" Press shop");
   desk.messages.Expect(kLeadingSpace);
   PressTab();
   EXPECT_EQ(BackColour(&Control<QWidget>("orgnmecbotxt")), 0xFFFFE0C0U);
@@ -281,29 +266,20 @@ TEST_F(OrgfrmTest, LeadingSpaceIsRefusedAndBoxStaysPaintedWhenTheNameIsMended) {
   EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}}));
 }
 
-TEST_F(OrgfrmTest, EmptyOrReservedNameIsAskedForAgain) {
+TEST_F(OrgfrmTest, EmptyOrReservedNameIsAskedForAgainAndEatsTheClickThatLeftTheBox) {
+  installation.GivenOrganisation("Press shop", 1);
   for (const char* name : {"", "Select organization"}) {
     OpenOrganisations();
-    Click("addorncmd");
-    Type(name);
+    TypeNew(name);
     desk.messages.Expect(kNameNeeded);
-    PressTab();
+    Click("delte");
     EXPECT_EQ(FocusName(), "orgnmecbotxt");
     EXPECT_FALSE(IsEnabled("clsd"));
     EXPECT_FALSE(IsEnabled("clsed"));
     EXPECT_EQ(session.OrgEntryMode, 1);
-    EXPECT_TRUE(Organisations().isEmpty());
+    EXPECT_EQ(Organisations().size(), 1);
+    EXPECT_TRUE(QFile::exists(installation.Study(1))) << "the click isn't carried out";
   }
-}
-
-TEST_F(OrgfrmTest, EmptyNameEatsTheClickThatLeftTheBox) {
-  installation.GivenOrganisation("Press shop", 1);
-  OpenOrganisations();
-  Click("addorncmd");
-  desk.messages.Expect(kNameNeeded);
-  Click("delte");
-  EXPECT_EQ(Organisations().size(), 1);
-  EXPECT_TRUE(QFile::exists(installation.Study(1)));
 }
 
 TEST_F(OrgfrmTest, LeavingTheBoxWhenIdleOnlyKeepsTheTexts) {
@@ -318,15 +294,11 @@ TEST_F(OrgfrmTest, LeavingTheBoxWhenIdleOnlyKeepsTheTexts) {
     EXPECT_EQ(TextOf("orgnmecbo"), *name ? name : "Select organization");
   }
   EXPECT_TRUE(told.isEmpty());
-}
-
-TEST_F(OrgfrmTest, LeavingTheBoxPutsItsTextIntoTheCombo) {
-  OpenOrganisations();
   Control<QLineEdit>("orgnmecbotxt").setText("Press");
   Click("orgnmecbotxt");
   PressTab();
   EXPECT_EQ(TextOf("orgnmecbo"), "Press");
-  EXPECT_EQ(session.SelectedOrgName, "");
+  EXPECT_EQ(session.SelectedOrgName, "Press shop");
 }
 
 TEST_F(OrgfrmTest, LeavingTheBoxAfterAnOpenLocksIt) {
@@ -365,8 +337,7 @@ TEST_F(OrgfrmTest, KnownNameOpensThatOrganisationAfterTheDuplicateMessage) {
 
 TEST_F(OrgfrmTest, NameThatSomebodyElseAddedMeanwhileIsADuplicate) {
   OpenOrganisations();
-  Click("addorncmd");
-  Type("Press shop");
+  TypeNew("Press shop");
   OtherProcess other(installation.Register());
   other.Run("INSERT INTO orgtn VALUES('Press shop',5);");
   desk.messages.Expect(AlreadyExists("Press shop"));
@@ -378,8 +349,7 @@ TEST_F(OrgfrmTest, NameThatSomebodyElseAddedMeanwhileIsADuplicate) {
 TEST_F(OrgfrmTest, RegisterThatCantBeWrittenEndsTheAddingSilently) {
   const auto add_in_vain = [this] {
     OpenOrganisations();
-    Click("addorncmd");
-    Type("Press shop");
+    TypeNew("Press shop");
     const WriterAtWork other(installation.Register());
     PressTab();
   };
@@ -402,8 +372,7 @@ TEST_F(OrgfrmTest, ActivationWithoutOrganisationsTurnsAddingAndExitOn) {
   Control<QWidget>("addorncmd").setEnabled(false);
   Control<QWidget>("clsed").setEnabled(false);
   session.StudyConnected = 1;
-  Open<OtherForm>().UnloadForm();
-  Settle();
+  GoAwayAndComeBack();
   EXPECT_TRUE(IsEnabled("addorncmd"));
   EXPECT_TRUE(IsEnabled("clsed"));
   EXPECT_EQ(session.StudyConnected, 1);
@@ -412,14 +381,12 @@ TEST_F(OrgfrmTest, ActivationWithoutOrganisationsTurnsAddingAndExitOn) {
 TEST_F(OrgfrmTest, ActivationWhileAddingTurnsExitOff) {
   installation.GivenOrganisation("Press shop", 1);
   OpenOrganisations();
-  Click("addorncmd");
-  Type("A");
+  TypeNew("A");
   Control<QWidget>("clsd").setEnabled(false);
   Control<QWidget>("clsed").setEnabled(true);
   session.StudyConnected = 1;
   kit.focus.Forget(form);
-  Open<OtherForm>().UnloadForm();
-  Settle();
+  GoAwayAndComeBack();
   EXPECT_FALSE(IsEnabled("clsed"));
   EXPECT_TRUE(IsEnabled("clsd"));
   EXPECT_EQ(session.StudyConnected, 0);
@@ -431,8 +398,7 @@ TEST_F(OrgfrmTest, ActivationWhenIdleLeavesTheButtonsAlone) {
   Control<QWidget>("clsd").setEnabled(false);
   Control<QWidget>("clsed").setEnabled(false);
   session.StudyConnected = 1;
-  Open<OtherForm>().UnloadForm();
-  Settle();
+  GoAwayAndComeBack();
   EXPECT_FALSE(IsEnabled("clsd"));
   EXPECT_FALSE(IsEnabled("clsed"));
   EXPECT_EQ(session.StudyConnected, 1);
@@ -451,8 +417,7 @@ TEST_F(OrgfrmTest, ReadsARestoredRegisterWhenItIsInFrontAgain) {
          "DELETE FROM orgtn WHERE OrgName='Press shop';"
          "UPDATE orgtn SET sclenotxt=9; UPDATE Orgtmp SET OrgNameTMP=9");
     ASSERT_EQ(std::rename(qPrintable(restored), qPrintable(installation.Register())), 0);
-    Open<OtherForm>().UnloadForm();
-    Settle();
+    GoAwayAndComeBack();
     LookAt(*form);
     EXPECT_EQ(ItemsOf("orgnmecbo"), QStringList{"Assembly"});
     const QString left = picked == QLatin1String("Assembly") ? picked : "Select organization";
@@ -480,8 +445,11 @@ TEST_F(OrgfrmTest, TakesTheFrontBackUntilItIsUnloaded) {
 TEST_F(OrgfrmTest, HistoryNamesTheOrganisationOpenedLast) {
   installation.GivenOrganisation("Press shop", 1);
   installation.GivenOrganisation("R & D", 2);
-  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=2");
+  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=1");
   OpenOrganisations();
+  OpenHistory();
+  EXPECT_EQ(TextOf("hstry"), "Press shop");
+  OtherProcess(installation.Register()).Run("UPDATE Orgtmp SET OrgNameTMP=2;");
   OpenHistory();
   EXPECT_EQ(Control<QAction>("hstry").iconText(), "R & D");
   Choose("hstry");
@@ -491,50 +459,25 @@ TEST_F(OrgfrmTest, HistoryNamesTheOrganisationOpenedLast) {
   EXPECT_EQ(told, QStringList({"opened [ R & D]", "closing"}));
 }
 
-TEST_F(OrgfrmTest, HistoryFollowsWhatAnotherUserOpened) {
-  installation.GivenOrganisation("Press shop", 1);
-  installation.GivenOrganisation("Assembly", 2);
-  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=1");
-  OpenOrganisations();
-  OpenHistory();
-  EXPECT_EQ(TextOf("hstry"), "Press shop");
-  OtherProcess(installation.Register()).Run("UPDATE Orgtmp SET OrgNameTMP=2;");
-  OpenHistory();
-  EXPECT_EQ(TextOf("hstry"), "Assembly");
-}
-
-TEST_F(OrgfrmTest, HistoryWithoutAMatchKeepsItsCaption) {
-  OpenOrganisations();
-  OpenHistory();
-  EXPECT_EQ(TextOf("hstry"), "No history");
-  installation.GivenOrganisation("Press shop", 1);
-  Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=9");
-  OpenOrganisations();
-  OpenHistory();
-  EXPECT_EQ(TextOf("hstry"), "No history");
-}
-
-TEST_F(OrgfrmTest, NoHistoryIsOpenedAsAName) {
-  installation.GivenOrganisation("Press shop", 1);
-  session.ActiveStudyNo = 6;
-  OpenOrganisations();
-  Choose("hstry");
-  EXPECT_TRUE(IsGone());
-  EXPECT_EQ(session.SelectedOrgName, "No history");
-  EXPECT_EQ(session.ActiveOrgName, "No history");
-  EXPECT_EQ(session.ActiveStudyNo, 6);
-  EXPECT_EQ(LastOpened(), QStringList({"6"}));
-  EXPECT_EQ(Organisations(), QList<QStringList>({{"Press shop", "1"}}));
-  EXPECT_EQ(told, QStringList({"opened [ No history]", "closing"}));
-}
-
-TEST_F(OrgfrmTest, NoHistoryIsOpenedOnAnEmptyRegisterToo) {
-  OpenOrganisations();
-  Choose("hstry");
-  EXPECT_TRUE(IsGone());
-  EXPECT_EQ(session.ActiveOrgName, "No history");
-  EXPECT_EQ(session.OrgCount, 0);
-  EXPECT_EQ(LastOpened(), QStringList({"0"}));
+TEST_F(OrgfrmTest, HistoryWithoutAMatchKeepsItsCaptionAndIsOpenedAsAName) {
+  for (const QStringList& names : {QStringList(), QStringList{"Press shop"}}) {
+    if (!names.isEmpty()) installation.GivenOrganisation(names.first(), 1);
+    Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=9");
+    session.ActiveStudyNo = 6;
+    OpenOrganisations();
+    OpenHistory();
+    EXPECT_EQ(TextOf("hstry"), "No history");
+    const auto before = Organisations();
+    Choose("hstry");
+    EXPECT_TRUE(IsGone());
+    EXPECT_EQ(session.SelectedOrgName, "No history");
+    EXPECT_EQ(session.ActiveOrgName, "No history");
+    EXPECT_EQ(session.ActiveStudyNo, 6);
+    EXPECT_EQ(session.OrgCount, names.size());
+    EXPECT_EQ(LastOpened(), QStringList({"6"}));
+    EXPECT_EQ(Organisations(), before);
+    EXPECT_EQ(told, QStringList({"opened [ No history]", "closing"}));
+  }
 }
 
 TEST_F(OrgfrmTest, EmptyHistoryEntryDoesNothing) {
@@ -550,8 +493,7 @@ TEST_F(OrgfrmTest, HistoryDropsTheNameThatIsBeingAddedAndOpens) {
   installation.GivenOrganisation("Press shop", 3);
   Exec(installation.Register(), "UPDATE Orgtmp SET OrgNameTMP=3");
   OpenOrganisations();
-  Click("addorncmd");
-  Type("Paint shop");
+  TypeNew("Paint shop");
   OpenHistory();
   QObject::connect(form, &Orgfrm::OrganisationOpened, form, [&] {
     EXPECT_EQ(TagOf("addorncmd"), "0");
@@ -574,27 +516,6 @@ TEST_F(OrgfrmTest, ExitUnloadsTheFormAndTellsTheProjectForm) {
   EXPECT_TRUE(IsGone());
   EXPECT_EQ(told, QStringList({"closing"}));
   EXPECT_EQ(session.OrgEntryMode, 0);
-}
-
-TEST_F(OrgfrmTest, CloseBoxUnloadsTheFormAsExitDoes) {
-  OpenOrganisations();
-  Click("addorncmd");
-  Type("Press");
-  CloseBox(*form);
-  EXPECT_TRUE(IsGone());
-  EXPECT_EQ(told, QStringList({"closing"}));
-  EXPECT_EQ(session.OrgEntryMode, 0);
-  EXPECT_TRUE(Organisations().isEmpty());
-}
-
-TEST_F(OrgfrmTest, NewLoadReadsTheTagOfTheDesignAgain) {
-  installation.GivenOrganisation("Press shop", 1);
-  OpenOrganisations();
-  Click("addorncmd");
-  CloseBox(*form);
-  OpenOrganisations();
-  EXPECT_EQ(TagOf("addorncmd"), "0");
-  EXPECT_TRUE(IsEnabled("orgnmecbo"));
 }
 
 TEST_F(OrgfrmTest, RegisterThatCantBeOpenedLeadsToTheNoticeAndStaysAsItIs) {
@@ -645,8 +566,7 @@ TEST_F(OrgfrmTest, WriteProtectedRegisterOpensKnownOrganisationsAndAddsNone) {
     Add("Assembly");
     QString result = IsGone() ? "gone" : "there";
     CloseBox(*form);
-    OpenOrganisations();
-    PickOrganisation("Press shop");
+    OpenAndPick("Press shop");
     Click("clsd");
     return result + ", study " + QString::number(session.ActiveStudyNo) + ", boxes " +
            QString::number(desk.messages.Shown().size());

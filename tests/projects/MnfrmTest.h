@@ -14,6 +14,13 @@ namespace kestrix {
 /// What tests of the project form start from. What the form asks of others is noted in `asked`.
 class MnfrmTest : public FormTest {
  protected:
+  void SetUp() override { installation.GivenStudy(1); }
+
+  /// The organisation ACME with these projects.
+  mnfrm& OpenAcme(const QStringList& numbers = {}) {
+    GivenProjects(numbers);
+    return OpenOrganisation("ACME", 1);
+  }
   /// The form as the organisation form brings it up: loaded by the write of the caption, and told
   /// that the organisation form is gone.
   mnfrm& OpenOrganisation(const QString& name, int study) {

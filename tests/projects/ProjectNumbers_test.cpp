@@ -14,8 +14,6 @@ const QString kPrompt = "Enter Project Number.";
 
 class ProjectNumbersTest : public MnfrmTest {
  protected:
-  void SetUp() override { installation.GivenStudy(1); }
-
   [[nodiscard]] QRgb EntryColour() { return BackColour(&Control<QWidget>("ESI_No_temp")); }
   [[nodiscard]] bool EntryIsBold() { return Control<QWidget>("ESI_No_temp").font().bold(); }
   [[nodiscard]] QRgb WindowColour() { return BackColour(&Control<QWidget>("preparedbyTxt")); }
@@ -31,18 +29,20 @@ class ProjectNumbersTest : public MnfrmTest {
     EXPECT_EQ(TextOf("ESI_No_temp"), "");
     EXPECT_TRUE(HasFocus("PrjStgCbo"));
   }
-  static QString AlreadyExists(const QString& number) {
-    return "Project No. [" + number + "] already exists. Wish to enter same Project?";
+  void ExpectKnown(const QString& number, Button answer) {
+    desk.messages.ExpectAsk(
+        Icon::kCritical, "BELTROVAN: ERROR",
+        "Project No. [" + number + "] already exists. Wish to enter same Project?", answer);
+  }
+  void AddNumber(const QString& number) {
+    TypeNewNumber(number);
+    PressTab();
   }
 };
 
-// ---------------------------------------------------------------- a new number
-
 TEST_F(ProjectNumbersTest, ANewNumberBecomesAProjectWithItsFirstValues) {
-  GivenProjects({"P1", "P2"});
-  OpenOrganisation("ACME", 1);
-  TypeNewNumber("P3");
-  PressTab();
+  OpenAcme({"P1", "P2"});
+  AddNumber("P3");
   EXPECT_EQ(RowsOf(installation.Study(1), "Project_details").last(),
             (QStringList{"ACME", "P3", "None", "N.A.", ""}));
   EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P1"}, {"P2"}, {"P3"}}));
@@ -57,24 +57,22 @@ TEST_F(ProjectNumbersTest, ANewNumberBecomesAProjectWithItsFirstValues) {
 
 TEST_F(ProjectNumbersTest, NumbersAreAddedToTheLetterAndOthersOrganisationsOnesAreFree) {
   GivenProjects({"P1"}, "Second works");
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   QStringList stored = {"P1"};
   for (const QString& number :
        {QString("P1"), QString("12"), QString("12  "), QString("abc"), QString("ABC")}) {
-    TypeNewNumber(number);
-    PressTab();
+    AddNumber(number);
     stored += number;
     EXPECT_EQ(StoredNumbers(), stored);
     EXPECT_EQ(CurrentRow(), stored.size() - 1);
     ExpectEntryIsDone();
   }
-  TypeNewNumber(QString(300, u'n'));
-  PressTab();
+  AddNumber(QString(300, u'n'));
   EXPECT_EQ(StoredNumbers().last(), QString(255, u'n'));
 }
 
 TEST_F(ProjectNumbersTest, AClickElsewhereEndsTheEntryAsTabDoes) {
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   TypeNewNumber("P1");
   Click("preparedbyTxt");
   EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
@@ -82,7 +80,7 @@ TEST_F(ProjectNumbersTest, AClickElsewhereEndsTheEntryAsTabDoes) {
 }
 
 TEST_F(ProjectNumbersTest, ALeadingBlankIsRefusedAndTheBoxIsPaintedUntilTheNumberIsMended) {
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1"});
   TypeNewNumber("  12");
   desk.messages.ExpectTell(Icon::kCritical, kTitle, "Can not begin with a space.");
   PressTab();
@@ -91,26 +89,19 @@ TEST_F(ProjectNumbersTest, ALeadingBlankIsRefusedAndTheBoxIsPaintedUntilTheNumbe
   EXPECT_EQ(SelectedTextOf("ESI_No_temp"), " ");
   EXPECT_EQ(Control<QLineEdit>("ESI_No_temp").selectionStart(), 0);
   EXPECT_EQ(EntryColour(), colour::kWarning);
-  EXPECT_TRUE(StoredNumbers().isEmpty());
+  desk.messages.ExpectTell(Icon::kCritical, kTitle, "Can not begin with a space.");
+  Click("delteZapNo");
+  ExpectEntryIsOpen();
+  EXPECT_EQ(StoredNumbers(), QStringList{"P1"}) << "the command isn't carried out either";
   for (int blank = 0; blank < 2; ++blank) PressKey(Qt::Key_Delete);
   PressTab();
-  EXPECT_EQ(StoredNumbers(), QStringList{"12"});
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "12"}));
   EXPECT_EQ(EntryColour(), WindowColour());
   EXPECT_TRUE(EntryIsBold());
 }
 
-TEST_F(ProjectNumbersTest, ACommandThatWasPressedBehindARefusalIsNotCarriedOut) {
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
-  TypeNewNumber(" 1");
-  desk.messages.ExpectTell(Icon::kCritical, kTitle, "Can not begin with a space.");
-  Click("delteZapNo");
-  ExpectEntryIsOpen();
-  EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
-}
-
 TEST_F(ProjectNumbersTest, AnEmptyEntryAsksForANumberAndHoldsTheFocusUntilOneIsTyped) {
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   Click("NwESINo");
   ExpectEntryIsOpen();
   PressTab();
@@ -119,37 +110,28 @@ TEST_F(ProjectNumbersTest, AnEmptyEntryAsksForANumberAndHoldsTheFocusUntilOneIsT
   EXPECT_EQ(SelectedTextOf("ESI_No_temp"), kPrompt);
   EXPECT_FALSE(EntryIsBold());
   EXPECT_EQ(EntryColour(), colour::kWarning);
+  // The prompt itself counts as empty.
+  PressTab();
+  ExpectEntryIsOpen();
   EXPECT_TRUE(StoredNumbers().isEmpty());
   Type("P7");
   PressTab();
   EXPECT_EQ(StoredNumbers(), QStringList{"P7"});
   ExpectEntryIsDone();
-}
-
-TEST_F(ProjectNumbersTest, ThePromptItselfCountsAsEmpty) {
-  OpenOrganisation("ACME", 1);
-  TypeNewNumber(kPrompt);
-  PressTab();
-  ExpectEntryIsOpen();
-  PressTab();
-  PressTab();
-  ExpectEntryIsOpen();
-  EXPECT_TRUE(StoredNumbers().isEmpty());
-}
-
-TEST_F(ProjectNumbersTest, AnEntryIsNoObstacleToClosingTheForm) {
-  OpenOrganisation("ACME", 1);
   Click("NwESINo");
   CloseBox(*form);
-  EXPECT_TRUE(desk.messages.Shown().isEmpty());
-  EXPECT_TRUE(StoredNumbers().isEmpty());
+  EXPECT_EQ(StoredNumbers(), QStringList{"P7"}) << "an empty entry is no obstacle to closing";
 }
 
-TEST_F(ProjectNumbersTest, YesOnAKnownNumberGoesToThatProject) {
-  GivenProjects({"P1", "P2", "P3"});
-  OpenOrganisation("ACME", 1);
-  TypeNewNumber("P2");
-  desk.messages.ExpectAsk(Icon::kCritical, "BELTROVAN: ERROR", AlreadyExists("P2"), Button::kYes);
+TEST_F(ProjectNumbersTest, YesOnAKnownNumberGoesToThatProjectAndNoAsksForAnotherOne) {
+  OpenAcme({"P1", "P2", "P3"});
+  ExpectKnown("P2", Button::kNo);
+  AddNumber("P2");
+  ExpectEntryIsOpen();
+  EXPECT_EQ(TextOf("ESI_No_temp"), kPrompt);
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2", "P3"}));
+  Type("P2");
+  ExpectKnown("P2", Button::kYes);
   PressTab();
   EXPECT_EQ(session.MsgAnswer, Button::kYes);
   EXPECT_EQ(session.LoopIndex, 2);
@@ -158,26 +140,18 @@ TEST_F(ProjectNumbersTest, YesOnAKnownNumberGoesToThatProject) {
   EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2", "P3"}));
   EXPECT_EQ(TextOf("Orglbltxt"), " ACME");
   ExpectEntryIsDone();
-}
-
-TEST_F(ProjectNumbersTest, NoOnAKnownNumberAsksForAnotherOne) {
-  GivenProjects({"P1", "P2"});
-  OpenOrganisation("ACME", 1);
-  TypeNewNumber("P2");
-  desk.messages.ExpectAsk(Icon::kCritical, "BELTROVAN: ERROR", AlreadyExists("P2"), Button::kNo);
-  PressTab();
-  ExpectEntryIsOpen();
-  EXPECT_EQ(TextOf("ESI_No_temp"), kPrompt);
-  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2"}));
-  Type("P5");
-  PressTab();
-  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2", "P5"}));
+  // One that another user has given meanwhile is known too.
+  GivenProjects({"P4"});
+  ExpectKnown("P4", Button::kYes);
+  AddNumber("P4");
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2", "P3", "P4"}));
+  EXPECT_EQ(TextOf("ESI_No"), "P4");
+  EXPECT_EQ(RowsShownIn("DB1").size(), 4);
   ExpectEntryIsDone();
 }
 
 TEST_F(ProjectNumbersTest, ARefusedNewProjectLeavesNothingBehind) {
-  GivenProjects({"P1", "P2"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1", "P2"});
   RefuseEqual("Project_Number");
   TypeNewNumber("p1");
   desk.messages.ExpectTell(Icon::kCritical, kTitle,
@@ -194,20 +168,17 @@ TEST_F(ProjectNumbersTest, ARefusedNewProjectLeavesNothingBehind) {
 
 TEST_F(ProjectNumbersTest, WithoutAStudyANewNumberGoesNowhere) {
   OpenOrganisation("ACME", 9);
-  TypeNewNumber("P1");
-  PressTab();
+  AddNumber("P1");
   EXPECT_FALSE(IsVisible("ESI_No_temp"));
   EXPECT_EQ(TextOf("ESI_No"), "");
   EXPECT_FALSE(QFile::exists(installation.Study(9)));
 }
 
 TEST_F(ProjectNumbersTest, WithoutAnOrganisationANewNumberLeavesTheTemplateEmpty) {
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1"});
   form->LetGoOfStudy();
   const QByteArray untouched = ReadFile(installation.Template());
-  TypeNewNumber("P9");
-  PressTab();
+  AddNumber("P9");
   ExpectEntryIsDone();
   EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
   EXPECT_TRUE(RowsOf(installation.Template(), "Project_details").isEmpty());
@@ -216,8 +187,7 @@ TEST_F(ProjectNumbersTest, WithoutAnOrganisationANewNumberLeavesTheTemplateEmpty
 }
 
 TEST_F(ProjectNumbersTest, LeavingTheNumberItselfAsksForANumber) {
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1"});
   Control<QLineEdit>("ESI_No").setEnabled(true);
   Click("ESI_No");
   desk.messages.ExpectTell(Icon::kCritical, kTitle, kPrompt);
@@ -227,11 +197,9 @@ TEST_F(ProjectNumbersTest, LeavingTheNumberItselfAsksForANumber) {
 }
 
 TEST_F(ProjectNumbersTest, AnotherUsersNewProjectsAppearWithTheNextAdd) {
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1"});
   GivenProjects({"P2"});
-  TypeNewNumber("P3");
-  PressTab();
+  AddNumber("P3");
   EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P1"}, {"P2"}, {"P3"}}));
   EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2", "P3"}));
   EXPECT_EQ(TextOf("ESI_No"), "P3") << "what is typed next is meant for the new project";
@@ -241,48 +209,28 @@ TEST_F(ProjectNumbersTest, AnotherUsersNewProjectsAppearWithTheNextAdd) {
   EXPECT_NE(Stored("P2", "Project_phase"), "Pilot run");
 }
 
-TEST_F(ProjectNumbersTest, ANumberThatAnotherUserHasGivenMeanwhileIsKnown) {
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
-  GivenProjects({"P2"});
-  TypeNewNumber("P2");
-  desk.messages.ExpectAsk(Icon::kCritical, "BELTROVAN: ERROR", AlreadyExists("P2"), Button::kYes);
-  PressTab();
-  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2"}));
-  EXPECT_EQ(TextOf("ESI_No"), "P2");
-  EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P1"}, {"P2"}}));
-  ExpectEntryIsDone();
-}
-
 TEST_F(ProjectNumbersTest, ANewProjectIsInHandThoughSomebodyElseAddedOneInTheSameMoment) {
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1"});
   QObject::connect(&Control<DataControl>("dtsorce1"), &DataControl::RowInserted, form,
                    [this] { GivenProjects({"Theirs"}); });
-  TypeNewNumber("Mine");
-  PressTab();
+  AddNumber("Mine");
   EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "Mine", "Theirs"}));
   EXPECT_EQ(TextOf("ESI_No"), "Mine");
   ExpectEntryIsDone();
 }
 
 TEST_F(ProjectNumbersTest, ProjectsThatAnotherUserDeletedDoNotDisturbANewOne) {
-  GivenProjects({"P1", "P2", "P3"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1", "P2", "P3"});
   Exec(installation.Study(1), "DELETE FROM Project_details WHERE Project_Number<>'P2'");
-  TypeNewNumber("P4");
-  PressTab();
+  AddNumber("P4");
   EXPECT_EQ(StoredNumbers(), (QStringList{"P2", "P4"}));
   EXPECT_EQ(TextOf("ESI_No"), "P4");
   EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P2"}, {"P4"}}));
   ExpectEntryIsDone();
 }
 
-// ---------------------------------------------------------------- find
-
 TEST_F(ProjectNumbersTest, FindStandsOnTheFirstNumberThatBeginsWithTheText) {
-  GivenProjects({"A-1", "B-1", "B-2", "b-3"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"A-1", "B-1", "B-2", "b-3"});
   for (const auto& [text, row] : {std::pair("B", 1), std::pair("B-2", 2), std::pair("b", 3),
                                   std::pair("", 0), std::pair("1", -1)}) {
     TypeInto("FndESINo", text);
@@ -292,8 +240,7 @@ TEST_F(ProjectNumbersTest, FindStandsOnTheFirstNumberThatBeginsWithTheText) {
 }
 
 TEST_F(ProjectNumbersTest, WithoutAMatchNoProjectIsCurrentAndTheEntryBoxSaysSo) {
-  GivenProjects({"A-1", "B-1"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"A-1", "B-1"});
   TypeInto("FndESINo", "Z");
   EXPECT_EQ(CurrentRow(), Recordset::kPositionPastLast);
   for (const char* field : {"ESI_No", "PrjStgCbo", "ProjectDescription", "preparedbyTxt"})
@@ -301,17 +248,11 @@ TEST_F(ProjectNumbersTest, WithoutAMatchNoProjectIsCurrentAndTheEntryBoxSaysSo) 
   EXPECT_FALSE(Control<Grid>("DB1").currentIndex().isValid());
   EXPECT_EQ(TextOf("ESI_No_temp"), "No records found!");
   EXPECT_FALSE(IsVisible("ESI_No_temp"));
-}
-
-TEST_F(ProjectNumbersTest, WhatAFindLeftInTheEntryBoxIsOverwrittenByTheNextNumber) {
-  GivenProjects({"A-1"});
-  OpenOrganisation("ACME", 1);
-  TypeInto("FndESINo", "Z");
   Click("NwESINo");
   EXPECT_EQ(SelectedTextOf("ESI_No_temp"), "No records found!");
-  Type("B-1");
+  Type("C-1");
   PressTab();
-  EXPECT_EQ(StoredNumbers(), (QStringList{"A-1", "B-1"}));
+  EXPECT_EQ(StoredNumbers(), (QStringList{"A-1", "B-1", "C-1"}));
   ExpectEntryIsDone();
 }
 
@@ -319,7 +260,7 @@ TEST_F(ProjectNumbersTest,
        LeavingTheBoxesPastTheLastProjectShowsTheirPlaceholdersAndStoresNothing) {
   GivenProjects({"A-1"});
   const auto before = RowsOf(installation.Study(1), "Project_details");
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   TypeInto("FndESINo", "Z");
   Click("ProjectDescription");
   Click("PrjStgCbo");
@@ -331,14 +272,11 @@ TEST_F(ProjectNumbersTest,
 }
 
 TEST_F(ProjectNumbersTest, FindInAnEmptyListDoesNothing) {
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   TypeInto("FndESINo", "Z");
   EXPECT_EQ(TextOf("ESI_No_temp"), "");
-  EXPECT_TRUE(desk.messages.Shown().isEmpty());
-}
-
-TEST_F(ProjectNumbersTest, FindWithoutAnyRowsOpenedDoesNothing) {
-  Open<mnfrm>();
+  Click("clsdfrm");
+  Open<mnfrm>();  // without any rows
   TypeInto("FndESINo", "Z");
   EXPECT_EQ(TextOf("FndESINo"), "Z");
   EXPECT_TRUE(desk.messages.Shown().isEmpty());
@@ -346,7 +284,7 @@ TEST_F(ProjectNumbersTest, FindWithoutAnyRowsOpenedDoesNothing) {
 
 TEST_F(ProjectNumbersTest, FindOverManyProjectsShowsItsResultOnce) {
   GivenManyProjects(10000);
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   QSignalSpy shown(&Control<DataControl>("dtsorce1"), &DataControl::Shown);
   TypeInto("FndESINo", "P9999");
   EXPECT_EQ(TextOf("ESI_No"), "P9999");
@@ -357,130 +295,102 @@ TEST_F(ProjectNumbersTest, FindOverManyProjectsShowsItsResultOnce) {
   EXPECT_EQ(TextOf("ESI_No"), "");
 }
 
-TEST_F(ProjectNumbersTest, FindStoresWhatWasTypedForTheProjectThatIsLeft) {
-  GivenProjects({"A-1", "B-1"});
-  OpenOrganisation("ACME", 1);
+TEST_F(ProjectNumbersTest, FindStoresWhatWasTypedAndPassesProjectsThatAnotherUserDeleted) {
+  OpenAcme({"A-1", "A-2", "B-1"});
+  Exec(installation.Study(1), "DELETE FROM Project_details WHERE Project_Number='A-2'");
   TypeInto("preparedbyTxt", "Ann");
   TypeInto("FndESINo", "B");
   EXPECT_EQ(Stored("A-1", "preparedBytxt"), "Ann");
-}
-
-TEST_F(ProjectNumbersTest, FindPassesProjectsThatAnotherUserDeleted) {
-  GivenProjects({"A-1", "A-2", "B-1"});
-  OpenOrganisation("ACME", 1);
-  Exec(installation.Study(1), "DELETE FROM Project_details WHERE Project_Number='A-2'");
-  TypeInto("FndESINo", "B");
   EXPECT_EQ(TextOf("ESI_No"), "B-1");
 }
 
-// ---------------------------------------------------------------- delete
-
 class MnfrmDeleteTest : public ProjectNumbersTest {
  protected:
-  void ExpectQuestion(const QString& number, Button answer) {
+  void ExpectQuestion(const QString& number, Button answer = Button::kYes) {
     desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
                             "Wish to delete Project Number. [" + number + "] from records?",
                             answer);
   }
+  void Delete(const QString& number, Button answer = Button::kYes) {
+    ExpectQuestion(number, answer);
+    Click("delteZapNo");
+  }
 };
 
 TEST_F(MnfrmDeleteTest, YesDeletesTheProjectAndStandsOnTheFirst) {
-  GivenProjects({"P1", "P2", "P3"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1", "P2", "P3"});
   ClickRow("DB1", 1);
-  ExpectQuestion("P2", Button::kYes);
-  Click("delteZapNo");
+  Delete("P2");
   EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P3"}));
   EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P1"}, {"P3"}}));
   EXPECT_EQ(TextOf("ESI_No"), "P1");
   EXPECT_EQ(session.MsgAnswer, Button::kYes);
 }
 
-TEST_F(MnfrmDeleteTest, NoKeepsTheProjectAndTheFormStaysInFront) {
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
-  ExpectQuestion("P1", Button::kNo);
-  Click("delteZapNo");
+TEST_F(MnfrmDeleteTest, NoKeepsTheProjectAndAfterTheLastOneThereIsNothingToDelete) {
+  OpenAcme({"P1"});
+  Delete("P1", Button::kNo);
   EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
   EXPECT_EQ(kit.forms.active(), form);
   EXPECT_EQ(session.MsgAnswer, Button::kNo);
+  ExpectQuestion("P1");
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "No records to delete.");
+  Click("delteZapNo");
+  EXPECT_TRUE(StoredNumbers().isEmpty());
+  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
+  EXPECT_EQ(TextOf("ESI_No"), "");
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "No records selceted");
+  Click("delteZapNo");
 }
 
 TEST_F(MnfrmDeleteTest, WhatIsKeptUnderTheNumberStays) {
   GivenProjects({"P1", "P2"});
   installation.GivenTask(1, {{"Project_Number", "P1"}, {"FuntnTaskMachry", "Feeding"}});
   Exec(installation.Study(1), "INSERT INTO fileLink VALUES('P1','/a/plan.pdf','plan.pdf','')");
-  OpenOrganisation("ACME", 1);
-  ExpectQuestion("P1", Button::kYes);
-  Click("delteZapNo");
+  OpenAcme();
+  Delete("P1");
   EXPECT_EQ(StoredNumbers(), QStringList{"P2"});
   EXPECT_EQ(Column(installation.Study(1), "SELECT FuntnTaskMachry FROM Risk_records"),
             QStringList{"Feeding"});
   EXPECT_EQ(Column(installation.Study(1), "SELECT FilePath FROM fileLink"),
             QStringList{"/a/plan.pdf"});
-}
-
-TEST_F(MnfrmDeleteTest, WithoutACurrentProjectNothingIsSelected) {
-  OpenOrganisation("ACME", 1);
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, "No records selceted");
-  Click("delteZapNo");
-}
-
-TEST_F(MnfrmDeleteTest, AfterTheLastProjectThereIsNothingToDelete) {
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
-  ExpectQuestion("P1", Button::kYes);
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, "No records to delete.");
-  Click("delteZapNo");
-  EXPECT_TRUE(StoredNumbers().isEmpty());
-  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
-  EXPECT_EQ(TextOf("ESI_No"), "");
+  AddNumber("P1");
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P2", "P1"})) << "which inherits what stayed";
 }
 
 TEST_F(MnfrmDeleteTest, AProjectThatAnotherUserDeletedFirstEndsTheCommandWithoutAWord) {
-  GivenProjects({"P1", "P2"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1", "P2"});
   ExpectQuestion("P1", Button::kYes);
   Exec(installation.Study(1), "DELETE FROM Project_details WHERE Project_Number='P1'");
   Click("delteZapNo");
   EXPECT_EQ(StoredNumbers(), QStringList{"P2"});
 }
 
-TEST_F(MnfrmDeleteTest, ALaterProjectOfTheNumberInheritsWhatStayed) {
-  GivenProjects({"P1", "P2"});
-  installation.GivenTask(1, {{"Project_Number", "P1"}});
-  OpenOrganisation("ACME", 1);
-  ExpectQuestion("P1", Button::kYes);
-  Click("delteZapNo");
-  TypeNewNumber("P1");
-  PressTab();
-  EXPECT_EQ(StoredNumbers(), (QStringList{"P2", "P1"}));
-  EXPECT_EQ(RowsOf(installation.Study(1), "Risk_records").size(), 1);
-}
-
-// ---------------------------------------------------------------- description
-
-TEST_F(ProjectNumbersTest, ADescriptionIsStoredWhenItsBoxIsLeft) {
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
+TEST_F(ProjectNumbersTest,
+       ADescriptionIsStoredUpToItsGreatestLengthWhenItsBoxIsLeftAndABlankOneBecomesNone) {
+  OpenAcme({"P1"});
+  TypeInto("preparedbyTxt", "Ann");
+  Click("ProjectDescription");
+  EXPECT_EQ(Stored("P1", "preparedBytxt"), "");
   TypeInto("ProjectDescription", "Two lines\nof text");
   PressTab();
   EXPECT_EQ(Stored("P1", "Project_Description"), "Two lines\nof text");
-}
-
-TEST_F(ProjectNumbersTest, ABlankedDescriptionBecomesNone) {
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
+  EXPECT_EQ(Stored("P1", "preparedBytxt"), "Ann") << "what was typed before it is stored with it";
   TypeInto("ProjectDescription", "");
   PressTab();
   EXPECT_EQ(TextOf("ProjectDescription"), "None.");
   EXPECT_EQ(Stored("P1", "Project_Description"), "None.");
+  Click("ProjectDescription");
+  Control<QPlainTextEdit>("ProjectDescription").setPlainText(QString(65535, u'x') + "y");
+  Type("z");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_Description"), QString(65535, u'x'));
 }
 
 TEST_F(ProjectNumbersTest, ARefusedDescriptionStaysToBeMendedAndHoldsItsProject) {
   GivenProjects({"P1"});
   installation.GivenProject(1, "P2", "ACME", {{"Project_Description", "taken"}});
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   RefuseEqual("Project_Description");
   TypeInto("ProjectDescription", "taken");
   PressTab();
@@ -498,8 +408,7 @@ TEST_F(ProjectNumbersTest, ARefusedDescriptionStaysToBeMendedAndHoldsItsProject)
 }
 
 TEST_F(ProjectNumbersTest, AStudyThatARestoreReplacedIsToldAndTheTextStaysToBeCopied) {
-  GivenProjects({"P1", "P2"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1", "P2"});
   TypeInto("ProjectDescription", "mine");
   const QString study = installation.Study(1);
   ASSERT_TRUE(QFile::copy(study, study + ".restored"));
@@ -515,26 +424,6 @@ TEST_F(ProjectNumbersTest, AStudyThatARestoreReplacedIsToldAndTheTextStaysToBeCo
   desk.messages.ExpectTell(Icon::kCritical, kTitle, told + "\n\nProject_Description\nYours: mine");
   form->UnloadForm();
   EXPECT_EQ(Stored("P1", "Project_Description"), "N.A.");
-}
-
-TEST_F(ProjectNumbersTest, LeavingTheDescriptionStoresThePreparerTypedBefore) {
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
-  TypeInto("preparedbyTxt", "Ann");
-  Click("ProjectDescription");
-  EXPECT_EQ(Stored("P1", "preparedBytxt"), "");
-  PressTab();
-  EXPECT_EQ(Stored("P1", "preparedBytxt"), "Ann");
-}
-
-TEST_F(ProjectNumbersTest, TheLongestDescriptionIsStoredAndMoreIsRefused) {
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
-  Click("ProjectDescription");
-  Control<QPlainTextEdit>("ProjectDescription").setPlainText(QString(65535, u'x') + "y");
-  Type("z");
-  PressTab();
-  EXPECT_EQ(Stored("P1", "Project_Description"), QString(65535, u'x'));
 }
 
 }  // namespace

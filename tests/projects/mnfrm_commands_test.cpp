@@ -15,12 +15,8 @@ const QString kTitle = "BELTROVAN";
 
 class MnfrmCommandsTest : public MnfrmTest {
  protected:
-  void SetUp() override {
-    installation.GivenStudy(1);
-    GivenProjects({"P1", "P2"});
-  }
   void OpenAcme() {
-    OpenOrganisation("ACME", 1);
+    MnfrmTest::OpenAcme({"P1", "P2"});
     asked.clear();
   }
   void GivenReportProgram() { WriteFile(installation.Path("RiskBookRpts.exe"), "program"); }
@@ -37,8 +33,6 @@ class MnfrmCommandsTest : public MnfrmTest {
         .Answer(answer);
   }
 };
-
-// ---------------------------------------------------------------- risk assessment
 
 TEST_F(MnfrmCommandsTest, TheTasksAreOpenedBehindAHiddenForm) {
   OpenAcme();
@@ -133,8 +127,6 @@ TEST_F(MnfrmCommandsTest, WhenTheProjectCannotBeStoredTheTasksStayClosed) {
   EXPECT_EQ(Stored("P1", "preparedBytxt"), "Bob");
 }
 
-// ---------------------------------------------------------------- reports
-
 TEST_F(MnfrmCommandsTest, TheReportProgramIsStartedInTheApplicationsFolder) {
   GivenReportProgram();
   OpenAcme();
@@ -179,8 +171,6 @@ TEST_F(MnfrmCommandsTest, AReportProgramThatDoesNotStartSaysNothing) {
   EXPECT_TRUE(desk.messages.Shown().isEmpty());
 }
 
-// ---------------------------------------------------------------- linked files, organisations
-
 TEST_F(MnfrmCommandsTest, LinkedFilesAreOpenedOverTheFormWhateverThePreviewDoes) {
   OpenAcme();
   desk.windows.Open("RiskBookRpts");
@@ -211,8 +201,6 @@ TEST_F(MnfrmCommandsTest, WhenTheOrganisationsCannotBeShownBothFormsAreUnloaded)
   EXPECT_EQ(session.ActiveOrgName, "");
   EXPECT_EQ(frame.data_enabled, true);
 }
-
-// ---------------------------------------------------------------- help
 
 TEST_F(MnfrmCommandsTest, HelpOpensItsPageInTheApplicationsFolderByMouseAndKeys) {
   WriteFile(installation.Path("acci_alys_help.htm"), "<p>help</p>");
@@ -271,8 +259,6 @@ TEST_F(MnfrmCommandsTest, TheHelpLinkIsUnderlinedOnYellowUnderThePointer) {
   EXPECT_EQ(BackColour(&link), face);
 }
 
-// ---------------------------------------------------------------- home page
-
 TEST_F(MnfrmCommandsTest, YesStartsTheHomePageAndEndsThisProgram) {
   GivenHomeProgram();
   OpenAcme();
@@ -315,8 +301,6 @@ TEST_F(MnfrmCommandsTest, AMissingHomePageIsToldAndTheCurrentFolderIsTheParent) 
   EXPECT_TRUE(desk.shell.Companions().isEmpty());
   EXPECT_EQ(desk.files.CurrentFolder(), Parent());
 }
-
-// ---------------------------------------------------------------- keyboard
 
 TEST_F(MnfrmCommandsTest, BothCommandsOfAltNAreReachedByIt) {
   OpenAcme();

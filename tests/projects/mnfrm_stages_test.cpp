@@ -10,129 +10,50 @@ namespace kestrix {
 namespace {
 
 const QString kTitle = "BELTROVAN";
+const QStringList kStages{"N.A.", "None.", "Design", "Commissioning"};
 
 class MnfrmStagesTest : public MnfrmTest {
  protected:
   void SetUp() override {
     installation.GivenStudy(1);
-    installation.GivenListRows("Prjstage", {"N.A.", "None.", "Design", "Commissioning"});
+    installation.GivenListRows("Prjstage", kStages);
     installation.GivenProject(1, "P1", "ACME", {{"Project_phase", "Design"}});
     installation.GivenProject(1, "P2", "ACME", {{"Project_phase", "Commissioning"}});
   }
   [[nodiscard]] QStringList Stages() {
     return Column(installation.Lists(), "SELECT hazopstage FROM Prjstage ORDER BY _rowid_");
   }
-  void ExpectQuestion(const QString& text, Button answer) {
+  void Leave(const QString& typed) {
+    TypeInto("PrjStgCbo", typed);
+    PressTab();
+  }
+  void Add(const QString& text) {
+    TypeInto("PrjStgCbo", text);
+    Click("adddt0");
+  }
+  void Delete(const QString& text, Button answer = Button::kYes) {
     desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
                             "Wish to delete Record : " + text, answer);
+    Click("dletedt0");
   }
 };
 
-// ---------------------------------------------------------------- the box
-
-TEST_F(MnfrmStagesTest, TheListIsFilledWhenTheBoxGetsTheFocus) {
-  OpenOrganisation("ACME", 1);
+TEST_F(MnfrmStagesTest, TheListIsFilledAndTheTextSelectedWhenTheBoxGetsTheFocus) {
+  OpenAcme();
   EXPECT_TRUE(ItemsOf("PrjStgCbo").isEmpty());
   Control<QWidget>("adddt0").setEnabled(false);
   Control<QWidget>("dletedt0").setEnabled(false);
   Click("PrjStgCbo");
-  EXPECT_EQ(ItemsOf("PrjStgCbo"), (QStringList{"N.A.", "None.", "Design", "Commissioning"}));
+  EXPECT_EQ(ItemsOf("PrjStgCbo"), kStages);
   EXPECT_EQ(TextOf("PrjStgCbo"), "Design");
   EXPECT_TRUE(IsEnabled("adddt0"));
   EXPECT_TRUE(IsEnabled("dletedt0"));
-}
-
-TEST_F(MnfrmStagesTest, TheWholeTextIsSelectedWhenTheBoxIsReachedByTab) {
-  OpenOrganisation("ACME", 1);
+  EXPECT_EQ(SelectedTextOf("PrjStgCbo"), "Design") << "by a press";
   Click("FndESINo");
   for (int i = 0; i < 8 && !HasFocus("PrjStgCbo"); ++i) PressTab();
   ASSERT_TRUE(HasFocus("PrjStgCbo"));
-  EXPECT_EQ(SelectedTextOf("PrjStgCbo"), "Design");
-}
-
-TEST_F(MnfrmStagesTest, TheWholeTextIsSelectedByThePressThatBringsTheFocus) {
-  OpenOrganisation("ACME", 1);
-  Click("PrjStgCbo");
-  EXPECT_EQ(SelectedTextOf("PrjStgCbo"), "Design");
-  Type("Pilot run");
-  PressTab();
-  EXPECT_EQ(Stored("P1", "Project_phase"), "Pilot run");
-}
-
-TEST_F(MnfrmStagesTest, OnTheSameStageTheFirstUsersStandsAndBothTextsAreTold) {
-  OpenOrganisation("ACME", 1);
-  TypeInto("PrjStgCbo", "mine");
-  Exec(installation.Study(1),
-       "UPDATE Project_details SET Project_phase='theirs' WHERE Project_Number='P1'");
-  ExpectLost("Project_phase");
-  PressTab();
-  EXPECT_EQ(Stored("P1", "Project_phase"), "theirs");
-  EXPECT_EQ(TextOf("PrjStgCbo"), "theirs");
-  TypeInto("PrjStgCbo", "mine after all");
-  PressTab();
-  EXPECT_EQ(Stored("P1", "Project_phase"), "mine after all");
-}
-
-TEST_F(MnfrmStagesTest, FillingTheListLeavesTheProjectAsItIs) {
-  OpenOrganisation("ACME", 1);
-  Exec(installation.Study(1), "UPDATE Project_details SET Project_phase='theirs'");
-  Click("PrjStgCbo");
-  PressTab();
-  EXPECT_EQ(Stored("P1", "Project_phase"), "theirs");
-}
-
-TEST_F(MnfrmStagesTest, AStageOfTheListIsStoredWhenTheBoxIsLeft) {
-  OpenOrganisation("ACME", 1);
-  Pick("PrjStgCbo", "Commissioning");
-  PressTab();
-  EXPECT_EQ(Stored("P1", "Project_phase"), "Commissioning");
-}
-
-TEST_F(MnfrmStagesTest, ATypedStageIsStoredWithoutEnteringTheList) {
-  OpenOrganisation("ACME", 1);
-  TypeInto("PrjStgCbo", "Pilot run");
-  PressTab();
-  EXPECT_EQ(Stored("P1", "Project_phase"), "Pilot run");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning"}));
-}
-
-TEST_F(MnfrmStagesTest, AStageThatDiffersInCapitalsFromOneOfTheListStaysAsTyped) {
-  OpenOrganisation("ACME", 1);
-  TypeInto("PrjStgCbo", "design");
-  PressTab();
-  EXPECT_EQ(Stored("P1", "Project_phase"), "design");
-}
-
-TEST_F(MnfrmStagesTest, ABlankedStageBecomesNotApplicable) {
-  OpenOrganisation("ACME", 1);
-  TypeInto("PrjStgCbo", "");
-  PressTab();
-  EXPECT_EQ(TextOf("PrjStgCbo"), "N.A.");
-  EXPECT_EQ(Stored("P1", "Project_phase"), "N.A.");
-}
-
-TEST_F(MnfrmStagesTest, ARefusedStageStaysToBeMended) {
-  OpenOrganisation("ACME", 1);
-  RefuseEqual("Project_phase");
-  TypeInto("PrjStgCbo", "Commissioning");
-  PressTab();
-  EXPECT_EQ(TextOf("PrjStgCbo"), "Commissioning");
-  EXPECT_EQ(Stored("P1", "Project_phase"), "Design");
-  TypeInto("PrjStgCbo", "Use");
-  PressTab();
-  EXPECT_EQ(Stored("P1", "Project_phase"), "Use");
-}
-
-TEST_F(MnfrmStagesTest, AStageIsNoLongerThanItsColumn) {
-  OpenOrganisation("ACME", 1);
-  TypeInto("PrjStgCbo", QString(300, u's'));
-  PressTab();
-  EXPECT_EQ(Stored("P1", "Project_phase"), QString(255, u's'));
-}
-
-TEST_F(MnfrmStagesTest, AnotherUsersStageAppearsWhenTheBoxGetsTheFocusAgain) {
-  OpenOrganisation("ACME", 1);
-  Click("PrjStgCbo");
+  EXPECT_EQ(SelectedTextOf("PrjStgCbo"), "Design") << "by Tab";
+  // Another user's stage appears when the box gets the focus again.
   Exec(installation.Lists(), "INSERT INTO Prjstage VALUES('Theirs')");
   EXPECT_FALSE(ItemsOf("PrjStgCbo").contains("Theirs"));
   PressTab();
@@ -140,8 +61,56 @@ TEST_F(MnfrmStagesTest, AnotherUsersStageAppearsWhenTheBoxGetsTheFocusAgain) {
   EXPECT_EQ(ItemsOf("PrjStgCbo").last(), "Theirs");
 }
 
+TEST_F(MnfrmStagesTest, OnTheSameStageTheFirstUsersStandsAndBothTextsAreTold) {
+  OpenAcme();
+  TypeInto("PrjStgCbo", "mine");
+  Exec(installation.Study(1),
+       "UPDATE Project_details SET Project_phase='theirs' WHERE Project_Number='P1'");
+  ExpectLost("Project_phase");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_phase"), "theirs");
+  EXPECT_EQ(TextOf("PrjStgCbo"), "theirs");
+  Leave("mine after all");
+  EXPECT_EQ(Stored("P1", "Project_phase"), "mine after all");
+}
+
+TEST_F(MnfrmStagesTest, FillingTheListLeavesTheProjectAsItIs) {
+  OpenAcme();
+  Exec(installation.Study(1), "UPDATE Project_details SET Project_phase='theirs'");
+  Click("PrjStgCbo");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_phase"), "theirs");
+}
+
+TEST_F(MnfrmStagesTest, AStageOfTheListAndATypedOneAreStoredWhenTheBoxIsLeft) {
+  OpenAcme();
+  Pick("PrjStgCbo", "Commissioning");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_phase"), "Commissioning");
+  const QString longest(255, u's');
+  for (const auto& [typed, stored] : {std::pair<QString, QString>("Pilot run", "Pilot run"),
+                                      {"design", "design"},
+                                      {"", "N.A."},
+                                      {longest + "s", longest}}) {
+    Leave(typed);
+    EXPECT_EQ(Stored("P1", "Project_phase"), stored);
+    EXPECT_EQ(TextOf("PrjStgCbo"), stored);
+    EXPECT_EQ(Stages(), kStages) << "a typed one doesn't enter the list";
+  }
+}
+
+TEST_F(MnfrmStagesTest, ARefusedStageStaysToBeMended) {
+  OpenAcme();
+  RefuseEqual("Project_phase");
+  Leave("Commissioning");
+  EXPECT_EQ(TextOf("PrjStgCbo"), "Commissioning");
+  EXPECT_EQ(Stored("P1", "Project_phase"), "Design");
+  Leave("Use");
+  EXPECT_EQ(Stored("P1", "Project_phase"), "Use");
+}
+
 TEST_F(MnfrmStagesTest, AListThatCannotBeReadShowsTheFailure) {
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   ASSERT_TRUE(QFile::remove(installation.Lists()));
   QString why;
   try {
@@ -156,190 +125,130 @@ TEST_F(MnfrmStagesTest, AListThatCannotBeReadShowsTheFailure) {
 
 TEST_F(MnfrmStagesTest, AnEmptyListShowsTheFailure) {
   installation.GivenListRows("Prjstage", {});
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   desk.messages.ExpectTell(Icon::kCritical, kTitle, "No current record.");
   Click("PrjStgCbo");
   EXPECT_EQ(TextOf("PrjStgCbo"), "Design");
 }
 
-// ---------------------------------------------------------------- add
-
-TEST_F(MnfrmStagesTest, ANewStageGoesIntoTheListAndStaysInTheBox) {
-  OpenOrganisation("ACME", 1);
-  TypeInto("PrjStgCbo", "Pilot run");
+TEST_F(MnfrmStagesTest, ANewStageGoesIntoTheListOnceAndStaysInTheBox) {
+  OpenAcme();
   Click("adddt0");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning", "Pilot run"}));
-  EXPECT_EQ(ItemsOf("PrjStgCbo"), Stages());
+  EXPECT_EQ(Stages(), kStages) << "the list wasn't read before";
+  Add("Commissioning");
+  EXPECT_EQ(Stages(), kStages) << "a known one isn't added again";
+  EXPECT_EQ(session.ListTextKnown, 1);
+  Add("Pilot run");
+  QStringList rows = kStages + QStringList{"Pilot run"};
+  EXPECT_EQ(Stages(), rows);
+  EXPECT_EQ(ItemsOf("PrjStgCbo"), rows);
   EXPECT_EQ(TextOf("PrjStgCbo"), "Pilot run");
   EXPECT_EQ(Stored("P1", "Project_phase"), "Pilot run");
   EXPECT_EQ(session.ListTextKnown, 0);
   EXPECT_EQ(session.LoopIndex, 4 + 1);
-}
-
-TEST_F(MnfrmStagesTest, AKnownStageIsNotAddedAgainAndNothingIsSaid) {
-  OpenOrganisation("ACME", 1);
-  TypeInto("PrjStgCbo", "Commissioning");
-  Click("adddt0");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning"}));
-  EXPECT_EQ(session.ListTextKnown, 1);
-}
-
-TEST_F(MnfrmStagesTest, AStageThatDiffersInCapitalsIsANewOne) {
-  OpenOrganisation("ACME", 1);
-  TypeInto("PrjStgCbo", "design");
-  Click("adddt0");
-  EXPECT_EQ(Stages().last(), "design");
+  Delete("Pilot run");
+  EXPECT_EQ(Stages(), kStages) << "the question names what was added last";
+  Add("design");
+  EXPECT_EQ(Stages().last(), "design") << "capitals make another stage";
 }
 
 TEST_F(MnfrmStagesTest, AnEmptyStageIsLeftToTheListWhichRefusesIt) {
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   Click("PrjStgCbo");
   TypeInto("FndESINo", "no such project");
   ASSERT_EQ(TextOf("PrjStgCbo"), "");
   Click("adddt0");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning"}));
+  EXPECT_EQ(Stages(), kStages);
   EXPECT_EQ(TextOf("PrjStgCbo"), "");
   Click("PrjStgCbo");
   EXPECT_EQ(ItemsOf("PrjStgCbo").size(), 4);
 }
 
-TEST_F(MnfrmStagesTest, AddingBeforeTheListWasReadDoesNothing) {
-  OpenOrganisation("ACME", 1);
-  Click("adddt0");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning"}));
-}
-
 TEST_F(MnfrmStagesTest, AnotherUsersNewStagesDoNotDisturbAnAdd) {
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   TypeInto("PrjStgCbo", "Mine");
   Exec(installation.Lists(), "INSERT INTO Prjstage VALUES('Theirs')");
   Click("adddt0");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning", "Theirs", "Mine"}));
+  const QStringList rows = kStages + QStringList{"Theirs", "Mine"};
+  EXPECT_EQ(Stages(), rows);
   EXPECT_EQ(TextOf("PrjStgCbo"), "Mine");
   PressTab();
-  Click("PrjStgCbo");
-  EXPECT_EQ(ItemsOf("PrjStgCbo"), Stages());
-}
-
-TEST_F(MnfrmStagesTest, AStageThatAnotherUserHasAddedMeanwhileIsKnown) {
-  OpenOrganisation("ACME", 1);
   TypeInto("PrjStgCbo", "Pilot run");
+  EXPECT_EQ(ItemsOf("PrjStgCbo"), rows);
   Exec(installation.Lists(), "INSERT INTO Prjstage VALUES('Pilot run')");
   Click("adddt0");
-  EXPECT_EQ(Stages().count("Pilot run"), 1);
+  EXPECT_EQ(Stages().count("Pilot run"), 1) << "one that another user has added is known";
   EXPECT_EQ(session.ListTextKnown, 1);
   EXPECT_EQ(TextOf("PrjStgCbo"), "Pilot run");
 }
 
-// ---------------------------------------------------------------- delete
-
 TEST_F(MnfrmStagesTest, ReservedTextsAreNotDeleted) {
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   for (const char* reserved : {"N.A.", "None."}) {
     TypeInto("PrjStgCbo", reserved);
     desk.messages.ExpectTell(Icon::kInformation, kTitle, "Cannot be deleted, reserved text.");
     Click("dletedt0");
   }
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning"}));
+  EXPECT_EQ(Stages(), kStages);
 }
 
 TEST_F(MnfrmStagesTest, AReservedTextThatTheDescriptionHeldIsNotDeletedEither) {
   Exec(installation.Study(1), "UPDATE Project_details SET Project_Description='N.A.'");
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   Click("PrjStgCbo");
   Click("ProjectDescription");
   desk.messages.ExpectTell(Icon::kInformation, kTitle, "Cannot be deleted, reserved text.");
   Click("dletedt0");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning"}));
+  EXPECT_EQ(Stages(), kStages);
   EXPECT_EQ(TextOf("PrjStgCbo"), "Design");
 }
 
 TEST_F(MnfrmStagesTest, NoneWithoutAFullStopIsAnOrdinaryStage) {
   installation.GivenListRows("Prjstage", {"None.", "None"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   Pick("PrjStgCbo", "None");
   PressTab();
   Click("PrjStgCbo");
-  ExpectQuestion("None", Button::kYes);
-  Click("dletedt0");
+  Delete("None");
   EXPECT_EQ(Stages(), QStringList{"None."});
 }
 
-TEST_F(MnfrmStagesTest, YesDeletesTheStageAndTheBoxShowsNone) {
-  OpenOrganisation("ACME", 1);
-  Click("PrjStgCbo");
-  ExpectQuestion("Design", Button::kYes);
-  Click("dletedt0");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Commissioning"}));
-  EXPECT_EQ(ItemsOf("PrjStgCbo"), Stages());
-  EXPECT_EQ(TextOf("PrjStgCbo"), "None.");
-  EXPECT_EQ(session.MsgAnswer, Button::kYes);
-}
-
-TEST_F(MnfrmStagesTest, AfterADeleteTheProjectTakesNoneWithItsNextUpdate) {
-  OpenOrganisation("ACME", 1);
-  Click("PrjStgCbo");
-  ExpectQuestion("Design", Button::kYes);
-  Click("dletedt0");
-  EXPECT_EQ(Stored("P1", "Project_phase"), "Design");
-  Click("ProjectDescription");
-  PressTab();
-  EXPECT_EQ(Stored("P1", "Project_phase"), "None.");
-}
-
 TEST_F(MnfrmStagesTest, ProjectsThatUseADeletedStageKeepIt) {
-  OpenOrganisation("ACME", 1);
-  TypeInto("PrjStgCbo", "Commissioning");
-  PressTab();
+  OpenAcme();
+  Leave("Commissioning");
   Click("PrjStgCbo");
-  ExpectQuestion("Commissioning", Button::kYes);
-  Click("dletedt0");
+  Delete("Commissioning");
   EXPECT_EQ(Stored("P2", "Project_phase"), "Commissioning");
 }
 
-TEST_F(MnfrmStagesTest, NoKeepsTheStage) {
-  OpenOrganisation("ACME", 1);
+TEST_F(MnfrmStagesTest, NoKeepsTheStageAndYesDeletesItAndTheBoxShowsNone) {
+  Exec(installation.Lists(), "INSERT INTO Prjstage VALUES('Design')");
+  OpenAcme();
   Click("PrjStgCbo");
-  ExpectQuestion("Design", Button::kNo);
-  Click("dletedt0");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning"}));
+  Delete("Design", Button::kNo);
+  EXPECT_EQ(Stages(), kStages + QStringList{"Design"});
   EXPECT_EQ(TextOf("PrjStgCbo"), "Design");
-}
-
-TEST_F(MnfrmStagesTest, TheQuestionNamesTheTextThatTheBoxHadWhenItGotTheFocus) {
-  OpenOrganisation("ACME", 1);
+  // The question names the text that the box had when it got the focus.
   TypeInto("PrjStgCbo", "Commissioning");
-  ExpectQuestion("Design", Button::kYes);
-  Click("dletedt0");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Commissioning"}));
-}
-
-TEST_F(MnfrmStagesTest, TheQuestionNamesTheTextThatWasAddedLast) {
-  OpenOrganisation("ACME", 1);
-  TypeInto("PrjStgCbo", "Pilot run");
-  Click("adddt0");
-  ExpectQuestion("Pilot run", Button::kYes);
-  Click("dletedt0");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning"}));
+  Delete("Design");
+  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Commissioning", "Design"}))
+      << "of two equal ones the first is deleted";
+  EXPECT_EQ(ItemsOf("PrjStgCbo"), Stages());
+  EXPECT_EQ(TextOf("PrjStgCbo"), "None.");
+  EXPECT_EQ(session.MsgAnswer, Button::kYes);
+  EXPECT_EQ(Stored("P1", "Project_phase"), "Commissioning");
+  Click("ProjectDescription");
+  PressTab();
+  EXPECT_EQ(Stored("P1", "Project_phase"), "None.") << "with the next update";
 }
 
 TEST_F(MnfrmStagesTest, AfterTheDescriptionTheQuestionNamesItAndNothingIsDeleted) {
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   Click("PrjStgCbo");
   TypeInto("ProjectDescription", "Press line");
-  ExpectQuestion("Press line", Button::kYes);
-  Click("dletedt0");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Design", "Commissioning"}));
+  Delete("Press line");
+  EXPECT_EQ(Stages(), kStages);
   EXPECT_EQ(TextOf("PrjStgCbo"), "Design");
-}
-
-TEST_F(MnfrmStagesTest, OfTwoEqualStagesTheFirstIsDeleted) {
-  Exec(installation.Lists(), "INSERT INTO Prjstage VALUES('Design')");
-  OpenOrganisation("ACME", 1);
-  Click("PrjStgCbo");
-  ExpectQuestion("Design", Button::kYes);
-  Click("dletedt0");
-  EXPECT_EQ(Stages(), (QStringList{"N.A.", "None.", "Commissioning", "Design"}));
 }
 
 }  // namespace

@@ -15,12 +15,6 @@
 namespace kestrix {
 namespace {
 
-const QString kFilesMissing = "BELTROVAN: Files missing";
-const QString kLoadFailed =
-    "More files required run setup/Installed Files missing/Requires MS Office installed";
-
-// ---------------------------------------------------------------- load
-
 TEST_F(MnfrmTest, LoadShowsTheFormBeforeAnythingIsConnected) {
   form = &Make<mnfrm>();
   EXPECT_TRUE(form->isVisible());
@@ -34,8 +28,7 @@ TEST_F(MnfrmTest, LoadShowsTheFormBeforeAnythingIsConnected) {
 }
 
 TEST_F(MnfrmTest, AssistiveToolsReadTheOrganisationAndWhatTheButtonsOfTheStagesDo) {
-  installation.GivenStudy(1);
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   const auto name_of = [this](const char* control) {
     return QAccessible::queryAccessibleInterface(&Control<QWidget>(control))
         ->text(QAccessible::Name);
@@ -46,8 +39,7 @@ TEST_F(MnfrmTest, AssistiveToolsReadTheOrganisationAndWhatTheButtonsOfTheStagesD
 }
 
 TEST_F(MnfrmTest, TheFormStartsWithItsTextsAndToolTips) {
-  installation.GivenStudy(1);
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   struct Face {
     const char* name;
     const char* text;
@@ -91,46 +83,46 @@ TEST_F(MnfrmTest, TheFormStartsWithItsTextsAndToolTips) {
   EXPECT_TRUE(HasFocus("FndESINo"));
 }
 
-TEST_F(MnfrmTest, MissingListsEndTheLoadWithTheNoticeOfMissingFiles) {
-  ASSERT_TRUE(QFile::remove(installation.Lists()));
-  form = new mnfrm(context);
-  const std::unique_ptr<mnfrm> owner(form);
-  Listen();
-  QSignalSpy unloaded(form, &Form::Unloaded);
-  desk.messages.ExpectTell(Icon::kCritical, kFilesMissing, kLoadFailed).WhileOpen([&] {
-    EXPECT_EQ(unloaded.count(), 1);
-    EXPECT_EQ(asked.value(0), "organisation form away");
-    EXPECT_FALSE(asked.contains("load failed"));
-    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
-  });
-  form->LoadForm();
-  EXPECT_FALSE(form->isVisible());
-  EXPECT_EQ(asked.last(), "load failed");
-  EXPECT_EQ(asked.count("load failed"), 1);
+TEST_F(MnfrmTest, MissingOrDamagedListsEndTheLoadWithTheNoticeOfMissingFiles) {
+  const QByteArray damaged = "no database";
+  for (const bool missing : {false, true}) {
+    WriteFile(installation.Lists(), damaged);
+    if (missing) {
+      ASSERT_TRUE(QFile::remove(installation.Lists()));
+    }
+    asked.clear();
+    form = new mnfrm(context);
+    const std::unique_ptr<mnfrm> owner(form);
+    Listen();
+    QSignalSpy unloaded(form, &Form::Unloaded);
+    desk.messages
+        .ExpectTell(Icon::kCritical, "BELTROVAN: Files missing",
+                    "More files required run setup/Installed Files missing/Requires MS Office "
+                    "installed")
+        .WhileOpen([&] {
+          EXPECT_EQ(unloaded.count(), 1);
+          EXPECT_EQ(asked.value(0), "organisation form away");
+          EXPECT_FALSE(asked.contains("load failed"));
+          EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+        });
+    form->LoadForm();
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_EQ(asked.last(), "load failed");
+    EXPECT_EQ(asked.count("load failed"), 1);
+    if (!missing) {
+      EXPECT_EQ(ReadFile(installation.Lists()), damaged);
+    }
+  }
 }
-
-TEST_F(MnfrmTest, DamagedListsEndTheLoadTooAndStayAsTheyAre) {
-  WriteFile(installation.Lists(), "no database");
-  form = new mnfrm(context);
-  const std::unique_ptr<mnfrm> owner(form);
-  Listen();
-  desk.messages.ExpectTell(Icon::kCritical, kFilesMissing, kLoadFailed);
-  form->LoadForm();
-  EXPECT_EQ(asked.last(), "load failed");
-  EXPECT_EQ(ReadFile(installation.Lists()), "no database");
-}
-
-// ---------------------------------------------------------------- activation
 
 TEST_F(MnfrmTest, AnOpenedOrganisationShowsItsProjectsFromTheFirstOn) {
-  installation.GivenStudy(1);
   installation.GivenProject(1, "P1", "ACME",
                             {{"Project_phase", "Design"},
                              {"Project_Description", "Press line\nwith two guards"},
                              {"preparedBytxt", "Ann"}});
   GivenProjects({"P2"});
   GivenProjects({"X1"}, "Other works");
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   EXPECT_EQ(TextOf("Orglbltxt"), " ACME");
   EXPECT_EQ(RowsShownIn("DB1"), (QList<QStringList>{{"P1"}, {"P2"}}));
   EXPECT_EQ(CurrentRow(), 1);
@@ -154,13 +146,12 @@ TEST_F(MnfrmTest, AnOpenedOrganisationShowsItsProjectsFromTheFirstOn) {
 }
 
 TEST_F(MnfrmTest, LongTextsAreShownFromTheirBeginning) {
-  installation.GivenStudy(1);
   const QString text = QString("Press line ").repeated(20);
   for (const char* number : {"1 ", "2 "}) {
     installation.GivenProject(1, number + text, "ACME",
                               {{"Project_phase", text}, {"preparedBytxt", text}});
   }
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   for (const int row : {0, 1, 0}) {
     ClickRow("DB1", row);
     EXPECT_EQ(Control<QLineEdit>("ESI_No").cursorPosition(), 0);
@@ -170,13 +161,19 @@ TEST_F(MnfrmTest, LongTextsAreShownFromTheirBeginning) {
 }
 
 TEST_F(MnfrmTest, AnOrganisationWithoutProjectsKeepsItsCommands) {
-  installation.GivenStudy(1);
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
   for (const char* field : {"ESI_No", "PrjStgCbo", "ProjectDescription", "preparedbyTxt"})
     EXPECT_EQ(TextOf(field), "") << field;
   EXPECT_EQ(TextOf("StudyNoAuto"), "0");
   EXPECT_EQ(ProjectCommands(), kAllEnabled);
+  // An activation mends an unknown flag, but not on a form that is connected.
+  for (const qint16 connected : {qint16{0}, qint16{1}}) {
+    session.StudyConnected = connected;
+    session.ListTextKnown = 0;
+    GoAwayAndComeBack();
+    EXPECT_EQ(session.ListTextKnown, 1 - connected);
+  }
 }
 
 TEST_F(MnfrmTest, WithoutAProjectTheBoxesAreLockedAndTheListSaysWhatToDoFirst) {
@@ -187,8 +184,7 @@ TEST_F(MnfrmTest, WithoutAProjectTheBoxesAreLockedAndTheListSaysWhatToDoFirst) {
       EXPECT_EQ(BackColour(&Control<QWidget>(name)), form->palette().color(back).rgb()) << name;
     }
   };
-  installation.GivenStudy(1);
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   expect_locked(true);
   auto& list = Control<Grid>("DB1");
   EXPECT_EQ(list.placeholderText(),
@@ -214,7 +210,6 @@ TEST_F(MnfrmTest, WithoutAnOrganisationTheCommandsAreOffWhateverWasSelected) {
 }
 
 TEST_F(MnfrmTest, TheSelectedOrganisationBecomesTheActiveOne) {
-  installation.GivenStudy(1);
   GivenProjects({"P1"}, "Second works");
   form = &Make<mnfrm>();
   session.SelectedOrgName = "Second works";
@@ -227,7 +222,6 @@ TEST_F(MnfrmTest, TheSelectedOrganisationBecomesTheActiveOne) {
 }
 
 TEST_F(MnfrmTest, ALongNameIsCutOnTheScreenAndWholeInItsTip) {
-  installation.GivenStudy(1);
   const QString name = "ACME" + QString(251, u'W');
   OpenOrganisation(name, 1);
   auto& label = Control<QLabel>("Orglbltxt");
@@ -251,7 +245,6 @@ TEST_F(MnfrmTest, AMissingStudyLeavesTheListEmptyAndSaysNothing) {
 }
 
 TEST_F(MnfrmTest, AMissingStudyDoesNotShowTheProjectsOfAnotherOrganisation) {
-  installation.GivenStudy(1);
   GivenProjects({"P1"});
   for (const int missing : {2, 0}) {
     OpenOrganisation("ACME", 1);
@@ -263,37 +256,22 @@ TEST_F(MnfrmTest, AMissingStudyDoesNotShowTheProjectsOfAnotherOrganisation) {
   }
 }
 
-TEST_F(MnfrmTest, ADamagedStudyEndsTheActivationWithoutAWord) {
+TEST_F(MnfrmTest, ADamagedStudyOrAnApostropheInTheNameEndsTheActivationWithoutAWord) {
+  OpenOrganisation("O'Neill", 1);
+  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
+  EXPECT_FALSE(Control<DataControl>("dtsorce1").HasRecordset());
+  EXPECT_EQ(session.ListTextKnown, 0);
+  Click("clsdfrm");
   WriteFile(installation.Study(1), "this is no database at all");
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
   EXPECT_EQ(session.ListTextKnown, 0);
   EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
   EXPECT_EQ(ReadFile(installation.Study(1)), "this is no database at all");
 }
 
-TEST_F(MnfrmTest, AnApostropheInTheNameMakesTheListFailWithoutAWord) {
-  installation.GivenStudy(1);
-  OpenOrganisation("O'Neill", 1);
-  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
-  EXPECT_FALSE(Control<DataControl>("dtsorce1").HasRecordset());
-  EXPECT_EQ(session.ListTextKnown, 0);
-}
-
-TEST_F(MnfrmTest, TheStudyNumberStaysZeroOnEveryRow) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1", "P2", "P3"});
-  OpenOrganisation("ACME", 1);
-  for (int row = 0; row < 3; ++row) {
-    ClickRow("DB1", row);
-    EXPECT_EQ(TextOf("StudyNoAuto"), "0");
-  }
-}
-
 TEST_F(MnfrmTest, AfterAClickInTheListTheRowStaysWhenTheFormComesBack) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1", "P2", "P3"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1", "P2", "P3"});
   ClickRow("DB1", 2);
   GivenProjects({"P4"});
   GoAwayAndComeBack();
@@ -304,9 +282,7 @@ TEST_F(MnfrmTest, AfterAClickInTheListTheRowStaysWhenTheFormComesBack) {
 }
 
 TEST_F(MnfrmTest, WithoutAClickTheFormReadsTheListAnewWhenItComesBack) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1", "P2"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1", "P2"});
   TypeInto("FndESINo", "P2");
   ASSERT_EQ(TextOf("ESI_No"), "P2");
   GivenProjects({"P3"});
@@ -317,11 +293,10 @@ TEST_F(MnfrmTest, WithoutAClickTheFormReadsTheListAnewWhenItComesBack) {
 }
 
 TEST_F(MnfrmTest, ARememberedOrganisationIsConnectedByItsActivation) {
-  installation.GivenStudy(1);
   installation.GivenStudy(2);
   GivenProjects({"P1", "P2"});
   GivenProjects({"Q1", "Q2"}, "Second works", 2);
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   ClickRow("DB1", 1);
   ChangeOrganisation("Second works", 2);
   EXPECT_EQ(session.StudyConnected, 0);
@@ -340,7 +315,7 @@ TEST_F(MnfrmTest, ARememberedOrganisationIsConnectedByItsActivation) {
 TEST_F(MnfrmTest, AFourthOrganisationOfASessionIsNotRemembered) {
   const QStringList names = {"A", "B", "C", "D"};
   for (int study = 1; study <= 4; ++study) {
-    installation.GivenStudy(study);
+    if (study > 1) installation.GivenStudy(study);
     GivenProjects({"P1"}, names[study - 1], study);
   }
   OpenOrganisation("A", 1);
@@ -356,27 +331,8 @@ TEST_F(MnfrmTest, AFourthOrganisationOfASessionIsNotRemembered) {
   EXPECT_EQ(session.StudyConnected, 0);
 }
 
-TEST_F(MnfrmTest, AnAddWithAnUnknownFlagIsRepairedByTheNextActivation) {
-  installation.GivenStudy(1);
-  OpenOrganisation("ACME", 1);
-  session.ListTextKnown = 0;
-  GoAwayAndComeBack();
-  EXPECT_EQ(session.ListTextKnown, 1);
-}
-
-TEST_F(MnfrmTest, AnActivationOfAConnectedFormLeavesTheFlagAlone) {
-  installation.GivenStudy(1);
-  OpenOrganisation("ACME", 1);
-  session.StudyConnected = 1;
-  session.ListTextKnown = 0;
-  GoAwayAndComeBack();
-  EXPECT_EQ(session.ListTextKnown, 0);
-}
-
 TEST_F(MnfrmTest, AnEmptyStudyNumberIsNeitherLookedUpNorRemembered) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1", "P2"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1", "P2"});
   ClickRow("DB1", 1);
   Click("FndESINo");
   ASSERT_EQ(session.ListTextKnown, 1);
@@ -395,12 +351,8 @@ TEST_F(MnfrmTest, AnEmptyStudyNumberIsNeitherLookedUpNorRemembered) {
   EXPECT_EQ(session.ListTextKnown, 5);
 }
 
-// ---------------------------------------------------------------- the list
-
-TEST_F(MnfrmTest, AClickInTheListNotesItsRowAndConnects) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1", "P2"});
-  OpenOrganisation("ACME", 1);
+TEST_F(MnfrmTest, AClickInTheListNotesItsRowAndConnectsAndLeavingItRemembersTheOrganisation) {
+  OpenAcme({"P1", "P2"});
   auto& grid = Control<Grid>("DB1");
   EXPECT_TRUE(grid.AllowUpdate());
   ClickRow("DB1", 1);
@@ -408,14 +360,24 @@ TEST_F(MnfrmTest, AClickInTheListNotesItsRowAndConnects) {
   EXPECT_EQ(session.GridRowNumber, 1);
   EXPECT_EQ(session.StudyConnected, 1);
   EXPECT_EQ(TextOf("ESI_No"), "P2");
+  EXPECT_EQ(TextOf("StudyNoAuto"), "0") << "on every row";
   EXPECT_EQ(grid.selectionModel()->selectedRows().size(), 1);
   EXPECT_EQ(grid.selectionModel()->selectedRows().value(0).row(), 1);
+  Type("zzz");
+  PressKey(Qt::Key_F2);
+  Type("zzz");
+  // Leaving the list remembers the organisation.
+  session.GridRowNumber = 9;
+  session.ListTextKnown = 0;
+  Click("FndESINo");
+  EXPECT_TRUE(grid.AllowUpdate());
+  EXPECT_EQ(session.GridRowNumber, 1);
+  EXPECT_EQ(session.ListTextKnown, 1);
+  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2"})) << "nothing can be typed into the list";
 }
 
 TEST_F(MnfrmTest, TheBlankPartOfTheListTakesClicksToo) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1"});
   const auto* list = Control<Grid>("DB1").viewport();
   const QPoint below = list->mapTo(form, list->rect().bottomLeft() + QPoint(10, -3));
   QTest::mouseClick(form->windowHandle(), Qt::LeftButton, Qt::NoModifier, below);
@@ -427,35 +389,8 @@ TEST_F(MnfrmTest, TheBlankPartOfTheListTakesClicksToo) {
   EXPECT_EQ(asked.count("evaluation"), 1);
 }
 
-TEST_F(MnfrmTest, LeavingTheListRemembersTheOrganisation) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1", "P2"});
-  OpenOrganisation("ACME", 1);
-  ClickRow("DB1", 1);
-  session.GridRowNumber = 9;
-  session.ListTextKnown = 0;
-  Click("FndESINo");
-  EXPECT_TRUE(Control<Grid>("DB1").AllowUpdate());
-  EXPECT_EQ(session.GridRowNumber, 1);
-  EXPECT_EQ(session.ListTextKnown, 1);
-}
-
-TEST_F(MnfrmTest, NothingCanBeTypedIntoTheList) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1", "P2"});
-  OpenOrganisation("ACME", 1);
-  ClickRow("DB1", 0);
-  Type("zzz");
-  PressKey(Qt::Key_F2);
-  Type("zzz");
-  Click("FndESINo");
-  EXPECT_EQ(StoredNumbers(), (QStringList{"P1", "P2"}));
-}
-
 TEST_F(MnfrmTest, AMoveInTheListStoresWhatWasTypedForTheRowThatIsLeft) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1", "P2"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1", "P2"});
   TypeInto("preparedbyTxt", "Ann");
   Click("FndESINo");
   EXPECT_EQ(Stored("P1", "preparedBytxt"), "");
@@ -464,30 +399,20 @@ TEST_F(MnfrmTest, AMoveInTheListStoresWhatWasTypedForTheRowThatIsLeft) {
   EXPECT_EQ(TextOf("preparedbyTxt"), "");
 }
 
-// ---------------------------------------------------------------- holding the front
-
 TEST_F(MnfrmTest, TheFormTakesTheFrontBackWhileItHolds) {
-  installation.GivenStudy(1);
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   ASSERT_EQ(session.ProjectFormHolds, 1);
-  Make<OtherForm>().ShowForm();
+  auto& other = Make<OtherForm>();
+  other.ShowForm();
   Settle();
   WaitForFront(*form);
-}
-
-TEST_F(MnfrmTest, TheFormLetsAnotherOneInFrontWhenItDoesNotHold) {
-  installation.GivenStudy(1);
-  OpenOrganisation("ACME", 1);
   session.ProjectFormHolds = 0;
-  auto& other = Open<OtherForm>();
+  other.ShowForm();
   WaitForFront(other);
 }
 
-// ---------------------------------------------------------------- what others do to the form
-
 TEST_F(MnfrmTest, TheOrganisationFormsClosingTurnsTheCommandsByTheName) {
-  installation.GivenStudy(1);
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   session.ProjectFormHolds = 0;
   form->SetOrganisationCaption(QString());
   form->OrganisationFormClosed();
@@ -499,46 +424,32 @@ TEST_F(MnfrmTest, TheOrganisationFormsClosingTurnsTheCommandsByTheName) {
 }
 
 TEST_F(MnfrmTest, LettingGoOfTheStudyFreesItsFileAndForgetsTheOrganisation) {
-  installation.GivenStudy(1);
   GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
-  ASSERT_TRUE(QFile::exists(installation.StudySign(1)));
-  form->LetGoOfStudy();
-  EXPECT_FALSE(QFile::exists(installation.StudySign(1)));
-  EXPECT_EQ(TextOf("Orglbltxt"), "");
-  EXPECT_EQ(session.ActiveOrgName, "");
-  EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
-  EXPECT_EQ(Control<DataControl>("dtsorce1").ConnectionString(),
-            DataControl::ConnectionStringFor(installation.Template()));
+  for (const bool has_template : {true, false}) {
+    if (!has_template) {
+      ASSERT_TRUE(QFile::remove(installation.Template()));
+    }
+    OpenAcme();
+    ASSERT_TRUE(QFile::exists(installation.StudySign(1)));
+    form->LetGoOfStudy();
+    EXPECT_FALSE(QFile::exists(installation.StudySign(1)));
+    EXPECT_EQ(TextOf("Orglbltxt"), "");
+    EXPECT_EQ(session.ActiveOrgName, "");
+    if (!has_template) continue;
+    EXPECT_TRUE(RowsShownIn("DB1").isEmpty());
+    EXPECT_EQ(Control<DataControl>("dtsorce1").ConnectionString(),
+              DataControl::ConnectionStringFor(installation.Template()));
+    Click("clsdfrm");
+  }
 }
 
-TEST_F(MnfrmTest, LettingGoClearsTheNameAlsoWithoutTheTemplate) {
-  installation.GivenStudy(1);
-  OpenOrganisation("ACME", 1);
-  ASSERT_TRUE(QFile::remove(installation.Template()));
-  form->LetGoOfStudy();
-  EXPECT_EQ(TextOf("Orglbltxt"), "");
-  EXPECT_EQ(session.ActiveOrgName, "");
-  EXPECT_FALSE(QFile::exists(installation.StudySign(1)));
-}
-
-// ---------------------------------------------------------------- two users on one project
-
-TEST_F(MnfrmTest, TwoUsersKeepTheirWorkOnDifferentFieldsOfOneProject) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
-  TypeInto("ProjectDescription", "mine");
+TEST_F(MnfrmTest, TwoUsersKeepTheirWorkOnDifferentFieldsAndOnTheSameOneTheFirstUsersTextStands) {
+  OpenAcme({"P1"});
+  TypeInto("ProjectDescription", "my own");
   Exec(installation.Study(1), "UPDATE Project_details SET preparedBytxt='theirs'");
   PressTab();
-  EXPECT_EQ(Stored("P1", "Project_Description"), "mine");
+  EXPECT_EQ(Stored("P1", "Project_Description"), "my own");
   EXPECT_EQ(Stored("P1", "preparedBytxt"), "theirs");
-}
-
-TEST_F(MnfrmTest, OnTheSameFieldTheFirstUsersTextStandsAndIsShown) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
   TypeInto("ProjectDescription", "mine");
   Exec(installation.Study(1), "UPDATE Project_details SET Project_Description='theirs'");
   ExpectLost("Project_Description");
@@ -548,9 +459,7 @@ TEST_F(MnfrmTest, OnTheSameFieldTheFirstUsersTextStandsAndIsShown) {
 }
 
 TEST_F(MnfrmTest, APickOverTheSameFieldStaysOnItsProjectAndSaysSo) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1", "P2"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1", "P2"});
   TypeInto("preparedbyTxt", "mine");
   Exec(installation.Study(1),
        "UPDATE Project_details SET preparedBytxt='theirs' WHERE Project_Number='P1'");
@@ -564,13 +473,10 @@ TEST_F(MnfrmTest, APickOverTheSameFieldStaysOnItsProjectAndSaysSo) {
   EXPECT_EQ(TextOf("ESI_No"), "P2");
 }
 
-// ---------------------------------------------------------------- closing
-
 TEST_F(MnfrmTest, ClosingGivesTheFrameBackAndForgetsTheSession) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
+  OpenAcme({"P1"});
   ClickRow("DB1", 0);
+  Click("FndESINo");
   asked.clear();
   Click("clsdfrm");
   EXPECT_EQ(asked, (QStringList{"organisation form away", "evaluation form away"}));
@@ -584,27 +490,22 @@ TEST_F(MnfrmTest, ClosingGivesTheFrameBackAndForgetsTheSession) {
   EXPECT_EQ(frame.maximised, 1);
   EXPECT_FALSE(QFile::exists(installation.StudySign(1)));
   EXPECT_TRUE(desk.messages.Shown().isEmpty());
+  // Opened again, it remembers no organisation.
+  OpenAcme();
+  EXPECT_EQ(session.StudyConnected, 0);
+  EXPECT_EQ(TextOf("ESI_No"), "P1");
 }
 
-TEST_F(MnfrmTest, TheTitleBarsCloseButtonClosesAsTheExitDoes) {
-  installation.GivenStudy(1);
-  OpenOrganisation("ACME", 1);
+TEST_F(MnfrmTest, TheTitleBarsCloseButtonClosesAsTheExitDoesAndStoresWhatWasTypedLast) {
+  OpenAcme({"P1"});
+  TypeInto("preparedbyTxt", "Ann");
   CloseBox(*form);
   EXPECT_EQ(session.ActiveOrgName, "");
   EXPECT_EQ(frame.data_enabled, true);
-}
-
-TEST_F(MnfrmTest, ClosingStoresWhatWasTypedLast) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
-  TypeInto("preparedbyTxt", "Ann");
-  CloseBox(*form);
   EXPECT_EQ(Stored("P1", "preparedBytxt"), "Ann");
 }
 
 TEST_F(MnfrmTest, ClosingLeavesTheBoxThatHasTheFocusAndAddsNoNumber) {
-  installation.GivenStudy(1);
   GivenProjects({"P1"});
   struct Left {
     const char* box;
@@ -618,23 +519,11 @@ TEST_F(MnfrmTest, ClosingLeavesTheBoxThatHasTheFocusAndAddsNoNumber) {
     CloseBox(*form);
     EXPECT_EQ(Stored("P1", left.field), left.stored);
   }
-  OpenOrganisation("ACME", 1);
+  OpenAcme();
   TypeNewNumber("P2");
   CloseBox(*form);
   EXPECT_EQ(StoredNumbers(), QStringList{"P1"});
   EXPECT_TRUE(desk.messages.Shown().isEmpty());
-}
-
-TEST_F(MnfrmTest, AFormThatIsOpenedAgainRemembersNoOrganisation) {
-  installation.GivenStudy(1);
-  GivenProjects({"P1"});
-  OpenOrganisation("ACME", 1);
-  ClickRow("DB1", 0);
-  Click("FndESINo");
-  Click("clsdfrm");
-  OpenOrganisation("ACME", 1);
-  EXPECT_EQ(session.StudyConnected, 0);
-  EXPECT_EQ(TextOf("ESI_No"), "P1");
 }
 
 }  // namespace
