@@ -118,30 +118,21 @@ TEST_F(ControlsTest, FillingAComboTakesItsEntriesAndItsTextAndChoosesNone) {
   EXPECT_EQ(combo.count(), 0);
 }
 
-TEST_F(ControlsTest, ComboTakesExactlyWhatIsTyped) {
+TEST_F(ControlsTest, ComboTakesExactlyWhatIsTypedWhichIsNoPick) {
   auto& combo = AddCombo();
   combo.addItems({"Crushing", "Cutting"});
   combo.setCurrentIndex(-1);
   form->AddBox("next");
   Show(*form);
-  TypeInto("combo", "cr");
-  EXPECT_EQ(TextOf("combo"), "cr");
-  PressTab();
-  EXPECT_EQ(TextOf("combo"), "cr");
-  EXPECT_EQ(combo.count(), 2);
-}
-
-TEST_F(ControlsTest, TypingATextOfTheListIsNoPick) {
-  auto& combo = AddCombo();
-  combo.addItems({"Crushing", "Cutting"});
-  form->AddBox("next");
-  Show(*form);
-  TypeInto("combo", "Cutting");
-  PressTab();
-  EXPECT_FALSE(log.contains("picked"));
+  for (const char* text : {"cr", "Cutting"}) {
+    TypeInto("combo", text);
+    PressTab();
+    EXPECT_EQ(TextOf("combo"), text);
+  }
   TypeInto("combo", "Cutting");
   PressKey(Qt::Key_Return);
   EXPECT_FALSE(log.contains("picked"));
+  EXPECT_EQ(combo.count(), 2);
 }
 
 TEST_F(ControlsTest, PickingTheSameItemAgainIsAPick) {
@@ -306,26 +297,15 @@ TEST_F(WrapCheckBoxTest, GrowsInHeightAsItNarrows) {
 
 TEST_F(WrapCheckBoxTest, KnowsItsHeightForEachTextAndFontThatItGets) {
   const int before = box->heightForWidth(200);
-  EXPECT_EQ(box->heightForWidth(200), before);
-
   const QString text = box->text();
   box->setText(QStringLiteral("Short"));
   EXPECT_LT(box->heightForWidth(200), before);
   box->setText(text);
   EXPECT_EQ(box->heightForWidth(200), before);
-
   QFont font = box->font();
   font.setPointSize(2 * font.pointSize());
   box->setFont(font);
   EXPECT_GT(box->heightForWidth(200), before);
-
-  // More widths than it keeps, and each comes out as in a box that was never asked before.
-  WrapCheckBox fresh;
-  fresh.setText(text);
-  fresh.setFont(font);
-  for (int width = 100; width < 400; ++width) (void)box->heightForWidth(width);
-  for (int width = 100; width < 400; width += 30)
-    EXPECT_EQ(box->heightForWidth(width), fresh.heightForWidth(width)) << width;
 }
 
 TEST_F(WrapCheckBoxTest, LastLineOfTheTextIsDrawn) {

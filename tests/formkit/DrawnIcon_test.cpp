@@ -46,10 +46,16 @@ class DrawnIconTest : public ::testing::TestWithParam<Drawing> {
   QPalette palette_before_ = QApplication::palette();
 };
 
-TEST_P(DrawnIconTest, LinesHaveTheColourOfTheTextsOfButtons) {
+TEST_P(DrawnIconTest, LinesHaveTheColourOfTheTextsOfButtonsAlsoOfDisabledAndHighlightedOnes) {
   GivenColours(Qt::black, Qt::gray);
-  EXPECT_GT(PointsIn(Picture(GetParam(), 4 * kSide), Qt::black), 100);
-  EXPECT_EQ(PointsIn(Picture(GetParam(), 4 * kSide), Qt::gray), 0);
+  const QColor highlighted = QApplication::palette().color(QPalette::HighlightedText);
+  for (const auto& [mode, colour] : {std::pair<QIcon::Mode, QColor>(QIcon::Normal, Qt::black),
+                                     {QIcon::Disabled, Qt::gray},
+                                     {QIcon::Selected, highlighted}}) {
+    const QImage picture = Picture(GetParam(), 4 * kSide, mode);
+    EXPECT_GT(PointsIn(picture, colour), 100) << mode;
+    EXPECT_EQ(PointsIn(picture, mode == QIcon::Normal ? Qt::gray : Qt::black), 0) << mode;
+  }
 }
 
 TEST_P(DrawnIconTest, OneThatWasMadeBeforeTheDesktopTurnedDarkIsSeenOnIt) {
@@ -58,20 +64,6 @@ TEST_P(DrawnIconTest, OneThatWasMadeBeforeTheDesktopTurnedDarkIsSeenOnIt) {
   icon.pixmap(4 * kSide);
   GivenColours(Qt::white, Qt::gray);
   EXPECT_GT(PointsIn(icon.pixmap(4 * kSide).toImage(), Qt::white), 100);
-}
-
-TEST_P(DrawnIconTest, DisabledOneHasTheColourOfDisabledTexts) {
-  GivenColours(Qt::black, Qt::gray);
-  const QImage picture = Picture(GetParam(), 4 * kSide, QIcon::Disabled);
-  EXPECT_GT(PointsIn(picture, Qt::gray), 100);
-  EXPECT_EQ(PointsIn(picture, Qt::black), 0);
-}
-
-TEST_P(DrawnIconTest, OneOnAHighlightedRowHasTheColourOfItsText) {
-  GivenColours(Qt::black, Qt::gray);
-  const QImage picture = Picture(GetParam(), 4 * kSide, QIcon::Selected);
-  EXPECT_GT(PointsIn(picture, QApplication::palette().color(QPalette::HighlightedText)), 100);
-  EXPECT_EQ(PointsIn(picture, Qt::black), 0);
 }
 
 TEST_P(DrawnIconTest, NothingIsCutOffAtTheEdges) {

@@ -4,7 +4,9 @@
 
 #include <QGuiApplication>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <functional>
 
@@ -125,6 +127,12 @@ class FormKitTest : public ::testing::Test, private FocusAndForms, public FormHa
   void ShowModal(Form& form) {
     form.ShowFormModal();
     ASSERT_TRUE(ComesForward(form));
+  }
+  /// A message box over a form that is answered as soon as it stands.
+  static void PassMessageBox(QWidget* over) {
+    QMessageBox box(over);
+    QTimer::singleShot(0, &box, &QDialog::accept);
+    box.exec();
   }
   /// Waits until a form is active, and the keys are with it. The toolkit takes a window for active
   /// as soon as it asks for the front; a display gives it the keys later, and whoever asks for

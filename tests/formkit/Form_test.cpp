@@ -59,6 +59,8 @@ class FormTestOfLife : public FormKitTest {
 };
 
 TEST_F(FormTestOfLife, FirstReferenceMakesAndLoads) {
+  slot.Unload();
+  EXPECT_EQ(made, 0);
   EXPECT_FALSE(slot.IsLoaded());
   EXPECT_EQ(slot.IfLoaded(), nullptr);
   LivingForm& form = slot.Get();
@@ -105,11 +107,6 @@ TEST_F(FormTestOfLife, ModalFormDoesntStayMinimised) {
   EXPECT_TRUE(form.isModal());
 }
 
-TEST_F(FormTestOfLife, UnloadOfAFormThatIsntLoadedLoadsNothing) {
-  slot.Unload();
-  EXPECT_EQ(made, 0);
-}
-
 TEST_F(FormTestOfLife, LoadThatUnloadsTheFormLetsItsCallerEnd) {
   FormSlot<PlainForm> failing([this] {
     auto form = std::make_unique<PlainForm>(kit, "failing", log);
@@ -149,7 +146,7 @@ TEST_F(FormTestOfLife, AFormThatIsUnloadedBehindTheBoxOfItsHandlerLivesUntilThat
   EXPECT_TRUE(living.isNull());
 }
 
-TEST_F(FormTestOfLife, FailureOfAFocusHandlerIsShown) {
+TEST_F(FormTestOfLife, FailureOfAFocusHandlerOrStepIsShown) {
   LivingForm& form = slot.Get();
   Show(form);
   TypeInto("box", "bad");
@@ -160,6 +157,10 @@ TEST_F(FormTestOfLife, FailureOfAFocusHandlerIsShown) {
   desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN", "something odd");
   PressShiftTab();
   EXPECT_EQ(FocusName(), "box");
+  desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN", "in the step");
+  form.FocusLater(form.button, [] { throw Failure(1, "in the step"); });
+  Settle();
+  EXPECT_EQ(FocusName(), "button");
 }
 
 TEST_F(FormTestOfLife, FailureOfEachLifeRuleIsShownAndTheLifeGoesOn) {
@@ -179,68 +180,43 @@ TEST_F(FormTestOfLife, FailureOfEachLifeRuleIsShownAndTheLifeGoesOn) {
   EXPECT_FALSE(failing.IsLoaded());
 }
 
-TEST_F(FormTestOfLife, FailureOfAFocusStepIsShown) {
-  LivingForm& form = slot.Get();
-  Show(form);
-  desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN", "in the step");
-  form.FocusLater(form.button, [] { throw Failure(1, "in the step"); });
-  Settle();
-  EXPECT_EQ(FocusName(), "button");
-}
-
-TEST_F(FormTestOfLife, ChangeRuleRunsAlsoWhenTheProgramSetsTheText) {
+TEST_F(FormTestOfLife,
+       ChangeRuleRunsAlsoWhenTheProgramSetsTheTextAndNoHandlerOnceTheUnloadRulesHaveRun) {
   LivingForm& form = slot.Get();
   form.box->setText("by program");
   EXPECT_EQ(form.texts, QStringList({"by program"}));
-}
-
-TEST_F(FormTestOfLife, NoHandlerRunsOnceTheUnloadRulesHaveRun) {
-  LivingForm& form = slot.Get();
   form.UnloadForm();
   form.box->setText("too late");
   form.button->click();
-  EXPECT_EQ(form.texts, QStringList());
+  EXPECT_EQ(form.texts, QStringList({"by program"}));
 }
 
-TEST_F(FormTestOfLife, UnloadCommitsWhatIsPendingAndLetsGoOfTheFile) {
+TEST_F(FormTestOfLife, UnloadCommitsWhatIsPendingOrShowsWhyNotAndLetsGoOfTheFile) {
   TestInstallation place;
   place.GivenStudy(1);
   place.GivenTasks(1, "P1", 1);
-  LivingForm& form = slot.Get();
-  auto* source = new DataControl("dtsorce2", &form);
-  source->SetDatabaseName(place.Study(1));
-  source->SetRecordSource(sources::RiskSql("P1"));
-  source->Refresh();
-  source->Recordset().Set("HazrdLoctn", "by the belt");
-  ASSERT_TRUE(QFile::exists(place.StudySign(1)));
-
-  form.UnloadForm();
-  EXPECT_EQ(place.Column(place.Study(1), "SELECT HazrdLoctn FROM Risk_records"),
-            QStringList({"by the belt"}));
-  EXPECT_FALSE(QFile::exists(place.StudySign(1)));
-}
-
-TEST_F(FormTestOfLife, CommitThatFailsAtTheUnloadIsShown) {
-  TestInstallation place;
-  place.GivenStudy(1);
-  place.GivenTasks(1, "P1", 1);
-  LivingForm& form = slot.Get();
-  auto* source = new DataControl("dtsorce2", &form);
-  source->SetDatabaseName(place.Study(1));
-  source->SetRecordSource(sources::RiskSql("P1"));
-  source->Refresh();
-  source->Recordset().Set("HazrdLoctn", "mine");
-  place.Exec(place.Study(1), "UPDATE Risk_records SET HazrdLoctn='theirs'");
-
-  desk.messages.ExpectTell(
-      Icon::kCritical, "BELTROVAN",
-      "Somebody else has changed HazrdLoctn of this record meanwhile. Their text stands; please "
-      "look at it and change it again if need be.\n\nHazrdLoctn\nTheirs: theirs\nYours: mine");
-  form.UnloadForm();
-  EXPECT_EQ(place.Column(place.Study(1), "SELECT HazrdLoctn FROM Risk_records"),
-            QStringList({"theirs"}));
-  EXPECT_FALSE(QFile::exists(place.StudySign(1)));
-  EXPECT_FALSE(slot.IsLoaded());
+  for (const QString stored : {"mine", "theirs"}) {
+    LivingForm& form = slot.Get();
+    auto* source = new DataControl("dtsorce2", &form);
+    source->SetDatabaseName(place.Study(1));
+    source->SetRecordSource(sources::RiskSql("P1"));
+    source->Refresh();
+    ASSERT_TRUE(QFile::exists(place.StudySign(1)));
+    source->Recordset().Set("HazrdLoctn", stored == "mine" ? "mine" : "mine too");
+    if (stored == "theirs") {
+      place.Exec(place.Study(1), "UPDATE Risk_records SET HazrdLoctn='theirs'");
+      desk.messages.ExpectTell(
+          Icon::kCritical, "BELTROVAN",
+          "Somebody else has changed HazrdLoctn of this record meanwhile. Their text stands; "
+          "please look at it and change it again if need be.\n\nHazrdLoctn\nTheirs: theirs\n"
+          "Yours: mine too");
+    }
+    form.UnloadForm();
+    EXPECT_EQ(place.Column(place.Study(1), "SELECT HazrdLoctn FROM Risk_records"),
+              QStringList{stored});
+    EXPECT_FALSE(QFile::exists(place.StudySign(1)));
+    EXPECT_FALSE(slot.IsLoaded());
+  }
 }
 
 TEST_F(FormTestOfLife, LoadSettlesTheComboBoxesOfTheForm) {

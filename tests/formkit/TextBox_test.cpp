@@ -48,13 +48,10 @@ TEST_F(TextBoxTest, TextIsPastedAsItStands) {
   EXPECT_EQ(box_.toPlainText(), "mine");
 }
 
-TEST_F(TextBoxTest, MarkupIsNotPasted) {
+TEST_F(TextBoxTest, MarkupIsNotPastedNorAnythingIntoAReadOnlyBox) {
   Offer("text/markdown", "**yours**");
   box_.paste();
   EXPECT_EQ(box_.toPlainText(), "mine");
-}
-
-TEST_F(TextBoxTest, ReadOnlyBoxTakesNothing) {
   clipboard_.setText("yours");
   box_.setReadOnly(true);
   box_.paste();
