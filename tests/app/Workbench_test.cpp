@@ -7,13 +7,12 @@
 #include <QSignalSpy>
 
 #include "support/FakePlatform.h"
+#include "support/Files.h"
 #include "support/FormHands.h"
 #include "support/TestInstallation.h"
 
 namespace kestrix {
 namespace {
-
-const QString kFilesMissing = QStringLiteral("BELTROVAN: Files missing");
 
 /// The whole program on a desktop of fakes, worked through its forms.
 class WorkbenchTest : public ::testing::Test, public TestInstallation {
@@ -54,6 +53,20 @@ class WorkbenchTest : public ::testing::Test, public TestInstallation {
     GivenTask(1, {{"Project_Number", "P-1"}, {"FuntnTaskMachry", "Load"}});
     GivenTask(1, {{"Project_Number", "P-1"}, {"FuntnTaskMachry", "Set"}});
   }
+  void StartWithPressShop() {
+    GivenPressShop();
+    Start();
+  }
+  /// On the form of the organisations.
+  void PickPressShop() {
+    hands->Choose("mnuDatamnfrm");
+    hands->Pick("orgnmecbo", "Press shop");
+  }
+  /// The next box tells that files are missing.
+  void ExpectMissing(const QString& more = {}) {
+    desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN: Files missing",
+                             "More files required run setup/Installed Files missing" + more);
+  }
   void OpenTasks() {
     OpenOrganisation("Press shop");
     hands->Click("simultn1");
@@ -83,9 +96,7 @@ TEST_F(WorkbenchTest, AFrameThatCannotBeLoadedEndsTheRun) {
 }
 
 TEST_F(WorkbenchTest, YesToTheHomePageEndsTheRunAndNoDoesnt) {
-  QFile program(Folder() + "/../kestrixmodule.exe");
-  ASSERT_TRUE(program.open(QIODevice::WriteOnly));
-  program.close();
+  WriteFile(Folder() + "/../kestrixmodule.exe", "program");
   const Message question =
       Ask(Icon::kInformation, "BELTROVAN", "Wish to close Risk Assessment Module?", Button::kYes);
   Start();
@@ -117,8 +128,7 @@ TEST_F(WorkbenchTest, ANewOrganisationIsStoredAndOpenedWithItsStudy) {
 }
 
 TEST_F(WorkbenchTest, FromProjectToTasksToEstimationAndBack) {
-  GivenPressShop();
-  Start();
+  StartWithPressShop();
   OpenTasks();
   EXPECT_EQ(Shown("mnfrm"), nullptr);
   EXPECT_EQ(hands->TextOf("ESINoLBLCp"), "P-1");
@@ -141,8 +151,7 @@ TEST_F(WorkbenchTest, FromProjectToTasksToEstimationAndBack) {
 }
 
 TEST_F(WorkbenchTest, ClosingTheProjectFormReturnsToTheFrameAlone) {
-  GivenPressShop();
-  Start();
+  StartWithPressShop();
   OpenOrganisation("Press shop");
   hands->Click("clsdfrm");
   EXPECT_EQ(Front(), "frmMain");
@@ -152,8 +161,7 @@ TEST_F(WorkbenchTest, ClosingTheProjectFormReturnsToTheFrameAlone) {
 }
 
 TEST_F(WorkbenchTest, LeavingTheOrganisationsBringsUpTheProjectFormWithoutAProject) {
-  GivenPressShop();
-  Start();
+  StartWithPressShop();
   hands->Choose("mnuDatamnfrm");
   hands->Click("clsed");
   EXPECT_EQ(Front(), "mnfrm");
@@ -182,8 +190,7 @@ TEST_F(WorkbenchTest, TheHistoryOpensTheOrganisationOpenedLast) {
 }
 
 TEST_F(WorkbenchTest, TheOrganisationFormKeepsTheFrontUntilItGoes) {
-  GivenPressShop();
-  Start();
+  StartWithPressShop();
   QWidget* frame = Shown("frmMain");
   hands->Choose("mnuDatamnfrm");
   ASSERT_EQ(Front(), "Orgfrm");
@@ -211,8 +218,7 @@ TEST_F(WorkbenchTest, AnotherOrganisationIsOpenedFromTheProjectForm) {
 }
 
 TEST_F(WorkbenchTest, LeavingTheOrganisationsWithoutAChoiceKeepsTheOneInWork) {
-  GivenPressShop();
-  Start();
+  StartWithPressShop();
   OpenOrganisation("Press shop");
   hands->Click("nworg");
   desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN: Data required",
@@ -229,8 +235,7 @@ TEST_F(WorkbenchTest, LeavingTheOrganisationsWithoutAChoiceKeepsTheOneInWork) {
 }
 
 TEST_F(WorkbenchTest, LinkedFilesComeUpOverTheProjectForm) {
-  GivenPressShop();
-  Start();
+  StartWithPressShop();
   OpenOrganisation("Press shop");
   hands->Click("LnkDwgs");
   EXPECT_EQ(Front(), "tagdwgsfrm");
@@ -250,8 +255,7 @@ TEST_F(WorkbenchTest, TheListsAreEditedWithNoOrganisationOpen) {
 }
 
 TEST_F(WorkbenchTest, AFormClosedByItsTitleBarLeavesTheFrameAloneUntilThatIsPressed) {
-  GivenPressShop();
-  Start();
+  StartWithPressShop();
   OpenTasks();
   hands->Click("RiskEsmtBtn");
   ASSERT_EQ(Front(), "RiskEstimtn");
@@ -416,8 +420,7 @@ TEST_F(WorkbenchTest, ACancelledFolderLeadsBackToTheBackupAndOutOfARestore) {
 }
 
 TEST_F(WorkbenchTest, ClosingTheFrameEndsTheRunWhateverIsOpen) {
-  GivenPressShop();
-  Start();
+  StartWithPressShop();
   OpenOrganisation("Press shop");
   hands->Click("nworg");
   ASSERT_EQ(Front(), "Orgfrm");
@@ -434,49 +437,29 @@ TEST_F(WorkbenchTest, ClosingTheFrameEndsTheRunWhateverIsOpen) {
 }
 
 TEST_F(WorkbenchTest, ADamagedRegisterEndsInTheNotice) {
-  QFile damaged(Register());
-  ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
-  damaged.write("no database");
-  damaged.close();
   Start();
-  desk.messages.ExpectTell(Icon::kCritical, kFilesMissing,
-                           "More files required run setup/Installed Files missing");
+  WriteFile(Register(), "no database");
+  ExpectMissing();
   hands->Choose("mnuDatamnfrm");
-  EXPECT_EQ(Front(), "reqfrm");
+  ASSERT_EQ(Front(), "reqfrm");
   EXPECT_EQ(Shown("mnfrm"), nullptr);
+  EXPECT_EQ(Shown("reqfrm")->windowModality(), Qt::ApplicationModal);
+  hands->CloseBox(*Shown("reqfrm"));
+  EXPECT_EQ(Front(), "frmMain") << "closed by its title bar it leaves the frame";
+  EXPECT_EQ(ended->count(), 0);
+  ExpectMissing();
+  hands->Choose("mnuDatamnfrm");
   hands->Click("runsetp");
   FormHands::Settle();
   EXPECT_EQ(ended->count(), 1);
 }
 
-TEST_F(WorkbenchTest, ANoticeThatIsClosedByItsTitleBarLeavesTheFrame) {
-  Start();
-  QFile damaged(Register());
-  ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
-  damaged.write("no database");
-  damaged.close();
-  desk.messages.ExpectTell(Icon::kCritical, kFilesMissing,
-                           "More files required run setup/Installed Files missing");
-  hands->Choose("mnuDatamnfrm");
-  ASSERT_EQ(Front(), "reqfrm");
-  EXPECT_EQ(Shown("reqfrm")->windowModality(), Qt::ApplicationModal);
-  hands->CloseBox(*Shown("reqfrm"));
-  EXPECT_EQ(Front(), "frmMain");
-  EXPECT_EQ(ended->count(), 0);
-}
-
 TEST_F(WorkbenchTest, DamagedListsEndInTheNoticeWithoutTheFrame) {
   GivenPressShop();
-  QFile damaged(Lists());
-  ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
-  damaged.write("no database");
-  damaged.close();
+  WriteFile(Lists(), "no database");
   Start();
-  hands->Choose("mnuDatamnfrm");
-  hands->Pick("orgnmecbo", "Press shop");
-  desk.messages.ExpectTell(Icon::kCritical, kFilesMissing,
-                           "More files required run setup/Installed Files missing/Requires MS "
-                           "Office installed");
+  PickPressShop();
+  ExpectMissing("/Requires MS Office installed");
   hands->Click("clsd");
   EXPECT_EQ(Front(), "reqfrm");
   EXPECT_EQ(Shown("frmMain"), nullptr);
@@ -487,13 +470,10 @@ TEST_F(WorkbenchTest, DamagedListsEndInTheNoticeWithoutTheFrame) {
 }
 
 TEST_F(WorkbenchTest, TasksThatCannotBeOpenedEndTheSessionWithTheirMessage) {
-  GivenPressShop();
-  Start();
+  StartWithPressShop();
   OpenOrganisation("Press shop");
   bench->session().TaskPosition = 5;
-  desk.messages.ExpectTell(Icon::kCritical, kFilesMissing,
-                           "More files required run setup/Installed Files missing/Requires MS "
-                           "Office installed");
+  ExpectMissing("/Requires MS Office installed");
   hands->Click("simultn1");
   FormHands::Settle();
   EXPECT_EQ(desk.messages.Beeps(), 1);
@@ -503,16 +483,13 @@ TEST_F(WorkbenchTest, TasksThatCannotBeOpenedEndTheSessionWithTheirMessage) {
 TEST_F(WorkbenchTest, AStudyThatWasInUseWhenItWasOpenedBarsTheDeleteForTheRun) {
   GivenPressShop();
   OtherProcess other(Study(1));
-  QFile sign(StudySign(1));
-  ASSERT_TRUE(sign.open(QIODevice::WriteOnly));
-  sign.close();
+  WriteFile(StudySign(1), {});
   Start();
   OpenOrganisation("Press shop");
   EXPECT_EQ(bench->session().OtherUserMark, 2);
   hands->Click("clsdfrm");
   EXPECT_FALSE(QFile::exists(StudySign(1)));
-  hands->Choose("mnuDatamnfrm");
-  hands->Pick("orgnmecbo", "Press shop");
+  PickPressShop();
   desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN",
                            "All users need to logout/Close/Exit Risk Assessment module and needs "
                            "to be reopened by only one user to delete records.");
@@ -521,18 +498,13 @@ TEST_F(WorkbenchTest, AStudyThatWasInUseWhenItWasOpenedBarsTheDeleteForTheRun) {
 }
 
 TEST_F(WorkbenchTest, WhoCameIntoTheStudyBehindTheQuestionDoesntStopTheRow) {
-  GivenPressShop();
-  Start();
-  hands->Choose("mnuDatamnfrm");
-  hands->Pick("orgnmecbo", "Press shop");
+  StartWithPressShop();
+  PickPressShop();
   desk.messages
       .Expect(Ask(Icon::kCritical, "BELTROVAN: Delete record",
                   "Wish to delete Organization [Press shop] from records?"))
       .Answer(Button::kYes)
-      .WhileOpen([&] {
-        QFile sign(StudySign(1));
-        EXPECT_TRUE(sign.open(QIODevice::WriteOnly));
-      });
+      .WhileOpen([&] { WriteFile(StudySign(1), {}); });
   // To let go of the study the project form is loaded, which shows itself and unloads this form;
   // the message gives it the time to.
   desk.messages
@@ -557,12 +529,10 @@ TEST_F(WorkbenchTest, WhoCameIntoTheStudyBehindTheQuestionDoesntStopTheRow) {
 }
 
 TEST_F(WorkbenchTest, ARegisterThatGotLostEndsAProjectsWayToItInTheNotice) {
-  GivenPressShop();
-  Start();
+  StartWithPressShop();
   OpenOrganisation("Press shop");
   ASSERT_TRUE(QFile::remove(Register()));
-  desk.messages.ExpectTell(Icon::kCritical, kFilesMissing,
-                           "More files required run setup/Installed Files missing");
+  ExpectMissing();
   hands->Click("nworg");
   EXPECT_EQ(Front(), "reqfrm");
   EXPECT_EQ(Shown("Orgfrm"), nullptr);
@@ -571,10 +541,8 @@ TEST_F(WorkbenchTest, ARegisterThatGotLostEndsAProjectsWayToItInTheNotice) {
 }
 
 TEST_F(WorkbenchTest, ADeletedOrganisationIsGoneWithItsStudyAndItsNumberIsUsedAgain) {
-  GivenPressShop();
-  Start();
-  hands->Choose("mnuDatamnfrm");
-  hands->Pick("orgnmecbo", "Press shop");
+  StartWithPressShop();
+  PickPressShop();
   desk.messages.ExpectAsk(Icon::kCritical, "BELTROVAN: Delete record",
                           "Wish to delete Organization [Press shop] from records?", Button::kYes);
   hands->Click("delte");

@@ -1,6 +1,5 @@
 #include <fcntl.h>
 #include <signal.h>
-#include <sqlite3.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -83,16 +82,15 @@ TEST_F(BackupWorkerFaultsTest, MissingListsEndABackupWithoutAMessage) {
   EXPECT_TRUE(desk.messages.Shown().isEmpty());
 }
 
-TEST_F(BackupWorkerFaultsTest, OrganisationThatWasNeverOpenedHasNothingToCopy) {
-  installation.GivenOrganisation("Never opened", 0);
-  EXPECT_EQ(FailureOfRun(), failure::kFileNotFound);
-  EXPECT_TRUE(QFileInfo::exists(InDated("Prj2")));
-}
-
-TEST_F(BackupWorkerFaultsTest, ChosenFolderThatIsGoneEndsABackup) {
+TEST_F(BackupWorkerFaultsTest,
+       ChosenFolderThatIsGoneAndAnOrganisationThatWasNeverOpenedEndABackup) {
   ASSERT_TRUE(QDir(session.BackupFolder).removeRecursively());
   EXPECT_EQ(FailureOfRun(), failure::kPathNotFound);
   EXPECT_TRUE(steps.isEmpty());
+  (void)Place("sets");
+  installation.GivenOrganisation("Never opened", 0);
+  EXPECT_EQ(FailureOfRun(), failure::kFileNotFound) << "it has nothing to copy";
+  EXPECT_TRUE(QFileInfo::exists(InDated("Prj2")));
 }
 
 TEST_F(BackupWorkerFaultsTest, FixedFileThatDidNotArriveIsToldAndEndsTheBackup) {
@@ -147,7 +145,6 @@ TEST_F(BackupWorkerFaultsTest, StudyThatSomebodyIsWritingForTooLongEndsABackup) 
 }
 
 TEST_F(BackupWorkerFaultsTest, BackupDuringAnotherUsersWorkIsWholeAndLacksNothingCommittedBefore) {
-  const QByteArray study = installation.Study(1).toUtf8();
   // The writer counts here, in memory of both processes, each pair of rows once it is committed.
   void* shared = ::mmap(nullptr, sizeof(std::atomic<int>), PROT_READ | PROT_WRITE,
                         MAP_SHARED | MAP_ANONYMOUS, -1, 0);
@@ -156,13 +153,11 @@ TEST_F(BackupWorkerFaultsTest, BackupDuringAnotherUsersWorkIsWholeAndLacksNothin
   const pid_t child = ::fork();
   ASSERT_GE(child, 0);
   if (child == 0) {
-    sqlite3* handle = nullptr;
-    sqlite3_open_v2(study.constData(), &handle, SQLITE_OPEN_READWRITE, nullptr);
-    sqlite3_busy_timeout(handle, 10'000);
-    constexpr auto kPair =
-        "BEGIN IMMEDIATE; INSERT INTO Risk_records(Project_Number) VALUES('W');"
-        "INSERT INTO Risk_records(Project_Number) VALUES('W'); COMMIT";
-    while (sqlite3_exec(handle, kPair, nullptr, nullptr, nullptr) == SQLITE_OK) ++committed;
+    const OtherUser writer(installation.Study(1));
+    while (
+        writer.Exec("BEGIN IMMEDIATE; INSERT INTO Risk_records(Project_Number) VALUES('W');"
+                    "INSERT INTO Risk_records(Project_Number) VALUES('W'); COMMIT"))
+      ++committed;
     ::_exit(1);
   }
   const QString copy = InDated("ktx_RskSmt1.kbp");
@@ -322,15 +317,16 @@ TEST_F(BackupWorkerFaultsTest, PicturesThatCannotBeDeletedAreToldAndTheRestoreGo
   EXPECT_FALSE(desk.files.Log().contains("DeleteFolder " + installation.PictureFolder(2)));
 }
 
-TEST_F(BackupWorkerFaultsTest, OtherTroubleWithThePicturesEndsTheRestore) {
+TEST_F(BackupWorkerFaultsTest, RegisterThatDidNotArriveInARestoreIsToldAndOtherTroubleEndsIt) {
   GivenSet();
-  desk.files.FailNext(FileAction::kDeleteFolder, "Prj1", failure::kDeviceError);
-  EXPECT_EQ(FailureOfRun(), failure::kDeviceError);
-  EXPECT_TRUE(steps.isEmpty());
-}
-
-TEST_F(BackupWorkerFaultsTest, RegisterThatDidNotArriveInARestoreIsTold) {
-  GivenSet();
+  for (const auto& [action, part, number] :
+       {std::tuple(FileAction::kDeleteFolder, "Prj1", failure::kDeviceError),
+        // Once behind the pictures that go, once behind the copies.
+        std::tuple(FileAction::kEndBatch, "", failure::kDiskFull)}) {
+    desk.files.FailNext(action, part, number);
+    EXPECT_EQ(FailureOfRun(), number);
+    EXPECT_TRUE(steps.isEmpty());
+  }
   desk.files.PretendMissing("orgtn.mdb");
   ExpectTrouble("Restore");
   EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
@@ -380,14 +376,6 @@ TEST_F(BackupWorkerFaultsTest, FullDiskInARestoreLeavesTheOldStudyWhole) {
   const QByteArray study = ReadFile(installation.Study(2));
   EXPECT_EQ(ReportOnFullDisk(), "failure 61");
   EXPECT_EQ(ReadFile(installation.Study(2)), study);
-}
-
-TEST_F(BackupWorkerFaultsTest, DiskThatIsFullAtTheEndOfARestoreIsAFailureToo) {
-  GivenSet();
-  // Once behind the pictures that go, once behind the copies.
-  desk.files.FailNext(FileAction::kEndBatch, "", failure::kDiskFull);
-  EXPECT_EQ(FailureOfRun(), failure::kDiskFull);
-  EXPECT_TRUE(steps.isEmpty());
 }
 
 TEST_F(BackupWorkerFaultsTest, StudyThatSomebodyIsWritingStaysAsItIs) {

@@ -37,6 +37,11 @@ TEST_F(BackupWorkerTest, EachFinishedStepIsToldAndTheSessionHoldsThem) {
   EXPECT_EQ(percent, 100);
   EXPECT_EQ(session.OrgRowCount, 2);
   EXPECT_EQ(session.BackupStepTotal, 4);
+  EXPECT_EQ(session.LoopIndex, 5) << "behind the last step";
+  desk.files.PretendMissing("ktx_RskSmt_A.kbp");
+  ExpectTrouble("Backup");
+  Run();
+  EXPECT_EQ(session.LoopIndex, 2);
 }
 
 TEST_F(BackupWorkerTest, PercentIsRoundedAndAHalfGoesUp) {
@@ -76,7 +81,7 @@ TEST_F(BackupWorkerTest, SecondBackupOfADayOverwritesWithoutAQuestion) {
 class BackupWorkerReplaceTest : public BackupTest,
                                 public ::testing::WithParamInterface<const char*> {};
 
-TEST_P(BackupWorkerReplaceTest, FolderWithOneFixedFileIsLeftAloneWhenTheUserRefuses) {
+TEST_P(BackupWorkerReplaceTest, FolderWithOneFixedFileIsLeftAloneWhenTheUserRefusesAndElseSplit) {
   GivenFullOrganisation("Press shop", 1);
   WriteFile(InSet(GetParam()), "an older set");
   const Tree before = TreeOf(session.BackupFolder);
@@ -85,11 +90,6 @@ TEST_P(BackupWorkerReplaceTest, FolderWithOneFixedFileIsLeftAloneWhenTheUserRefu
   EXPECT_EQ(TreeOf(session.BackupFolder), before);
   EXPECT_EQ(session.MsgAnswer, Button::kNo);
   EXPECT_TRUE(steps.isEmpty());
-}
-
-TEST_P(BackupWorkerReplaceTest, AReplacedSetIsSplit) {
-  GivenFullOrganisation("Press shop", 1);
-  WriteFile(InSet(GetParam()), "an older set");
   ExpectOverwriteQuestion(Button::kYes);
   EXPECT_EQ(Run(), BackupWorker::End::kAtEnd);
   EXPECT_EQ(TreeOf(session.BackupFolder).keys(),
@@ -117,6 +117,10 @@ TEST_F(BackupWorkerTest, RegisterOf326RowsOverflowsBehindItsLastCopy) {
   EXPECT_EQ(steps.size(), 327);
   EXPECT_TRUE(QFileInfo(InDated("Prj326")).isDir());
   EXPECT_EQ(ReadFile(InDated("ktx_RskSmt326.kbp")), ReadFile(installation.Study(326)));
+  Exec(installation.Study(326), "INSERT INTO Project_details(Project_Number) VALUES('later')");
+  ForRestoreOfToday();
+  EXPECT_EQ(FailureOfRun(), failure::kOverflow) << "so does its restore";
+  EXPECT_EQ(ReadFile(installation.Study(326)), ReadFile(InSet("ktx_RskSmt326.kbp")));
 }
 
 TEST_F(BackupWorkerTest, RegisterOf328RowsLosesItsLastTwo) {
@@ -216,16 +220,6 @@ TEST_F(BackupWorkerTest, NothingIsChangedOutsideOfTheRunnerSoThatTheWindowStaysA
   EXPECT_EQ(inside, log.size());
 }
 
-TEST_F(BackupWorkerTest, SharedIndexStandsBehindTheLastStep) {
-  GivenFullOrganisation("Press shop", 1);
-  Run();
-  EXPECT_EQ(session.LoopIndex, 4);
-  desk.files.PretendMissing("ktx_RskSmt_A.kbp");
-  ExpectTrouble("Backup");
-  Run();
-  EXPECT_EQ(session.LoopIndex, 2);
-}
-
 TEST_F(BackupWorkerTest, TimesOfTheFilesAreKept) {
   GivenFullOrganisation("Press shop", 1);
   const QDateTime time(QDate(2009, 8, 7), QTime(6, 5, 4));
@@ -268,15 +262,6 @@ TEST_F(BackupWorkerTest, RestoreOfAnEmptySetClearsThePicturesAndReplacesTheFixed
   EXPECT_EQ(ReadFile(installation.Register()), set_register);
   EXPECT_TRUE(QFileInfo::exists(installation.Study(1)));
   EXPECT_FALSE(QFileInfo::exists(installation.PictureFolder(1)));
-}
-
-TEST_F(BackupWorkerTest, RestoreOf326OrganisationsOverflowsBehindItsLastCopy) {
-  GivenManyOrganisations(326);
-  EXPECT_EQ(FailureOfRun(), failure::kOverflow);
-  Exec(installation.Study(326), "INSERT INTO Project_details(Project_Number) VALUES('later')");
-  ForRestoreOfToday();
-  EXPECT_EQ(FailureOfRun(), failure::kOverflow);
-  EXPECT_EQ(ReadFile(installation.Study(326)), ReadFile(InSet("ktx_RskSmt326.kbp")));
 }
 
 }  // namespace

@@ -50,13 +50,15 @@ TEST_F(BkUpfrmTest, OpensForABackupWithTheOrganisationsOfTheRegister) {
   EXPECT_EQ(TextOf("pctdsp"), "0 % complete");
   EXPECT_EQ(BarWidth(), 1);
   EXPECT_EQ(desk.files.CurrentFolder(), installation.Folder());
-}
-
-TEST_F(BkUpfrmTest, MenuSetsTheCaptionsOfABackup) {
+  form.close();
+  Settle();
   ChooseBackup();
   EXPECT_EQ(Window().windowTitle(), " BELTROVAN: Backup Risk Assessment files");
   EXPECT_EQ(TextOf("orgmnelbl"), "LIST of Name of Organization / Section to Backup:");
   EXPECT_EQ(TextOf("clsd"), "&Select folder");
+  Click("clsed");
+  EXPECT_FALSE(backup.IsLoaded());
+  EXPECT_FALSE(folders.IsLoaded());
 }
 
 TEST_F(BkUpfrmTest, MissingRegisterIsToldAndTheFormStays) {
@@ -69,23 +71,22 @@ TEST_F(BkUpfrmTest, MissingRegisterIsToldAndTheFormStays) {
   EXPECT_EQ(notices, 0);
 }
 
-TEST_F(BkUpfrmTest, DamagedRegisterEndsTheLoadWithTheNotice) {
-  WriteFile(installation.Register(), "no database");
-  ForBackup();
-  ExpectFailedLoad();
-  backup.Get().ShowForm();
-  Settle();
-  EXPECT_FALSE(backup.IsLoaded());
-  EXPECT_EQ(notices, 1);
-}
-
-TEST_F(BkUpfrmTest, ApplicationFolderThatIsGoneEndsTheLoad) {
+TEST_F(BkUpfrmTest, DamagedRegisterOrAnApplicationFolderThatIsGoneEndsTheLoadWithTheNotice) {
+  const auto expect_failed_load = [this](int so_far) {
+    ExpectFailedLoad();
+    backup.Get().ShowForm();
+    Settle();
+    EXPECT_FALSE(backup.IsLoaded());
+    EXPECT_EQ(notices, so_far);
+  };
   ForBackup();
   desk.files.FailNext(FileAction::kChangeFolder, "", failure::kPathNotFound);
-  ExpectFailedLoad();
-  backup.Get();
-  EXPECT_FALSE(backup.IsLoaded());
-  EXPECT_EQ(notices, 1);
+  expect_failed_load(1);
+  WriteFile(installation.Register(), "no database");
+  expect_failed_load(2);
+  WriteFile(InSet("ktx_RskSmt.kbp"), "no database");
+  ForRestore();
+  expect_failed_load(3);
 }
 
 TEST_F(BkUpfrmTest, BackupGoesFromCaptionToCaption) {
@@ -112,15 +113,6 @@ TEST_F(BkUpfrmTest, BackupGoesFromCaptionToCaption) {
 
   Click("clsd");
   EXPECT_FALSE(backup.IsLoaded());
-}
-
-TEST_F(BkUpfrmTest, EmptyRegisterIsBackedUpAllTheSame) {
-  ChooseBackupInto(Place("sets"));
-  EXPECT_EQ(ItemsOf("BKList1"), QStringList());
-  Click("clsd");
-  EXPECT_EQ(TextOf("clsd"), "&Backup complete");
-  EXPECT_EQ(BarWidth(), WholeBarWidth());
-  EXPECT_TRUE(QFile::exists(InDated("ktx_RskSmt_A.kbp")));
 }
 
 TEST_F(BkUpfrmTest, RefusedReplacementLeadsBackToTheFolder) {
@@ -154,6 +146,9 @@ TEST_F(BkUpfrmTest, BackupStoppedByItsMessageIsCalledComplete) {
   Click("clsd");
   EXPECT_EQ(TextOf("clsd"), "&Backup complete");
   EXPECT_EQ(TextOf("pctdsp"), "33 % complete");
+  Window().resize(Window().width() + 200, Window().height());
+  Settle();
+  EXPECT_NEAR(BarWidth(), WholeBarWidth() / 3.0, 1) << "the bar keeps its share";
   EXPECT_FALSE(QFile::exists(InDated("ktx_RskSmt1.kbp")));
 }
 
@@ -179,20 +174,21 @@ TEST_F(BkUpfrmTest, BackupWithoutARegisterFailsAsAnyOther) {
   EXPECT_FALSE(backup.IsLoaded());
 }
 
-TEST_F(BkUpfrmTest, RestoreShowsTheOrganisationsOfTheSetAndTouchesNothingYet) {
+TEST_F(BkUpfrmTest,
+       RestoreShowsTheOrganisationsOfTheSetBeforeItTouchesAnythingAndGoesFromCaptionToCaption) {
   const QString set = GivenSetOfOthers();
+  // A link in place of the temporary copy is replaced and not followed.
+  WriteFile(installation.Outside("mine"), "must stay");
+  ASSERT_TRUE(QFile::link(installation.Outside("mine"), installation.Outside("orgtn.mdb")));
   const Tree before = TreeOf(Data());
   ChooseRestoreOf(set);
   EXPECT_EQ(ItemsOf("BKList1"), (QStringList{"Press shop", "Foundry"}));
   EXPECT_EQ(TextOf("clsd"), "&Restore Study files");
   EXPECT_EQ(TipOf("clsd"), "Restore Study files");
   EXPECT_EQ(TreeOf(Data()), before);
+  EXPECT_EQ(ReadFile(installation.Outside("mine")), "must stay");
   EXPECT_EQ(ReadFile(installation.Outside("orgtn.mdb")), ReadFile(set + "/ktx_RskSmt.kbp"));
-}
 
-TEST_F(BkUpfrmTest, RestoreGoesFromCaptionToCaption) {
-  const QString set = GivenSetOfOthers();
-  ChooseRestoreOf(set);
   Click("clsd");
   EXPECT_EQ(TextOf("clsd"), "&Study files Restored complete");
   EXPECT_EQ(TipOf("clsd"), "Study files Restored complete");
@@ -241,24 +237,6 @@ TEST_F(BkUpfrmTest, MissingSetIsToldAtTheLoadOfARestore) {
   EXPECT_EQ(desk.messages.Beeps(), 1);
   EXPECT_TRUE(form.isVisible());
   EXPECT_EQ(ItemsOf("BKList1"), QStringList());
-}
-
-TEST_F(BkUpfrmTest, DamagedRegisterOfASetEndsTheLoadWithTheNotice) {
-  WriteFile(InSet("ktx_RskSmt.kbp"), "no database");
-  ForRestore();
-  ExpectFailedLoad();
-  backup.Get();
-  EXPECT_FALSE(backup.IsLoaded());
-  EXPECT_EQ(notices, 1);
-}
-
-TEST_F(BkUpfrmTest, LinkInPlaceOfTheTemporaryCopyIsReplacedAndNotFollowed) {
-  const QString set = GivenSetOfOthers();
-  WriteFile(installation.Outside("mine"), "must stay");
-  ASSERT_TRUE(QFile::link(installation.Outside("mine"), installation.Outside("orgtn.mdb")));
-  ChooseRestoreOf(set);
-  EXPECT_EQ(ReadFile(installation.Outside("mine")), "must stay");
-  EXPECT_EQ(ItemsOf("BKList1").size(), 2);
 }
 
 TEST_F(BkUpfrmTest, CopyRunsBesideTheEventsAndTheFormCannotBeClosedMeanwhile) {
@@ -323,17 +301,6 @@ TEST_F(BkUpfrmOnDisplayTest, KeyThatWaitedForTheEndOfTheCopyingPressesNothing) {
   EXPECT_TRUE(HasFocus("clsd"));
 }
 
-TEST_F(BkUpfrmTest, BarKeepsItsShareWhenTheFormIsMadeWider) {
-  GivenFullOrganisation("Press shop", 1);
-  ChooseBackupInto(Place("sets"));
-  desk.files.PretendMissing("ktx_RskSmt_A.kbp");
-  ExpectTrouble("Backup");
-  Click("clsd");
-  Window().resize(Window().width() + 200, Window().height());
-  Settle();
-  EXPECT_NEAR(BarWidth(), WholeBarWidth() / 3.0, 1);
-}
-
 class BkUpfrmReservedTest : public BkUpfrmTest, public ::testing::WithParamInterface<qint16> {};
 
 TEST_P(BkUpfrmReservedTest, ReservedModeShowsItsTwoLinesAndDoesNothing) {
@@ -352,30 +319,18 @@ TEST_P(BkUpfrmReservedTest, ReservedModeShowsItsTwoLinesAndDoesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(EachMode, BkUpfrmReservedTest, ::testing::Values(2, 3));
 
-class BkUpfrmCaptionTest : public BkUpfrmTest, public ::testing::WithParamInterface<const char*> {};
-
-TEST_P(BkUpfrmCaptionTest, ToolTipFollowsTheCaptionWhenTheFormComesToTheFront) {
+TEST_F(BkUpfrmTest, ToolTipFollowsTheCaptionWhenTheFormComesToTheFront) {
   auto& form = Open<BkUpfrm>();
-  const QString tip = GetParam();
-  Control<QPushButton>("clsd").setText('&' + tip);
-  Control<QPushButton>("clsd").setToolTip("stale");
-  form.HideForm();
-  Settle();
-  form.ShowForm();
-  Settle();
-  EXPECT_EQ(TipOf("clsd"), tip);
-}
-
-INSTANTIATE_TEST_SUITE_P(EachCaption, BkUpfrmCaptionTest,
-                         ::testing::Values("Select folder", "Backup Study files", "Backup complete",
-                                           "Restore Study files"),
-                         [](const auto& row) { return "Caption" + std::to_string(row.index + 1); });
-
-TEST_F(BkUpfrmTest, ExitUnloadsTheForm) {
-  ChooseBackup();
-  Click("clsed");
-  EXPECT_FALSE(backup.IsLoaded());
-  EXPECT_FALSE(folders.IsLoaded());
+  for (const QString tip :
+       {"Select folder", "Backup Study files", "Backup complete", "Restore Study files"}) {
+    Control<QPushButton>("clsd").setText('&' + tip);
+    Control<QPushButton>("clsd").setToolTip("stale");
+    form.HideForm();
+    Settle();
+    form.ShowForm();
+    Settle();
+    EXPECT_EQ(TipOf("clsd"), tip);
+  }
 }
 
 TEST_F(BkUpfrmTest, ExitLeadsToTheFolderWhenBothModesAreOne) {
@@ -389,15 +344,11 @@ TEST_F(BkUpfrmTest, ExitLeadsToTheFolderWhenBothModesAreOne) {
   EXPECT_TRUE(folders.IsLoaded());
 }
 
-TEST_F(BkUpfrmTest, FormTakesTheFrontBackFromAnother) {
+TEST_F(BkUpfrmTest, FormTakesTheFrontBackFromAnotherButNotFromItsFolderDialog) {
   ChooseBackup();
   const auto& other = Open<SessionForm>();
   EXPECT_TRUE(other.isVisible());
   EXPECT_TRUE(backup.IfLoaded()->isActiveWindow());
-}
-
-TEST_F(BkUpfrmTest, FolderDialogAndFormDoNotFightForTheFront) {
-  ChooseBackup();
   folders.Get().ShowForm();
   Settle();
   EXPECT_TRUE(folders.IfLoaded()->isActiveWindow());
@@ -421,6 +372,7 @@ TEST_F(BkUpfrmTest, WorksByKeysAlone) {
 
 TEST_F(BkUpfrmTest, ReturnPressesTheButtonOfTheStateAndEscapeLeadsOut) {
   ChooseBackup();
+  EXPECT_EQ(ItemsOf("BKList1"), QStringList()) << "an empty register is backed up all the same";
   EXPECT_TRUE(Control<QPushButton>("clsd").isDefault());
   PressKey(Qt::Key_Return);
   ASSERT_TRUE(folders.IsLoaded());
@@ -428,6 +380,8 @@ TEST_F(BkUpfrmTest, ReturnPressesTheButtonOfTheStateAndEscapeLeadsOut) {
   ASSERT_EQ(TextOf("clsd"), "&Backup Study files");
   PressKey(Qt::Key_Return);
   EXPECT_EQ(TextOf("clsd"), "&Backup complete");
+  EXPECT_EQ(BarWidth(), WholeBarWidth());
+  EXPECT_TRUE(QFile::exists(InDated("ktx_RskSmt_A.kbp")));
   PressKey(Qt::Key_Escape);
   EXPECT_FALSE(backup.IsLoaded());
 }

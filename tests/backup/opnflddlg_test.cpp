@@ -133,12 +133,6 @@ TEST_F(opnflddlgTest, UnreadableDocumentsLeadToTheDrive) {
   ExpectIsIn("/");
 }
 
-TEST_F(opnflddlgTest, RestoreCannotMakeFolders) {
-  OpenForRestore();
-  EXPECT_FALSE(IsVisible("crtfldbtn"));
-  EXPECT_FALSE(IsVisible("crtfldnme"));
-}
-
 TEST_F(opnflddlgTest, ListShowsTheWayDownAndTheFoldersBelow) {
   Place("documents/Zeta");
   Place("documents/alpha");
@@ -171,9 +165,12 @@ TEST_F(opnflddlgTest, OpenFolderStandsOutAndSelectNamesIt) {
             "Select " + documents_ + "/<b>below");
 }
 
-TEST_F(opnflddlgTest, DoubleClickWalksDownAndUp) {
+TEST_F(opnflddlgTest, DoubleClickWalksDownAndUpAndASingleOneOpensNothing) {
   Place("documents/it's/Цех №4");
   OpenForBackup();
+  session.BackupFolder = "stale";
+  ClickFolder("it's");
+  ExpectIsIn(documents_);
   OpenRow("it's");
   ExpectIsIn(documents_ + "/it's");
   OpenRow("Цех №4");
@@ -184,35 +181,28 @@ TEST_F(opnflddlgTest, DoubleClickWalksDownAndUp) {
   ExpectIsIn("/");
 }
 
-TEST_F(opnflddlgTest, KeysWalkToo) {
+TEST_F(opnflddlgTest, KeysWalkReturnSelectsAndEscapeCancels) {
   Place("documents/below");
   OpenForBackup();
   Control<QWidget>("ktxDir").setFocus();
   PressKey(Qt::Key_Down);
   PressKey(Qt::Key_Return);
   ExpectIsIn(documents_ + "/below");
-}
-
-TEST_F(opnflddlgTest, ReturnSelectsTheOpenFolderAndEscapeCancels) {
-  OpenForBackup();
+  // Return presses the button that has the focus, else it selects the open folder.
   EXPECT_TRUE(Control<QPushButton>("slctfld").isDefault());
-  Control<QWidget>("ktxDir").setFocus();
   PressKey(Qt::Key_Return);
   EXPECT_FALSE(folders.IsLoaded());
-  EXPECT_EQ(session.BackupFolder, documents_);
+  EXPECT_EQ(session.BackupFolder, documents_ + "/below");
   backup.Unload();
+  OpenForRestore();
+  Control<QWidget>("cls1").setFocus();
+  PressKey(Qt::Key_Return);
+  EXPECT_FALSE(folders.IsLoaded());
   OpenForBackup();
   LookAtFront();
   PressKey(Qt::Key_Escape);
   EXPECT_FALSE(folders.IsLoaded());
   EXPECT_EQ(TextOf("clsd"), "&Select folder");
-}
-
-TEST_F(opnflddlgTest, ReturnPressesTheButtonThatHasTheFocus) {
-  OpenForRestore();
-  Control<QWidget>("cls1").setFocus();
-  PressKey(Qt::Key_Return);
-  EXPECT_FALSE(folders.IsLoaded());
 }
 
 TEST_F(opnflddlgTest, FolderThatWasDeletedMeanwhileLeavesTheListQuietly) {
@@ -229,14 +219,6 @@ TEST_F(opnflddlgTest, FolderThatWasDeletedMeanwhileLeavesTheListQuietly) {
   ASSERT_TRUE(QDir(open).removeRecursively());
   OpenRow("deep");
   EXPECT_FALSE(ItemsOf("ktxDir").contains("open"));
-  ExpectIsIn(documents_);
-}
-
-TEST_F(opnflddlgTest, SingleClickOpensNothing) {
-  Place("documents/below");
-  OpenForBackup();
-  session.BackupFolder = "stale";
-  ClickFolder("below");
   ExpectIsIn(documents_);
 }
 
@@ -270,89 +252,52 @@ TEST_F(opnflddlgTest, DriveThatIsNotReadyIsToldAndTheProgramsDriveComesBack) {
   ExpectIsIn("/");
 }
 
-TEST_F(opnflddlgTest, ButtonOpensTheLineForANewFolder) {
+TEST_F(opnflddlgTest, NewFolderIsMadeAndOpened) {
   OpenForBackup();
   Click("crtfldbtn");
   EXPECT_TRUE(IsEnabled("crtfldnme"));
   EXPECT_TRUE(HasFocus("crtfldnme"));
   EXPECT_EQ(TextOf("crtfldnme"), "New Folder");
   EXPECT_EQ(SelectedTextOf("crtfldnme"), "New Folder");
-}
-
-TEST_F(opnflddlgTest, NewFolderIsMadeAndOpened) {
-  OpenForBackup();
-  TypeNewFolder("O'Brien 工場");
-  ExpectCreateQuestion("O'Brien 工場", Button::kYes);
-  PressTab();
-  EXPECT_TRUE(QFileInfo(documents_ + "/O'Brien 工場").isDir());
-  ExpectIsIn(documents_ + "/O'Brien 工場");
-  EXPECT_FALSE(IsEnabled("crtfldnme"));
-  EXPECT_EQ(session.MsgAnswer, Button::kYes);
-}
-
-TEST_F(opnflddlgTest, ReturnEndsTheLineForANewFolder) {
-  OpenForBackup();
-  TypeNewFolder("set");
-  ExpectCreateQuestion("set", Button::kYes);
-  PressKey(Qt::Key_Return);
-  ASSERT_TRUE(folders.IsLoaded());
-  ExpectIsIn(documents_ + "/set");
-}
-
-TEST_F(opnflddlgTest, FolderThatIsThereIsOpened) {
-  Place("documents/there");
-  OpenForBackup();
-  TypeNewFolder("there");
-  ExpectCreateQuestion("there", Button::kYes);
-  PressTab();
-  ExpectIsIn(documents_ + "/there");
-  EXPECT_FALSE(IsEnabled("crtfldnme"));
-}
-
-TEST_F(opnflddlgTest, UnchangedTextIsAskedAboutAsWell) {
-  OpenForBackup();
-  Click("crtfldbtn");
   ExpectCreateQuestion("New Folder", Button::kNo);
   PressTab();
   EXPECT_TRUE(IsEnabled("crtfldnme"));
   EXPECT_TRUE(Window().isActiveWindow());
   EXPECT_FALSE(QFileInfo::exists(documents_ + "/New Folder"));
   ExpectIsIn(documents_);
-}
-
-class opnflddlgNameTest : public opnflddlgTest,
-                          public ::testing::WithParamInterface<const char*> {};
-
-TEST_P(opnflddlgNameTest, ForbiddenNameIsRefused) {
-  const QString name = GetParam();
-  OpenForBackup();
-  TypeNewFolder(name);
-  ExpectCreateQuestion(name, Button::kYes);
-  ExpectCreateFailure();
+  TypeInto("crtfldnme", "O'Brien 工場");
+  ExpectCreateQuestion("O'Brien 工場", Button::kYes);
   PressTab();
-  EXPECT_TRUE(IsEnabled("crtfldnme"));
-  EXPECT_TRUE(Window().isActiveWindow());
-  EXPECT_TRUE(QDir(documents_).isEmpty());
-  ExpectIsIn(documents_);
+  EXPECT_TRUE(QFileInfo(documents_ + "/O'Brien 工場").isDir());
+  ExpectIsIn(documents_ + "/O'Brien 工場");
+  EXPECT_FALSE(IsEnabled("crtfldnme"));
+  EXPECT_EQ(session.MsgAnswer, Button::kYes);
+  // One that is there is opened, and Return ends the line as well.
+  Place("documents/O'Brien 工場/there");
+  TypeNewFolder("there");
+  ExpectCreateQuestion("there", Button::kYes);
+  PressKey(Qt::Key_Return);
+  ASSERT_TRUE(folders.IsLoaded());
+  ExpectIsIn(documents_ + "/O'Brien 工場/there");
+  EXPECT_FALSE(IsEnabled("crtfldnme"));
 }
 
-INSTANTIATE_TEST_SUITE_P(EachName, opnflddlgNameTest,
-                         ::testing::Values("a/b", "a\\b", "what?", "a:b", "*", "<set>", "a|b",
-                                           "\"set\""),
-                         [](const auto& name) { return "Name" + std::to_string(name.index + 1); });
-
-TEST_F(opnflddlgTest, FolderThatMayNotBeMadeIsTold) {
+TEST_F(opnflddlgTest, ForbiddenNamesAreRefused) {
   OpenForBackup();
-  TypeNewFolder("set");
-  desk.files.FailNext(FileAction::kCreateFolder, "set", failure::kPermissionDenied);
-  ExpectCreateQuestion("set", Button::kYes);
-  ExpectCreateFailure();
-  PressTab();
-  EXPECT_TRUE(IsEnabled("crtfldnme"));
-  ExpectIsIn(documents_);
+  Click("crtfldbtn");
+  for (const char* name : {"a/b", "a\\b", "what?", "a:b", "*", "<set>", "a|b", "\"set\""}) {
+    TypeInto("crtfldnme", name);
+    ExpectCreateQuestion(name, Button::kYes);
+    ExpectCreateFailure();
+    PressTab();
+    EXPECT_TRUE(IsEnabled("crtfldnme")) << name;
+    EXPECT_TRUE(Window().isActiveWindow());
+    EXPECT_TRUE(QDir(documents_).isEmpty()) << name;
+    ExpectIsIn(documents_);
+  }
 }
 
-TEST_F(opnflddlgTest, NewFolderAtTheRootLiesRightBelowIt) {
+TEST_F(opnflddlgTest, NewFolderAtTheRootLiesRightBelowItAndOneThatMayNotBeMadeIsTold) {
   OpenForBackup();
   OpenRow("/");
   TypeNewFolder("kestrix set");
@@ -361,6 +306,8 @@ TEST_F(opnflddlgTest, NewFolderAtTheRootLiesRightBelowIt) {
   ExpectCreateFailure();
   PressTab();
   EXPECT_EQ(desk.files.Log().last(), "CreateFolder /kestrix set");
+  EXPECT_TRUE(IsEnabled("crtfldnme"));
+  ExpectIsIn("/");
 }
 
 TEST_F(opnflddlgTest, SelectForABackupLoadsTheFormWithItsNextCaption) {
@@ -470,6 +417,8 @@ TEST_F(opnflddlgTest, CancelledBackupLeadsBackToItsForm) {
 
 TEST_F(opnflddlgTest, CancelledRestoreLeavesNothingOpen) {
   OpenForRestore();
+  EXPECT_FALSE(IsVisible("crtfldbtn")) << "it makes no folders";
+  EXPECT_FALSE(IsVisible("crtfldnme"));
   session.BackupSubMode = 1;
   Click("cls1");
   EXPECT_FALSE(folders.IsLoaded());
@@ -488,14 +437,10 @@ TEST_F(opnflddlgTest, OtherSubModesStayWhenTheDialogIsCancelled) {
   Click("cls1");
   EXPECT_EQ(session.BackupSubMode, 3);
   EXPECT_FALSE(backup.IsLoaded());
-}
-
-TEST_F(opnflddlgTest, CancelOfAListModeShowsTheFormAgain) {
   session.BackupMode = 2;
-  folders.Get().ShowForm();
-  Settle();
+  OpenDialog();
   Click("cls1");
-  EXPECT_TRUE(backup.IsLoaded());
+  EXPECT_TRUE(backup.IsLoaded()) << "a list mode shows the form again";
 }
 
 TEST_F(opnflddlgTest, DialogTakesTheFrontBackFromAnother) {

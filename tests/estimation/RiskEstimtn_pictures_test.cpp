@@ -6,6 +6,7 @@
 #include <QImageWriter>
 
 #include "estimation/EstimationTest.h"
+#include "support/Files.h"
 #include "support/RunAsNobody.h"
 
 namespace kestrix {
@@ -61,10 +62,13 @@ class RiskEstimtnPicturesTest : public EstimationTest {
     return path;
   }
   static QString GivenText(const QString& path) {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("This is a letter, not a picture.");
+    WriteFile(path, "This is a letter, not a picture.");
     return path;
+  }
+  /// The form on a task with the picture "press.bmp", which is red.
+  void OpenOnPress(const Side& side) {
+    GivenStoredPicture("press.bmp", Qt::red);
+    OpenOn({{side.field, "press.bmp"}});
   }
   [[nodiscard]] QString InFolder(const QString& name) const {
     return installation.PictureFolder(kStudy) + '/' + name;
@@ -117,32 +121,21 @@ class EitherPictureTest : public RiskEstimtnPicturesTest,
 INSTANTIATE_TEST_SUITE_P(Pictures, EitherPictureTest, ::testing::Values(kBefore, kAfter),
                          [](const auto& side) { return std::string(side.param.name); });
 
-// At the load.
-
 TEST_P(EitherPictureTest, StoredPictureIsShown) {
-  GivenStoredPicture("press.bmp", Qt::red);
-  OpenOn({{side().field, "press.bmp"}});
+  OpenOnPress(side());
   ExpectShows(side().box, Qt::red);
   ExpectShowsDefault(side().other_box);
   EXPECT_EQ(Saved(side().field), "press.bmp");
 }
 
-TEST_P(EitherPictureTest, PictureThatHasGoneIsReplacedInTheRow) {
-  OpenOn({{side().field, "gone.jpg"}});
-  ExpectShowsDefault(side().box);
-  EXPECT_EQ(Saved(side().field), "NoPicSlted.jpg");
-}
-
-TEST_P(EitherPictureTest, EmptyNameBecomesTheDefault) {
-  OpenOn({{side().field, ""}});
-  ExpectShowsDefault(side().box);
-  EXPECT_EQ(Saved(side().field), "NoPicSlted.jpg");
-}
-
-TEST_P(EitherPictureTest, WholePathOfAClearedPictureIsFoundNoMore) {
-  OpenOn({{side().field, DefaultPicture()}});
-  ExpectShowsDefault(side().box);
-  EXPECT_EQ(Saved(side().field), "NoPicSlted.jpg");
+TEST_P(EitherPictureTest,
+       PictureThatHasGoneAnEmptyNameAndTheWholePathOfAClearedOneBecomeTheDefault) {
+  for (const QString& name : {QStringLiteral("gone.jpg"), QString(), DefaultPicture()}) {
+    Exec(Study(), "DELETE FROM Risk_records");
+    OpenOn({{side().field, name}});
+    ExpectShowsDefault(side().box);
+    EXPECT_EQ(Saved(side().field), "NoPicSlted.jpg") << name.toStdString();
+  }
 }
 
 TEST_F(RiskEstimtnPicturesTest, UnreadableBeforePictureEndsTheLoadWithoutAWord) {
@@ -212,8 +205,6 @@ TEST_F(RiskEstimtnPicturesTest, FolderThatCannotBeMadeEndsTheLoadBehindTheReplay
   EXPECT_THAT(desk.messages.Shown(), IsEmpty());
 }
 
-// Choosing.
-
 TEST_F(RiskEstimtnPicturesTest, CommandsAndBoxesSayWhatTheyDo) {
   OpenOn({});
   EXPECT_EQ(TextOf("ImgSltdDwgBfr"), "Select Picture/Drawing before recommendations");
@@ -234,9 +225,14 @@ TEST_P(EitherPictureTest, ChosenPictureIsCopiedShownAndNamedInTheRow) {
   EXPECT_EQ(RowInFile()[side().field], "NoPicSlted.jpg") << "saved with the task, not before";
   EXPECT_EQ(Saved(side().field), "press.bmp");
   EXPECT_EQ(Saved(side().other_field), "NoPicSlted.jpg");
+  // Another one replaces it and leaves its file.
+  Choose(side().button, GivenPicture("two.bmp", Qt::blue));
+  ExpectShows(side().box, Qt::blue);
+  EXPECT_EQ(Saved(side().field), "two.bmp");
+  EXPECT_EQ(FilesInFolder(), QStringList({"press.bmp", "two.bmp"}));
 }
 
-TEST_P(EitherPictureTest, DialogAsksForPictures) {
+TEST_P(EitherPictureTest, DialogAsksForPicturesAndItsCancelShowsTheDefault) {
   OpenOn({});
   dialog.FileName = "left over";
   dialog.FilterIndex = 3;
@@ -249,15 +245,10 @@ TEST_P(EitherPictureTest, DialogAsksForPictures) {
             "(*.gif)|*.gif|");
   EXPECT_EQ(request.filter_index, 1);
   EXPECT_EQ(request.file_name, "");
-}
-
-TEST_P(EitherPictureTest, AnotherPictureReplacesTheFirstAndLeavesItsFile) {
-  OpenOn({});
-  Choose(side().button, GivenPicture("one.bmp", Qt::red));
-  Choose(side().button, GivenPicture("two.bmp", Qt::blue));
-  ExpectShows(side().box, Qt::blue);
-  EXPECT_EQ(Saved(side().field), "two.bmp");
-  EXPECT_EQ(FilesInFolder(), QStringList({"one.bmp", "two.bmp"}));
+  // A task without a picture shows the default.
+  ExpectShowsDefault(side().box);
+  EXPECT_EQ(Saved(side().field), "NoPicSlted.jpg");
+  EXPECT_THAT(FilesInFolder(), IsEmpty());
 }
 
 TEST_P(EitherPictureTest, PictureOfTheSameNameReplacesThatOfAnotherTaskWithoutAWord) {
@@ -419,19 +410,8 @@ TEST_P(EitherPictureTest, CopyThatCannotBeDeletedEitherIsTold) {
   EXPECT_EQ(FilesInFolder(), QStringList{"press.bmp"});
 }
 
-// Cancelling.
-
-TEST_P(EitherPictureTest, CancelOnATaskWithoutAPictureShowsTheDefault) {
-  OpenOn({});
-  Cancel(side().button);
-  ExpectShowsDefault(side().box);
-  EXPECT_EQ(Saved(side().field), "NoPicSlted.jpg");
-  EXPECT_THAT(FilesInFolder(), IsEmpty());
-}
-
 TEST_P(EitherPictureTest, CancelOnATaskWithAPictureReloadsItAndWritesNothing) {
-  GivenStoredPicture("press.bmp", Qt::red);
-  OpenOn({{side().field, "press.bmp"}});
+  OpenOnPress(side());
   Commit();
   GivenStoredPicture("press.bmp", Qt::blue);
   Cancel(side().button);
@@ -457,39 +437,25 @@ TEST_P(EitherPictureTest, CancelBehindAnEarlierChoiceDeletesNothing) {
   EXPECT_EQ(FilesInFolder(), QStringList{"press.bmp"});
 }
 
-// Clearing.
-
 TEST_P(EitherPictureTest, DoubleClickClearsThePictureAndNamesTheDefaultByItsWholePath) {
-  GivenStoredPicture("press.bmp", Qt::red);
-  OpenOn({{side().field, "press.bmp"}});
+  OpenOnPress(side());
+  Click(side().box);
+  ExpectShows(side().box, Qt::red);
+  EXPECT_EQ(Saved(side().field), "press.bmp") << "a single click clears nothing";
   DoubleClick(side().box);
   ExpectShowsDefault(side().box);
   EXPECT_EQ(Saved(side().field), DefaultPicture());
   EXPECT_EQ(FilesInFolder(), QStringList{"press.bmp"}) << "another task may show it";
-}
-
-TEST_P(EitherPictureTest, SingleClickClearsNothing) {
-  GivenStoredPicture("press.bmp", Qt::red);
-  OpenOn({{side().field, "press.bmp"}});
-  Click(side().box);
-  ExpectShows(side().box, Qt::red);
-  EXPECT_EQ(Saved(side().field), "press.bmp");
-}
-
-TEST_P(EitherPictureTest, PictureIsClearedByKeyboard) {
-  GivenStoredPicture("press.bmp", Qt::red);
-  OpenOn({{side().field, "press.bmp"}});
-  Focus(side().box);
-  PressKey(Qt::Key_Return, Qt::ControlModifier);
-  ExpectShowsDefault(side().box);
+  Cancel(side().button);
+  EXPECT_FALSE(ShowsPicture(side().box)) << "a cancel behind it leaves the box clear";
   EXPECT_EQ(Saved(side().field), DefaultPicture());
 }
 
-TEST_P(EitherPictureTest, CancelBehindAClearLeavesTheBoxClear) {
-  OpenOn({});
-  DoubleClick(side().box);
-  Cancel(side().button);
-  EXPECT_FALSE(ShowsPicture(side().box));
+TEST_P(EitherPictureTest, PictureIsClearedByKeyboard) {
+  OpenOnPress(side());
+  Focus(side().box);
+  PressKey(Qt::Key_Return, Qt::ControlModifier);
+  ExpectShowsDefault(side().box);
   EXPECT_EQ(Saved(side().field), DefaultPicture());
 }
 
@@ -503,8 +469,6 @@ TEST_P(EitherPictureTest, ClearWithoutADefaultPictureIsTold) {
   EXPECT_FALSE(ShowsPicture(side().box));
   EXPECT_EQ(Saved(side().field), DefaultPicture());
 }
-
-// What cameras and damaged disks bring.
 
 TEST_F(RiskEstimtnPicturesTest, PhotographOfFiftyMegapixelsIsShownScaled) {
   QImage large(8660, 5774, QImage::Format_RGB32);
@@ -547,8 +511,6 @@ TEST_F(RiskEstimtnPicturesTest, FileThatClaimsToBeHugeIsLikeOneThatIsNoPicture) 
   EXPECT_FALSE(ShowsPicture("ImgAfter"));
   EXPECT_EQ(Saved("PicAftrRcmdtn"), "huge.bmp");
 }
-
-// Large pictures, read while the form is in use.
 
 TEST_F(RiskEstimtnPicturesTest, LargePicturesAreReadWhileThePathIsChosen) {
   GivenLarge(InFolder("before.jpg"), Qt::red);

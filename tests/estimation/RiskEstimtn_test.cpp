@@ -20,8 +20,7 @@ using ::testing::IsEmpty;
 class RiskEstimtnTest : public EstimationTest {
  protected:
   void OpenWithLongestStatements() {
-    OpenOn({});
-    PickLevels({"S2, Serious", "F2, Frequent", "O3, High", "A2, Impossible"});
+    OpenAndPick(kPathToSix);
     ChooseStatement("SevertyCbo", 4);
     ChooseStatement("ExposureCbo", 5);
     ChooseStatement("occurrenceCbo", 5);
@@ -144,7 +143,7 @@ TEST_F(RiskEstimtnTest, GraphKeepsItsPlaceWhateverIsChosen) {
   Settle();
   const QRect graph = Control<QWidget>("RiskGraph").geometry();
   const QRect matrix = Control<QWidget>("RiskMatrix").geometry();
-  PickLevels({"S2, Serious", "F2, Frequent", "O3, High", "A2, Impossible"});
+  PickLevels(kPathToSix);
   ChooseStatement("occurrenceCbo", 5);
   EXPECT_EQ(Control<QWidget>("RiskGraph").geometry(), graph);
   EXPECT_EQ(Control<QWidget>("RiskMatrix").geometry(), matrix);
@@ -213,18 +212,6 @@ TEST_F(RiskEstimtnTest, AssistiveToolsReadNamesAndResults) {
             "Class 5, severity 4: Medium Risk");
 }
 
-TEST_F(RiskEstimtnTest, GraphAndMatrixShareWhatIsLitAndMarked) {
-  OpenOn({});
-  Pick("SevertyCbo", "None.");
-  for (const char* view : {"RiskGraph", "RiskMatrix"}) {
-    EXPECT_EQ(Control<QWidget>(view).property("litLines").toStringList(),
-              QStringList({"SV2", "SV3", "NoneLn", "NoneLn2"}));
-    EXPECT_EQ(Control<QWidget>(view).property("litIndexLabels").toStringList(),
-              QStringList{"RILbl0"});
-    EXPECT_EQ(Control<QWidget>(view).property("markedCell").toString(), "");
-  }
-}
-
 TEST_F(RiskEstimtnTest, CornerTellsTheTaskInItsRoom) {
   const QString title = QString("Loading of the press table by hand ").repeated(6).trimmed();
   GivenTask({{"RefNo", "1.1"}, {"FuntnTaskMachry", "First"}});
@@ -270,13 +257,6 @@ TEST_F(RiskEstimtnTest, BoxesStandOverTheirColumnsInEitherDirection) {
     Exec(Study(), "DELETE FROM Risk_records");
   }
   QGuiApplication::setLayoutDirection(Qt::LeftToRight);
-}
-
-TEST_F(RiskEstimtnTest, ChoiceWaitsInTheRowUntilItsCommit) {
-  OpenOn({});
-  Pick("SevertyCbo", "S2, Serious");
-  EXPECT_EQ(RowInFile()["SevertyCbo"], "Reset");
-  EXPECT_EQ(Saved("SevertyCbo"), "S2, Serious");
 }
 
 TEST_F(RiskEstimtnTest, FormOpensAgainOnTheSameTask) {

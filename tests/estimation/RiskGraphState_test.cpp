@@ -66,16 +66,12 @@ TEST_F(RiskGraphStateTest, SharedStretchGoesDarkWithEitherOfItsGroups) {
   EXPECT_THAT(state_.marks().LitLines(), IsEmpty());
 }
 
-TEST_F(RiskGraphStateTest, StartLineIsNeverLitAndNeverPutOut) {
-  state_.Light(u"strtLin1");
-  EXPECT_THAT(state_.marks().LitLines(), IsEmpty());
-}
-
 TEST_F(RiskGraphStateTest, UnknownNamesChangeNothing) {
   QSignalSpy lines(&state_, &RiskGraphState::LitLinesChanged);
   QSignalSpy labels(&state_, &RiskGraphState::LitIndexLabelsChanged);
   QSignalSpy marker(&state_, &RiskGraphState::MarkedCellChanged);
   state_.Light(u"sv1");
+  state_.Light(u"strtLin1");  // the start is never lit
   state_.LightIndexLabel(u"RILbl1");
   state_.MarkCell(u"Rsk21");
   EXPECT_EQ(lines.size() + labels.size() + marker.size(), 0);
@@ -142,20 +138,6 @@ TEST_F(RiskGraphStateTest, EveryChangeIsToldOnceAndNoChangeIsNot) {
   EXPECT_EQ(stage.size(), 1);
   state_.Light(u"SV2");
   EXPECT_EQ(lines.size(), 2) << "the colour of a lit line is news";
-}
-
-TEST_F(RiskGraphStateTest, FromNoHazardToSeriousTheOldPathGoesDarkFirst) {
-  const auto* none = model::SeverityRuleFor(u"None.");
-  state_.Light(none->lines);
-  state_.LightIndexLabel(none->index_label);
-  EXPECT_THAT(state_.marks().LitLines(), ElementsAre("SV2", "SV3", "NoneLn", "NoneLn2"));
-  EXPECT_THAT(state_.marks().LitIndexLabels(), ElementsAre("RILbl0"));
-  state_.ResetSeverityLines();
-  state_.ResetIndexLabels();
-  EXPECT_THAT(state_.marks().LitLines(), IsEmpty());
-  state_.Light(model::SeverityRuleFor(u"S2, Serious")->lines);
-  EXPECT_THAT(state_.marks().LitLines(), ElementsAre("SV1", "SH3"));
-  EXPECT_THAT(state_.marks().LitIndexLabels(), IsEmpty());
 }
 
 }  // namespace

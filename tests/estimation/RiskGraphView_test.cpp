@@ -103,9 +103,15 @@ class RiskGraphViewTest : public ::testing::Test {
 };
 
 TEST_F(RiskGraphViewTest, PropertiesFollowTheStateInBothViews) {
+  QSignalSpy lines(&graph_, &RiskGraphView::LitLinesChanged);
+  QSignalSpy labels(&graph_, &RiskGraphView::LitIndexLabelsChanged);
+  QSignalSpy marker(&graph_, &RiskGraphView::MarkedCellChanged);
   state_.Light(model::SeverityRuleFor(u"S2, Serious")->lines);
   state_.LightIndexLabel(u"RILb1");
   state_.MarkCell(u"Rsk12");
+  EXPECT_EQ(lines.size(), 1);
+  EXPECT_EQ(labels.size(), 1);
+  EXPECT_EQ(marker.size(), 1);
   for (RiskGraphView* view : {&graph_, &matrix_}) {
     EXPECT_THAT(view->property("litLines").toStringList(), ElementsAre("SV1", "SH3"));
     EXPECT_THAT(view->property("litIndexLabels").toStringList(), ElementsAre("RILb1"));
@@ -119,18 +125,6 @@ TEST_F(RiskGraphViewTest, PropertiesFollowTheStateInBothViews) {
     EXPECT_THAT(view->property("litIndexLabels").toStringList(), IsEmpty());
     EXPECT_EQ(view->property("markedCell").toString(), QString());
   }
-}
-
-TEST_F(RiskGraphViewTest, ViewTellsOfEveryChange) {
-  QSignalSpy lines(&graph_, &RiskGraphView::LitLinesChanged);
-  QSignalSpy labels(&graph_, &RiskGraphView::LitIndexLabelsChanged);
-  QSignalSpy marker(&graph_, &RiskGraphView::MarkedCellChanged);
-  state_.Light(u"SV1");
-  state_.LightIndexLabel(u"RILbl0");
-  state_.MarkCell(u"Rsk1");
-  EXPECT_EQ(lines.size(), 1);
-  EXPECT_EQ(labels.size(), 1);
-  EXPECT_EQ(marker.size(), 1);
 }
 
 TEST_F(RiskGraphViewTest, LettersFollowTheFontAndThePictureMakesRoomForThem) {
@@ -170,18 +164,16 @@ TEST_F(RiskGraphViewTest, ViewWithoutAStateIsEmpty) {
     EXPECT_THAT(view.litLines(), ElementsAre("SV1"));
   }
   EXPECT_THAT(view.litLines(), IsEmpty());
-  QImage blank(view.size(), QImage::Format_RGB32);
-  blank.fill(kOutside);
-  EXPECT_EQ(ImageOf(view), blank);
-}
-
-TEST_F(RiskGraphViewTest, AnotherStateReplacesTheFirst) {
+  // Another state replaces the first.
   RiskGraphState other;
   graph_.Show(other, Part::kGraph);
   QSignalSpy lines(&graph_, &RiskGraphView::LitLinesChanged);
   state_.Light(u"SV1");
   EXPECT_EQ(lines.size(), 0);
   EXPECT_THAT(graph_.litLines(), IsEmpty());
+  QImage blank(view.size(), QImage::Format_RGB32);
+  blank.fill(kOutside);
+  EXPECT_EQ(ImageOf(view), blank);
 }
 
 TEST_F(RiskGraphViewTest, EveryLitLineHasTheColourOfItsStageInEveryThemeAndScale) {
@@ -400,38 +392,19 @@ TEST_F(RiskGraphViewTest, CellsTellSeverityClassAndBand) {
   EXPECT_EQ(TipAt(matrix_, QPointF(1, 1)), QString());
 }
 
-TEST_F(RiskGraphViewTest, PathIsToldInWords) {
-  EXPECT_EQ(graph_.accessibleName(), "Risk graph");
-  graph_.SetPathTexts(u"S2, Serious", u"F1, Seldom", u"O3, High", u"A2, Impossible", 4);
-  EXPECT_EQ(graph_.accessibleDescription(),
-            "S2, Serious; F1, Seldom; O3, High; A2, Impossible: risk index 4");
+TEST_F(RiskGraphViewTest, AssistiveToolsReadNameAndPath) {
   graph_.SetPathTexts(u"S1, Slight", u"F1, F2", u"N.A.", u"", std::nullopt);
   EXPECT_EQ(graph_.accessibleDescription(), "S1, Slight; F1, F2");
-  graph_.SetPathTexts(u"None.", u"N.A.", u"N.A.", u"N.A.", 0);
-  EXPECT_EQ(graph_.accessibleDescription(), "None.: risk index 0");
-  graph_.SetPathTexts(u"Reset", u"N.A.", u"N.A.", u"N.A.", std::nullopt);
-  EXPECT_EQ(graph_.accessibleDescription(), "Nothing chosen");
-}
-
-TEST_F(RiskGraphViewTest, ResultOfTheMatrixIsToldInWords) {
-  EXPECT_EQ(matrix_.accessibleName(), "Risk matrix");
-  matrix_.SetMatrixTexts(3, 9, u"High Risk");
-  EXPECT_EQ(matrix_.accessibleDescription(), "Class 9, severity 3: High Risk");
-}
-
-TEST_F(RiskGraphViewTest, AssistiveToolsReadNameAndPath) {
   graph_.SetPathTexts(u"S1, Slight", u"F1, F2", u"O1, Low", u"", 0);
   QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&graph_);
   ASSERT_NE(face, nullptr);
   EXPECT_EQ(face->text(QAccessible::Name), "Risk graph");
   EXPECT_EQ(face->text(QAccessible::Description), "S1, Slight; F1, F2; O1, Low: risk index 0");
-}
-
-TEST_F(RiskGraphViewTest, GivenNameIsKept) {
+  EXPECT_EQ(matrix_.accessibleName(), "Risk matrix");
   RiskGraphView named;
   named.setAccessibleName("Graph of the press");
   named.Show(state_, Part::kGraph);
-  EXPECT_EQ(named.accessibleName(), "Graph of the press");
+  EXPECT_EQ(named.accessibleName(), "Graph of the press") << "a given name is kept";
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // What the form shows of the estimation.
 #include <QLabel>
 #include <array>
+#include <map>
 
 #include "evaluation/EvaluationTest.h"
 
@@ -142,6 +143,7 @@ TEST_F(RiskSummaryTest, EveryCellOfTheMatrixReadsAsItsWord) {
       {"Low", "Medium", "High", "High", "High"},
       {"Medium", "Medium", "High", "High", "High"},
   }};
+  const std::map<std::string, QRgb> kBacks{{"Low", kLow}, {"Medium", kMedium}, {"High", kHigh}};
   for (int severity = 1; severity <= 4; ++severity) {
     for (int cl = 1; cl <= 15; ++cl) GivenScores(severity, cl, 0, 0);
   }
@@ -153,6 +155,7 @@ TEST_F(RiskSummaryTest, EveryCellOfTheMatrixReadsAsItsWord) {
       ClickRow("DB1", row);
       EXPECT_EQ(TextOf("ClassScorLBL"),
                 QStringLiteral("%1 (%2 Risk)").arg(cl).arg(kWords[severity][column]));
+      EXPECT_EQ(BackOf("ClassScorLBL"), kBacks.at(kWords[severity][column])) << row;
     }
   }
 }

@@ -1,7 +1,5 @@
 // Makes the seeds of all targets below the folder that it is told: small inputs of every kind that
 // the program reads, made from its own databases, and from texts and pictures of our own.
-#include <sqlite3.h>
-
 #include <QBuffer>
 #include <QDir>
 #include <QFile>
@@ -13,6 +11,7 @@
 #include <iterator>
 
 #include "support/EndlessRows.h"
+#include "support/TestInstallation.h"
 
 namespace {
 
@@ -43,13 +42,9 @@ class Corpus {
   QString folder_;
 };
 
-void Execute(const QString& path, const QByteArray& sql) {
-  sqlite3* database = nullptr;
-  char* why = nullptr;
-  const bool done = sqlite3_open(path.toUtf8().constData(), &database) == SQLITE_OK &&
-                    sqlite3_exec(database, sql.constData(), nullptr, nullptr, &why) == SQLITE_OK;
-  Check(done, path + u' ' + QString::fromUtf8(why));
-  sqlite3_close(database);
+/// Makes or changes a database.
+void Execute(const QString& path, const QString& sql) {
+  Check(kestrix::OtherUser(path, kestrix::OtherUser::Use::kMake).Exec(sql), path);
 }
 
 struct DatabaseSeed {
@@ -88,7 +83,7 @@ void AddDatabases(const Corpus& corpus) {
         QStringLiteral(KESTRIX_PRISTINE_FOLDER) + u'/' + QString::fromLatin1(seed.original);
     Check(QFile::copy(original, path), original);
     QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
-    Execute(path, QByteArray("PRAGMA page_size=512; VACUUM;") + seed.sql);
+    Execute(path, QStringLiteral("PRAGMA page_size=512; VACUUM;") + seed.sql);
   }
   // What another program may have made of it: tables that are no tables, columns that compute.
   const QString odd = corpus.PathOf(QStringLiteral("odd"));

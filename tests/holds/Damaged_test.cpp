@@ -1,7 +1,6 @@
 // Damaged and foreign files in place of each database, picture, document and backup set, read as
 // the program reads them: it ends with a result or a Failure, never with the process, and opening a
 // file doesn't change it.
-#include <sqlite3.h>
 #include <unistd.h>
 
 #include <QBuffer>
@@ -25,6 +24,7 @@
 #include "store/Database.h"
 #include "store/RecordSources.h"
 #include "support/Files.h"
+#include "support/TestInstallation.h"
 
 namespace kestrix::holds {
 namespace {
@@ -122,16 +122,12 @@ TEST_F(DamagedTest, JournalBesideAStudyIsRolledBackOrRefused) {
   disk.Lay();
   // A study as a killed process left it, with the journal of its half-done change: a change that
   // doesn't fit into memory is in the file before it is committed.
-  sqlite3* writer = nullptr;
-  ASSERT_EQ(sqlite3_open(disk.Study().toUtf8().constData(), &writer), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(writer,
-                         "PRAGMA cache_size=1; BEGIN; UPDATE Risk_records SET "
-                         "HzrdDscptnTXT=hex(zeroblob(20000))",
-                         nullptr, nullptr, nullptr),
-            SQLITE_OK);
+  auto writer = std::make_unique<OtherUser>(disk.Study());
+  writer->Exec(
+      "PRAGMA cache_size=1; BEGIN; UPDATE Risk_records SET HzrdDscptnTXT=hex(zeroblob(20000))");
   const QByteArray study = ReadFile(disk.Study());
   const QByteArray journal = ReadFile(disk.Study() + QStringLiteral("-journal"));
-  sqlite3_close(writer);
+  writer.reset();
   ASSERT_TRUE(journal.startsWith("\xd9\xd5\x05\xf9"));
   UseDamaged({journal}, QStringLiteral("risk_esmatn1.mdb-journal"),
              [&](const QString& path, const QByteArray&) {

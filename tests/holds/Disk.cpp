@@ -1,7 +1,5 @@
 #include "Disk.h"
 
-#include <sqlite3.h>
-
 #include <QCryptographicHash>
 #include <QDirIterator>
 #include <QFile>
@@ -129,29 +127,16 @@ QString FolderInMemory() {
 }
 
 QByteArray ContentOf(const QString& database) {
-  QByteArray content;
-  sqlite3* handle = nullptr;
-  sqlite3_open_v2(database.toUtf8().constData(), &handle, SQLITE_OPEN_READWRITE, nullptr);
-  const auto add = [](void* to, int columns, char** values, char**) {
-    auto& all = *static_cast<QByteArray*>(to);
-    for (int i = 0; i < columns; ++i) all += QByteArray(values[i]) + '\t';
-    all += '\n';
-    return 0;
+  const OtherUser user(database);
+  QStringList lines;
+  const auto add = [&](const QString& query) {
+    for (const QStringList& row : user.Rows(query)) lines += row.join(u'\t');
   };
-  const auto run = [&](const QByteArray& sql, QByteArray& to) {
-    if (sqlite3_exec(handle, sql.constData(), add, &to, nullptr) != SQLITE_OK) {
-      to += "error: " + QByteArray(sqlite3_errmsg(handle));
-    }
-  };
-  run("PRAGMA integrity_check", content);
-  QByteArray tables;
-  run("SELECT name FROM sqlite_schema WHERE type='table' ORDER BY name", tables);
-  for (const QByteArray& line : tables.split('\n')) {
-    if (line.isEmpty()) continue;
-    run("SELECT * FROM \"" + line.chopped(1) + "\" ORDER BY _rowid_", content);
-  }
-  sqlite3_close(handle);
-  return content;
+  add("PRAGMA integrity_check");
+  for (const QStringList& table :
+       user.Rows("SELECT name FROM sqlite_schema WHERE type='table' ORDER BY name"))
+    add("SELECT * FROM \"" + table[0] + "\" ORDER BY _rowid_");
+  return lines.join(u'\n').toUtf8();
 }
 
 }  // namespace kestrix::holds

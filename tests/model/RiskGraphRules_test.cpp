@@ -29,81 +29,36 @@ std::vector<QString> TextsOf(const LineNames& lines) {
   return texts;
 }
 
-struct Path {
-  QString severity, exposure, occurrence, avoidance;
+struct AvoidanceRow {
+  QString avoidance, occurrence, exposure, line, label;
   int index;
 };
 
-void PrintTo(const Path& path, std::ostream* out) {
-  *out << (QStringList{path.severity, path.exposure, path.occurrence, path.avoidance}.join(
-               " then ") +
-           " gives " + QString::number(path.index))
-              .toStdString();
-}
+const std::vector<AvoidanceRow> kAvoidanceRows{
+    {"A1, Possible", "O2, Midium", "F1, F2", "AAng0", "RILbl0", 0},
+    {"A2, Impossible", "O2, Midium", "F1, F2", "AH1", "RILb1", 1},
+    {"A1, Possible", "O3, High", "F1, F2", "AAng1", "RILb1", 1},
+    {"A2, Impossible", "O3, High", "F1, F2", "AH2", "RILb2", 2},
+    {"A1, Possible", "O3, High", "F1, F2", "AAng1", "RILb1", 1},
+    {"A2, Impossible", "O1, Low", "F1, F2", "AH2", "RILb2", 2},
+    {"A1, Possible", "O1, Low", "F1, Seldom", "AAng1", "RILb1", 1},
+    {"A2, Impossible", "O1, Low", "F1, Seldom", "AH2", "RILb2", 2},
+    {"A1, Possible", "O2, Midium", "F1, Seldom", "AAng2", "RILb2", 2},
+    {"A2, Impossible", "O2, Midium", "F1, Seldom", "AH3", "RILbl3", 3},
+    {"A1, Possible", "O3, High", "F1, Seldom", "AAng3", "RILbl3", 3},
+    {"A2, Impossible", "O3, High", "F1, Seldom", "AH4", "RILbl4", 4},
+    {"A1, Possible", "O1, Low", "F2, Frequent", "AAng3", "RILbl3", 3},
+    {"A2, Impossible", "O1, Low", "F2, Frequent", "AH4", "RILbl4", 4},
+    {"A1, Possible", "O2, Midium", "F2, Frequent", "AAng4", "RILbl4", 4},
+    {"A2, Impossible", "O2, Midium", "F2, Frequent", "AH5", "RILbl5", 5},
+    {"A1, Possible", "O3, High", "F2, Frequent", "AAng5", "RILbl5", 5},
+    {"A2, Impossible", "O3, High", "F2, Frequent", "AH6", "RILbl6", 6}};
 
-class RiskIndexTest : public ::testing::TestWithParam<Path> {};
-
-TEST_P(RiskIndexTest, FinishedPathHasItsIndex) {
-  const Path& path = GetParam();
-  EXPECT_EQ(RiskIndexOf(path.severity, path.exposure, path.occurrence, path.avoidance), path.index);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    EveryPath, RiskIndexTest,
-    ::testing::Values(Path{"None.", "", "", "", 0}, Path{"None.", "N.A.", "N.A.", "N.A.", 0},
-                      Path{"S1, Slight", "F1, F2", "O1, Low", "", 0},
-                      Path{"S1, Slight", "F1, F2", "O1, Low", "N.A.", 0},
-                      Path{"S1, Slight", "F1, F2", "O2, Midium", "A1, Possible", 0},
-                      Path{"S1, Slight", "F1, F2", "O2, Midium", "A2, Impossible", 1},
-                      Path{"S1, Slight", "F1, F2", "O3, High", "A1, Possible", 1},
-                      Path{"S1, Slight", "F1, F2", "O3, High", "A2, Impossible", 2},
-                      Path{"S2, Serious", "F1, Seldom", "O1, Low", "A1, Possible", 1},
-                      Path{"S2, Serious", "F1, Seldom", "O1, Low", "A2, Impossible", 2},
-                      Path{"S2, Serious", "F1, Seldom", "O2, Midium", "A1, Possible", 2},
-                      Path{"S2, Serious", "F1, Seldom", "O2, Midium", "A2, Impossible", 3},
-                      Path{"S2, Serious", "F1, Seldom", "O3, High", "A1, Possible", 3},
-                      Path{"S2, Serious", "F1, Seldom", "O3, High", "A2, Impossible", 4},
-                      Path{"S2, Serious", "F2, Frequent", "O1, Low", "A1, Possible", 3},
-                      Path{"S2, Serious", "F2, Frequent", "O1, Low", "A2, Impossible", 4},
-                      Path{"S2, Serious", "F2, Frequent", "O2, Midium", "A1, Possible", 4},
-                      Path{"S2, Serious", "F2, Frequent", "O2, Midium", "A2, Impossible", 5},
-                      Path{"S2, Serious", "F2, Frequent", "O3, High", "A1, Possible", 5},
-                      Path{"S2, Serious", "F2, Frequent", "O3, High", "A2, Impossible", 6}));
-
-TEST(RiskGraphRulesTest, StaleAvoidanceBehindTheShortestPathGivesTwo) {
-  EXPECT_EQ(RiskIndexOf(u"S1, Slight", u"F1, F2", u"O1, Low", u"A2, Impossible"), 2);
-  const AvoidanceRule* rule = AvoidanceRuleFor(u"A2, Impossible", u"O1, Low", u"F1, F2");
-  ASSERT_NE(rule, nullptr);
-  EXPECT_EQ(rule->line, u"AH2");
-  EXPECT_EQ(rule->index_label, u"RILb2");
-}
-
-TEST(RiskGraphRulesTest, PossibleAvoidanceBehindTheShortestPathHasNoRule) {
-  EXPECT_EQ(RiskIndexOf(u"S1, Slight", u"F1, F2", u"O1, Low", u"A1, Possible"), std::nullopt);
-  EXPECT_EQ(AvoidanceRuleFor(u"A1, Possible", u"O1, Low", u"F1, F2"), nullptr);
-}
-
-// The same table as above once more, keyed by texts, as the judge of every combination there is.
-TEST(RiskGraphRulesTest, NoOtherCombinationOfTextsHasAnIndex) {
+TEST(RiskGraphRulesTest, EveryCombinationOfTextsHasTheIndexOfItsPathOrNone) {
   const auto unset = [](const QString& text) { return text.isEmpty() || text == "N.A."; };
-  const std::map<std::tuple<QString, QString, QString>, int> ends{
-      {{"F1, F2", "O2, Midium", "A1, Possible"}, 0},
-      {{"F1, F2", "O2, Midium", "A2, Impossible"}, 1},
-      {{"F1, F2", "O3, High", "A1, Possible"}, 1},
-      {{"F1, F2", "O3, High", "A2, Impossible"}, 2},
-      {{"F1, F2", "O1, Low", "A2, Impossible"}, 2},
-      {{"F1, Seldom", "O1, Low", "A1, Possible"}, 1},
-      {{"F1, Seldom", "O1, Low", "A2, Impossible"}, 2},
-      {{"F1, Seldom", "O2, Midium", "A1, Possible"}, 2},
-      {{"F1, Seldom", "O2, Midium", "A2, Impossible"}, 3},
-      {{"F1, Seldom", "O3, High", "A1, Possible"}, 3},
-      {{"F1, Seldom", "O3, High", "A2, Impossible"}, 4},
-      {{"F2, Frequent", "O1, Low", "A1, Possible"}, 3},
-      {{"F2, Frequent", "O1, Low", "A2, Impossible"}, 4},
-      {{"F2, Frequent", "O2, Midium", "A1, Possible"}, 4},
-      {{"F2, Frequent", "O2, Midium", "A2, Impossible"}, 5},
-      {{"F2, Frequent", "O3, High", "A1, Possible"}, 5},
-      {{"F2, Frequent", "O3, High", "A2, Impossible"}, 6}};
+  std::map<std::tuple<QString, QString, QString>, int> ends;
+  for (const AvoidanceRow& row : kAvoidanceRows)
+    ends[{row.exposure, row.occurrence, row.avoidance}] = row.index;
   int with_index = 0;
   int combinations = 0;
   for (const QString& severity : kSeverityTexts) {
@@ -205,31 +160,6 @@ TEST(RiskGraphRulesTest, OccurrenceHasNineRules) {
   EXPECT_EQ(kOccurrenceRules.size(), rules.size());
 }
 
-struct AvoidanceRow {
-  QString avoidance, occurrence, exposure, line, label;
-  int index;
-};
-
-const std::vector<AvoidanceRow> kAvoidanceRows{
-    {"A1, Possible", "O2, Midium", "F1, F2", "AAng0", "RILbl0", 0},
-    {"A2, Impossible", "O2, Midium", "F1, F2", "AH1", "RILb1", 1},
-    {"A1, Possible", "O3, High", "F1, F2", "AAng1", "RILb1", 1},
-    {"A2, Impossible", "O3, High", "F1, F2", "AH2", "RILb2", 2},
-    {"A1, Possible", "O3, High", "F1, F2", "AAng1", "RILb1", 1},
-    {"A2, Impossible", "O1, Low", "F1, F2", "AH2", "RILb2", 2},
-    {"A1, Possible", "O1, Low", "F1, Seldom", "AAng1", "RILb1", 1},
-    {"A2, Impossible", "O1, Low", "F1, Seldom", "AH2", "RILb2", 2},
-    {"A1, Possible", "O2, Midium", "F1, Seldom", "AAng2", "RILb2", 2},
-    {"A2, Impossible", "O2, Midium", "F1, Seldom", "AH3", "RILbl3", 3},
-    {"A1, Possible", "O3, High", "F1, Seldom", "AAng3", "RILbl3", 3},
-    {"A2, Impossible", "O3, High", "F1, Seldom", "AH4", "RILbl4", 4},
-    {"A1, Possible", "O1, Low", "F2, Frequent", "AAng3", "RILbl3", 3},
-    {"A2, Impossible", "O1, Low", "F2, Frequent", "AH4", "RILbl4", 4},
-    {"A1, Possible", "O2, Midium", "F2, Frequent", "AAng4", "RILbl4", 4},
-    {"A2, Impossible", "O2, Midium", "F2, Frequent", "AH5", "RILbl5", 5},
-    {"A1, Possible", "O3, High", "F2, Frequent", "AAng5", "RILbl5", 5},
-    {"A2, Impossible", "O3, High", "F2, Frequent", "AH6", "RILbl6", 6}};
-
 TEST(RiskGraphRulesTest, AvoidanceRulesStandInTheirOrder) {
   ASSERT_EQ(kAvoidanceRules.size(), kAvoidanceRows.size());
   for (std::size_t row = 0; row < kAvoidanceRows.size(); ++row) {
@@ -261,16 +191,6 @@ TEST(RiskGraphRulesTest, FirstFittingAvoidanceRuleCounts) {
     }
   }
   EXPECT_EQ(found, 17) << "eighteen rows, one of them told twice";
-}
-
-TEST(RiskGraphRulesTest, RepeatedRuleNeverComesToItsTurn) {
-  EXPECT_EQ(AvoidanceRuleFor(u"A1, Possible", u"O3, High", u"F1, F2"), &kAvoidanceRules[2]);
-}
-
-TEST(RiskGraphRulesTest, SeverityBehindAFinishedPathIsNotLookedAt) {
-  for (const QString& severity : kSeverityTexts) {
-    EXPECT_EQ(RiskIndexOf(severity, u"F2, Frequent", u"O3, High", u"A2, Impossible"), 6);
-  }
 }
 
 }  // namespace

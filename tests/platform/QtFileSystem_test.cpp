@@ -72,11 +72,15 @@ TEST_F(QtFileSystemTest, WriteProtectedFileIsDeleted) {
   EXPECT_FALSE(QFileInfo::exists(At("file")));
 }
 
-TEST_F(QtFileSystemTest, MissingFileOrAFolderInItsPlaceIsNotDeleted) {
+TEST_F(QtFileSystemTest, WhatIsMissingOrOfTheOtherKindIsNotDeleted) {
   MakeFolder("folder");
   EXPECT_EQ(FailureOf([&] { files_.DeleteFile(At("none")); }), failure::kFileNotFound);
   EXPECT_EQ(FailureOf([&] { files_.DeleteFile(At("folder")); }), failure::kFileNotFound);
   EXPECT_TRUE(QFileInfo(At("folder")).isDir());
+  WriteFile(At("file"), "x");
+  EXPECT_EQ(FailureOf([&] { files_.DeleteFolder(At("none")); }), failure::kPathNotFound);
+  EXPECT_EQ(FailureOf([&] { files_.DeleteFolder(At("file")); }), failure::kPathNotFound);
+  EXPECT_EQ(ReadFile(At("file")), "x");
 }
 
 TEST_F(QtFileSystemTest, FolderIsDeletedWithProtectedFoldersBelowIt) {
@@ -95,7 +99,7 @@ TEST_F(QtFileSystemTest, FolderIsDeletedWithProtectedFoldersBelowIt) {
   EXPECT_FALSE(QFileInfo::exists(At("Prj1")));
 }
 
-TEST_F(QtFileSystemTest, LinkInADeletedFolderIsRemovedAndNeverFollowed) {
+TEST_F(QtFileSystemTest, LinkInADeletedFolderOrInItsPlaceGoesAndIsNeverFollowed) {
   MakeFolder("Prj1");
   MakeFolder("elsewhere");
   WriteFile(At("elsewhere/kept"), "x");
@@ -104,11 +108,6 @@ TEST_F(QtFileSystemTest, LinkInADeletedFolderIsRemovedAndNeverFollowed) {
   files_.DeleteFolder(At("Prj1/"));
   EXPECT_FALSE(QFileInfo::exists(At("Prj1")));
   EXPECT_EQ(ReadFile(At("elsewhere/kept")), "x");
-}
-
-TEST_F(QtFileSystemTest, LinkInPlaceOfADeletedFolderGoesAndItsFolderStays) {
-  MakeFolder("elsewhere");
-  WriteFile(At("elsewhere/kept"), "x");
   ASSERT_EQ(::symlink("elsewhere", At("Prj1").toUtf8().constData()), 0);
   files_.DeleteFolder(At("Prj1"));
   EXPECT_FALSE(QFileInfo(At("Prj1")).isSymLink());
@@ -132,13 +131,6 @@ TEST_F(QtFileSystemTest, FolderOfSomebodyElseIsNotDeleted) {
   });
   EXPECT_TRUE(report.value_or("").startsWith(QStringLiteral("Failure 70: ")));
   EXPECT_EQ(ReadFile(At("closed/Prj1/file")), "x");
-}
-
-TEST_F(QtFileSystemTest, MissingFolderOrAFileInItsPlaceIsNotDeleted) {
-  WriteFile(At("file"), "x");
-  EXPECT_EQ(FailureOf([&] { files_.DeleteFolder(At("none")); }), failure::kPathNotFound);
-  EXPECT_EQ(FailureOf([&] { files_.DeleteFolder(At("file")); }), failure::kPathNotFound);
-  EXPECT_EQ(ReadFile(At("file")), "x");
 }
 
 TEST_F(QtFileSystemTest, TextOfAFileThatExistsIsReplacedWithoutALineEnd) {

@@ -74,20 +74,22 @@ TEST_F(QtShellTest, CompanionIsNeverLookedForInTheSearchPath) {
   qputenv("PATH", At("bin").toUtf8() + ':' + path_);
   EXPECT_EQ(FailureOf([&] { shell_.StartCompanion("kestrixmodule.exe"); }), failure::kFileNotFound);
   EXPECT_EQ(FailureOf([&] { shell_.StartCompanion(""); }), failure::kFileNotFound);
-}
-
-TEST_F(QtShellTest, CompanionThatIsNoProgramIsNotFound) {
+  // Nor is what is no program.
   WriteFile(At("here/RiskBookRpts.exe"), "#!/bin/sh\n");
-  EXPECT_EQ(FailureOf([&] { shell_.StartCompanion("RiskBookRpts.exe"); }), failure::kFileNotFound);
   QDir(At("here")).mkdir("folder.exe");
-  EXPECT_EQ(FailureOf([&] { shell_.StartCompanion("folder.exe"); }), failure::kFileNotFound);
+  for (const char* name : {"RiskBookRpts.exe", "folder.exe"})
+    EXPECT_EQ(FailureOf([&] { shell_.StartCompanion(name); }), failure::kFileNotFound) << name;
 }
 
 TEST_F(QtShellTest, DocumentGoesToTheOpenerAsOneFullPath) {
   MakeOpener();
-  WriteFile(At("here/a manual; of $HOME.pdf"), "x");
-  shell_.OpenDocument("a manual; of $HOME.pdf");
-  EXPECT_EQ(Report("opened"), QStringList({Here(), Here("a manual; of $HOME.pdf")}));
+  for (const QString name : {"here/a manual; of $HOME.pdf", "here/--help", "bin/plan.jpg"}) {
+    WriteFile(At(name), "x");
+    const bool is_here = name.startsWith("here/");
+    shell_.OpenDocument(is_here ? name.mid(5) : At(name));
+    EXPECT_EQ(Report("opened"), QStringList({Here(), is_here ? Here(name.mid(5)) : At(name)}));
+    ASSERT_TRUE(QFile::remove(At("opened")));
+  }
 }
 
 TEST_F(QtShellTest, PlaceInAPageGoesToTheOpenerWithIt) {
@@ -97,20 +99,6 @@ TEST_F(QtShellTest, PlaceInAPageGoesToTheOpenerWithIt) {
   const QUrl page = QUrl::fromLocalFile(Here("a page.htm"));
   EXPECT_EQ(Report("opened"),
             QStringList({Here(), QString::fromLatin1(page.toEncoded()) + "#mnfrm"}));
-}
-
-TEST_F(QtShellTest, NameThatBeginsLikeAnOptionIsStillAFile) {
-  MakeOpener();
-  WriteFile(At("here/--help"), "x");
-  shell_.OpenDocument("--help");
-  EXPECT_EQ(Report("opened"), QStringList({Here(), Here("--help")}));
-}
-
-TEST_F(QtShellTest, FullPathIsOpenedFromAnyFolder) {
-  MakeOpener();
-  WriteFile(At("bin/plan.jpg"), "x");
-  shell_.OpenDocument(At("bin/plan.jpg"));
-  EXPECT_EQ(Report("opened"), QStringList({Here(), At("bin/plan.jpg")}));
 }
 
 TEST_F(QtShellTest, LinkedProgramIsHandedToTheOpenerAndNeverRun) {

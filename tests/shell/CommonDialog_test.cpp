@@ -14,11 +14,11 @@ class CommonDialogTest : public ::testing::Test {
 };
 
 TEST_F(CommonDialogTest, ShowsItsPropertiesAndHoldsWhatWasChosenToOpen) {
-  dialog.DialogTitle = QStringLiteral("Open");
-  dialog.Filter = QStringLiteral("All Files (*.*)|*.*");
+  dialog.DialogTitle = "Open";
+  dialog.Filter = "All Files (*.*)|*.*";
   dialog.FilterIndex = 2;
-  dialog.FileName = QStringLiteral("/data/before.kfe");
-  desk.dialogs.ChooseToOpen(QStringLiteral("/data/guards.kfe"));
+  dialog.FileName = "/data/before.kfe";
+  desk.dialogs.ChooseToOpen("/data/guards.kfe");
 
   dialog.ShowOpen();
 
@@ -33,44 +33,27 @@ TEST_F(CommonDialogTest, ShowsItsPropertiesAndHoldsWhatWasChosenToOpen) {
   EXPECT_EQ(request.file_name, "/data/before.kfe");
 }
 
-TEST_F(CommonDialogTest, HoldsWhatWasChosenToSave) {
-  desk.dialogs.ChooseToSave(QStringLiteral("/data/press.kfe"));
-
+TEST_F(CommonDialogTest, HoldsWhatWasChosenToSaveAndNothingOfItOnceItIsCancelled) {
+  desk.dialogs.ChooseToSave("/data/press.kfe");
   dialog.ShowSave();
-
   EXPECT_EQ(dialog.FileName, "/data/press.kfe");
   EXPECT_EQ(dialog.FileTitle(), "press.kfe");
-  EXPECT_TRUE(desk.dialogs.Requests().first().to_save);
-}
-
-TEST_F(CommonDialogTest, WhatAFormLeftAsTheNameShowsNowhere) {
-  dialog.FileName = QStringLiteral("1");
+  dialog.FileName = "1";  // what a form left as the name shows nowhere
   desk.dialogs.ChooseToSave(QString());
-
   dialog.ShowSave();
-
-  EXPECT_EQ(desk.dialogs.Requests().first().request.file_name, "");
-}
-
-TEST_F(CommonDialogTest, CancelledDialogLeavesNoNameAndNoTitleOfAnEarlierUse) {
-  desk.dialogs.ChooseToOpen(QStringLiteral("/data/guards.kfe"));
-  desk.dialogs.ChooseToOpen(QString());
-  dialog.ShowOpen();
-
-  dialog.ShowOpen();
-
+  EXPECT_EQ(desk.dialogs.Requests().last().request.file_name, "");
+  EXPECT_TRUE(desk.dialogs.Requests().last().to_save);
   EXPECT_EQ(dialog.FileName, "");
   EXPECT_EQ(dialog.FileTitle(), "");
 }
 
 TEST_F(CommonDialogTest, PrinterDialogTellsWhetherItWasCancelled) {
-  dialog.DialogTitle = QStringLiteral("Print");
+  dialog.DialogTitle = "Print";
   EXPECT_TRUE(dialog.ShowPrinter(true));
   desk.printing.CancelDialogs(true);
   EXPECT_FALSE(dialog.ShowPrinter(false));
 
-  const QList<FakePrinting::Chosen> expected = {{QStringLiteral("Print"), true},
-                                                {QStringLiteral("Print"), false}};
+  const QList<FakePrinting::Chosen> expected = {{"Print", true}, {"Print", false}};
   EXPECT_EQ(desk.printing.Dialogs(), expected);
 }
 

@@ -9,12 +9,12 @@
 namespace kestrix {
 namespace {
 
-const QString kTitle = QStringLiteral("BELTROVAN");
-const QString kWishToClose = QStringLiteral("Wish to close Risk Assessment Module?");
+const QString kTitle = "BELTROVAN";
+const QString kWishToClose = "Wish to close Risk Assessment Module?";
 
 class CompanionsTest : public FormTest {
  protected:
-  void GivenProgramAbove() { WriteFile(Above(QStringLiteral("kestrixmodule.exe")), "program"); }
+  void GivenProgramAbove() { WriteFile(Above("kestrixmodule.exe"), "program"); }
   void GivenFile(const QString& name) { WriteFile(installation.Path(name), "file"); }
   [[nodiscard]] QString Folder() const { return installation.Folder(); }
   [[nodiscard]] QString FolderAbove() const { return QFileInfo(installation.Folder()).path(); }
@@ -28,7 +28,7 @@ class CompanionsTest : public FormTest {
 TEST_F(CompanionsTest, HomePageThatRunsIsBroughtToTheFrontAndThisProgramStays) {
   GivenProgramAbove();
   desk.windows.Open(companions::kHomePage);
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, QStringLiteral("Home page already open."));
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Home page already open.");
 
   EXPECT_FALSE(companions::GoToHomePage(context));
 
@@ -38,7 +38,7 @@ TEST_F(CompanionsTest, HomePageThatRunsIsBroughtToTheFrontAndThisProgramStays) {
 }
 
 TEST_F(CompanionsTest, MissingHomePageIsToldAndTheCurrentFolderIsLeftAtTheParent) {
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, QStringLiteral("Installed files missing."));
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Installed files missing.");
 
   EXPECT_FALSE(companions::GoToHomePage(context));
 
@@ -57,15 +57,10 @@ TEST_F(CompanionsTest, YesStartsTheHomePageAndEndsThisProgram) {
   EXPECT_EQ(desk.shell.Companions(), expected);
   EXPECT_EQ(session.MsgAnswer, Button::kYes);
   EXPECT_EQ(desk.messages.Beeps(), 1);
-}
 
-TEST_F(CompanionsTest, NoStartsTheHomePageAndBothProgramsRun) {
-  GivenProgramAbove();
   ExpectClosingQuestion(Button::kNo);
-
-  EXPECT_FALSE(companions::GoToHomePage(context));
-
-  EXPECT_EQ(desk.shell.Companions().size(), 1);
+  EXPECT_FALSE(companions::GoToHomePage(context)) << "both programs run";
+  EXPECT_EQ(desk.shell.Companions().size(), 2);
   EXPECT_EQ(session.MsgAnswer, Button::kNo);
 }
 
@@ -78,7 +73,7 @@ TEST_F(CompanionsTest, HomePageThatFailsToStartShowsNothingAndTheAnswerHolds) {
 }
 
 TEST_F(CompanionsTest, HomePageEndsWithoutAWordWhenTheFolderIsGone) {
-  desk.files.FailNext(FileAction::kChangeFolder, QStringLiteral(".."), failure::kPathNotFound);
+  desk.files.FailNext(FileAction::kChangeFolder, "..", failure::kPathNotFound);
 
   EXPECT_FALSE(companions::GoToHomePage(context));
 
@@ -98,25 +93,11 @@ TEST_F(CompanionsTest, HomePageOnTheWayOutIsActivatedOnlyWhenItRuns) {
 
 TEST_F(CompanionsTest, ReportWindowOfTheTestedTitleEndsTheCommandAndComesToTheFront) {
   desk.windows.Open(companions::kReportPreview);
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, QStringLiteral("Close Report preview."));
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Close Report preview.");
 
   EXPECT_TRUE(companions::ReportWindowGuard(context, companions::kReportPreview));
 
   EXPECT_EQ(desk.windows.Activated(), QStringList{"RiskBookRpts"});
-}
-
-TEST_F(CompanionsTest, SiblingPreviewEndsTheCommandAndTheActivationOfTheOtherTitleFailsSilently) {
-  desk.windows.Open(companions::kSiblingPreview);
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, QStringLiteral("Close Report preview."));
-
-  EXPECT_TRUE(companions::ReportWindowGuard(context, companions::kSiblingPreview));
-
-  EXPECT_EQ(desk.windows.ActivationsTried(), QStringList{"RiskBookRpts"});
-  EXPECT_TRUE(desk.windows.Activated().isEmpty());
-}
-
-TEST_F(CompanionsTest, CommandGoesOnWhenOnlyAWindowOfAnotherTitleIsOpen) {
-  desk.windows.Open(companions::kReportPreview);
   session.WinHandle = 7;
 
   EXPECT_FALSE(companions::ReportWindowGuard(context, companions::kSiblingPreview));
@@ -124,38 +105,36 @@ TEST_F(CompanionsTest, CommandGoesOnWhenOnlyAWindowOfAnotherTitleIsOpen) {
   EXPECT_EQ(session.WinHandle, 0);
 }
 
-TEST_F(CompanionsTest, MissingReportProgramIsTold) {
-  desk.messages.ExpectTell(Icon::kCritical, QStringLiteral("BELTROVAN: Files missing"),
-                           QStringLiteral("1. Installed Files missing"));
+TEST_F(CompanionsTest, SiblingPreviewEndsTheCommandAndTheActivationOfTheOtherTitleFailsSilently) {
+  desk.windows.Open(companions::kSiblingPreview);
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Close Report preview.");
 
-  EXPECT_FALSE(companions::StartReportPreview(context));
+  EXPECT_TRUE(companions::ReportWindowGuard(context, companions::kSiblingPreview));
 
-  EXPECT_TRUE(desk.shell.Companions().isEmpty());
+  EXPECT_EQ(desk.windows.ActivationsTried(), QStringList{"RiskBookRpts"});
+  EXPECT_TRUE(desk.windows.Activated().isEmpty());
 }
 
-TEST_F(CompanionsTest, ReportPreviewStartsFromTheApplicationsFolder) {
-  GivenFile(QStringLiteral("RiskBookRpts.exe"));
+TEST_F(CompanionsTest, ReportPreviewStartsOnceFromTheApplicationsFolderAndAMissingOneIsTold) {
+  desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN: Files missing",
+                           "1. Installed Files missing");
+  EXPECT_FALSE(companions::StartReportPreview(context));
+  EXPECT_TRUE(desk.shell.Companions().isEmpty());
 
+  GivenFile("RiskBookRpts.exe");
   EXPECT_TRUE(companions::StartReportPreview(context));
-
   const QList<FakeShell::Started> expected = {{"RiskBookRpts.exe", Folder()}};
+  EXPECT_EQ(desk.shell.Companions(), expected);
+
+  desk.windows.Open(companions::kReportPreview);
+  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Report preview already open.");
+  EXPECT_FALSE(companions::StartReportPreview(context));
+  EXPECT_EQ(desk.windows.Activated(), QStringList{"RiskBookRpts"});
   EXPECT_EQ(desk.shell.Companions(), expected);
 }
 
-TEST_F(CompanionsTest, SecondStartOfTheReportPreviewBringsItForwardAndStartsNothing) {
-  GivenFile(QStringLiteral("RiskBookRpts.exe"));
-  desk.windows.Open(companions::kReportPreview);
-  desk.messages.ExpectTell(Icon::kInformation, kTitle,
-                           QStringLiteral("Report preview already open."));
-
-  EXPECT_FALSE(companions::StartReportPreview(context));
-
-  EXPECT_EQ(desk.windows.Activated(), QStringList{"RiskBookRpts"});
-  EXPECT_TRUE(desk.shell.Companions().isEmpty());
-}
-
 TEST_F(CompanionsTest, ReportPreviewThatFailsToStartShowsNothing) {
-  GivenFile(QStringLiteral("RiskBookRpts.exe"));
+  GivenFile("RiskBookRpts.exe");
   desk.shell.FailWith(failure::kFileNotFound);
 
   EXPECT_FALSE(companions::StartReportPreview(context));
@@ -163,46 +142,28 @@ TEST_F(CompanionsTest, ReportPreviewThatFailsToStartShowsNothing) {
   EXPECT_TRUE(desk.messages.Shown().isEmpty());
 }
 
-TEST_F(CompanionsTest, HelpFilesOpenByTheirNamesInTheApplicationsFolder) {
-  GivenFile(QStringLiteral("hlpAnnlyAdv.pdf"));
-  GivenFile(QStringLiteral("acci_alys_help.htm"));
-
-  companions::OpenManual(context);
-  companions::OpenHelpPage(context);
-
+TEST_F(CompanionsTest, HelpFilesOpenByTheirNamesInTheApplicationsFolderAndMissingOnesAreTold) {
+  GivenFile("hlpAnnlyAdv.pdf");
+  GivenFile("acci_alys_help.htm");
+  const auto open_both = [this] {
+    companions::OpenManual(context);
+    companions::OpenHelpPage(context);
+  };
+  open_both();
   const QList<FakeShell::Started> expected = {{"hlpAnnlyAdv.pdf", Folder()},
                                               {"acci_alys_help.htm", Folder()}};
   EXPECT_EQ(desk.shell.Documents(), expected);
-}
+  desk.shell.FailWith(failure::kInvalidCall);
+  open_both();
+  EXPECT_TRUE(desk.messages.Shown().isEmpty()) << "without a program for their types";
 
-TEST_F(CompanionsTest, MissingHelpFilesAreTold) {
-  desk.files.PretendMissing(QStringLiteral("hlpAnnlyAdv.pdf"));
-  desk.files.PretendMissing(QStringLiteral("acci_alys_help.htm"));
+  desk.files.PretendMissing("hlpAnnlyAdv.pdf");
+  desk.files.PretendMissing("acci_alys_help.htm");
   for (int i = 0; i < 2; ++i)
     desk.messages.ExpectTell(Icon::kInformation, kTitle,
-                             QStringLiteral("Help file does not exisit, contact BELTROVAN"));
-
-  companions::OpenManual(context);
-  companions::OpenHelpPage(context);
-
-  EXPECT_TRUE(desk.shell.Documents().isEmpty());
-}
-
-TEST_F(CompanionsTest, HelpFileWithoutAProgramForItsTypeShowsNothing) {
-  GivenFile(QStringLiteral("hlpAnnlyAdv.pdf"));
-  desk.shell.FailWith(failure::kInvalidCall);
-
-  companions::OpenManual(context);
-
-  EXPECT_TRUE(desk.messages.Shown().isEmpty());
-}
-
-TEST_F(CompanionsTest, SearchForHelpTellsThatThereIsNone) {
-  desk.messages.ExpectTell(Icon::kInformation, QStringLiteral("KestrixStudy"),
-                           QStringLiteral("Unable to display Help Contents. There is no Help "
-                                          "associated with this project."));
-
-  companions::SearchHelp(context);
+                             "Help file does not exisit, contact BELTROVAN");
+  open_both();
+  EXPECT_EQ(desk.shell.Documents(), expected);
 }
 
 }  // namespace

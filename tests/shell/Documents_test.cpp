@@ -5,7 +5,13 @@
 namespace kestrix {
 namespace {
 
-using DocumentsTest = FrameTest;
+class DocumentsTest : public FrameTest {
+ protected:
+  void OpenTwo() {
+    OpenFrame();
+    Trigger("mnuWindowNewWindow");
+  }
+};
 
 // Edit commands.
 
@@ -49,20 +55,18 @@ TEST_F(DocumentsTest, PasteReplacesTheSelectionByPlainTextAsItStands) {
   desk.clipboard.SetText("a < b & <b>c</b>");
   Trigger("mnuEditPaste");
   EXPECT_EQ(Box(0).toPlainText(), "a < b & <b>c</b>");
-}
-
-TEST_F(DocumentsTest, CopyOfNothingEmptiesTheClipboard) {
-  OpenFrame();
-  desk.clipboard.SetText("before");
   Trigger("mnuEditCopy");
-  EXPECT_EQ(desk.clipboard.Text(), "");
+  EXPECT_EQ(desk.clipboard.Text(), "") << "a copy of nothing empties it";
 }
 
-TEST_F(DocumentsTest, EditCommandsWithoutAChildDoNothingAndShowNothing) {
+TEST_F(DocumentsTest, CommandsWithoutAChildDoNothingAndShowNothing) {
   OpenFrame();
   CloseAllChildren();
   desk.clipboard.SetText("kept");
-  for (const char* name : {"mnuEditCut", "mnuEditCopy", "mnuEditPaste"}) Trigger(name);
+  for (const char* name :
+       {"mnuEditCut", "mnuEditCopy", "mnuEditPaste", "mnuWindowCascade", "mnuWindowTileHorizontal",
+        "mnuWindowTileVertical", "mnuWindowArrangeIcons"})
+    Trigger(name);
   EXPECT_EQ(desk.clipboard.Text(), "kept");
   EXPECT_EQ(desk.clipboard.Clears(), 0);
   EXPECT_TRUE(Windows().isEmpty());
@@ -111,9 +115,8 @@ TEST_F(DocumentsTest, NewChildrenBehindAMaximisedOneFillTheFrameToo) {
   EXPECT_EQ(Area().viewport()->size(), Area().maximumViewportSize()) << "there are scroll bars";
 }
 
-TEST_F(DocumentsTest, TilesLieOneAboveTheOtherOrSideBySide) {
-  OpenFrame();
-  Trigger("mnuWindowNewWindow");
+TEST_F(DocumentsTest, TilesLieOneAboveTheOtherOrSideBySideAndCascadedChildrenOverlap) {
+  OpenTwo();
   const int width = Area().maximumViewportSize().width();
   const int height = Area().maximumViewportSize().height();
   Trigger("mnuWindowTileHorizontal");
@@ -122,20 +125,13 @@ TEST_F(DocumentsTest, TilesLieOneAboveTheOtherOrSideBySide) {
   Trigger("mnuWindowTileVertical");
   EXPECT_EQ(Windows()[0]->geometry(), QRect(0, 0, width / 2, height));
   EXPECT_EQ(Windows()[1]->geometry(), QRect(width / 2, 0, width / 2, height));
-}
-
-TEST_F(DocumentsTest, CascadedChildrenOverlapEachFurtherDown) {
-  OpenFrame();
-  Trigger("mnuWindowNewWindow");
-  Trigger("mnuWindowTileVertical");
   Trigger("mnuWindowCascade");
   EXPECT_LT(Windows()[0]->y(), Windows()[1]->y());
   EXPECT_TRUE(Windows()[0]->geometry().intersects(Windows()[1]->geometry()));
 }
 
 TEST_F(DocumentsTest, MinimisedChildrenAreArrangedAlongTheLowerEdge) {
-  OpenFrame();
-  Trigger("mnuWindowNewWindow");
+  OpenTwo();
   for (QMdiSubWindow* window : Windows()) {
     window->showMinimized();
     window->move(30, 30);
@@ -144,15 +140,6 @@ TEST_F(DocumentsTest, MinimisedChildrenAreArrangedAlongTheLowerEdge) {
   const int bottom = Area().maximumViewportSize().height();
   EXPECT_EQ(Windows()[0]->geometry().bottomLeft(), QPoint(0, bottom - 1));
   EXPECT_FALSE(Windows()[0]->geometry().intersects(Windows()[1]->geometry()));
-}
-
-TEST_F(DocumentsTest, ArrangementOfNoChildrenDoesNothing) {
-  OpenFrame();
-  CloseAllChildren();
-  for (const char* name : {"mnuWindowCascade", "mnuWindowTileHorizontal", "mnuWindowTileVertical",
-                           "mnuWindowArrangeIcons"})
-    Trigger(name);
-  EXPECT_TRUE(Windows().isEmpty());
 }
 
 }  // namespace

@@ -53,40 +53,28 @@ class frmDocumentTest : public FrameTest {
   }
 };
 
-// New children and their count.
-
 TEST_F(frmDocumentTest, NewChildHasNoCaptionAndCountsByTheRunningNumber) {
   Trigger("mnuFileNew");
   Trigger("mnuWindowNewWindow");
   EXPECT_EQ(Windows().size(), 3);
   EXPECT_EQ(session.DocumentCount, 3);
   EXPECT_EQ(Child(2).Caption(), "");
-}
-
-TEST_F(frmDocumentTest, RunningNumberGoesOnAfterAChildWasClosed) {
-  Trigger("mnuFileNew");
+  CloseAllChildren();
+  EXPECT_EQ(session.DocumentCount, 0);
+  for (const int count : {1, 2}) {
+    Trigger("mnuFileNew");
+    EXPECT_EQ(session.DocumentCount, count) << "it starts again at zero";
+  }
   CloseChild(0);
   EXPECT_EQ(session.DocumentCount, 1);
   Trigger("mnuFileNew");
-  EXPECT_EQ(session.DocumentCount, 3);
+  EXPECT_EQ(session.DocumentCount, 3) << "and goes on after a child was closed";
 }
 
-TEST_F(frmDocumentTest, RunningNumberStartsAgainWhenTheCountIsZero) {
-  Trigger("mnuFileNew");
-  CloseAllChildren();
-  EXPECT_EQ(session.DocumentCount, 0);
-  Trigger("mnuFileNew");
-  EXPECT_EQ(session.DocumentCount, 1);
-}
-
-TEST_F(frmDocumentTest, LoadOfAChildEnablesTheWayToTheOrganisations) {
+TEST_F(frmDocumentTest, LoadOfAChildEnablesTheWayAndClosingOneOfTwoLeavesItOpen) {
   Main().EnableData(false);
   Trigger("mnuFileNew");
   EXPECT_TRUE(IsEnabled("mnuData"));
-}
-
-TEST_F(frmDocumentTest, ClosingOneOfTwoChildrenLeavesTheWayOpen) {
-  Trigger("mnuFileNew");
   CloseChild(0);
   EXPECT_TRUE(IsEnabled("mnuData"));
 }
@@ -127,18 +115,13 @@ TEST_F(frmDocumentTest, ChildThatIsClosedTwiceCountsOnce) {
 }
 
 TEST_F(frmDocumentTest, ChangedTextIsNotAskedAboutWhenItsChildCloses) {
+  Trigger("mnuFileClose");
+  EXPECT_EQ(Windows().size(), 1) << "the entry does nothing";
   Write("unsaved");
   CloseChild(0);
   EXPECT_TRUE(desk.messages.Shown().isEmpty());
   EXPECT_TRUE(Windows().isEmpty());
 }
-
-TEST_F(frmDocumentTest, CloseEntryDoesNothing) {
-  Trigger("mnuFileClose");
-  EXPECT_EQ(Windows().size(), 1);
-}
-
-// Resizing.
 
 TEST_F(frmDocumentTest, BoxKeepsAMarginOfAHundredTwipsOnEachSide) {
   Child(0).resize(400, 300);
@@ -166,8 +149,6 @@ TEST_F(frmDocumentTest, ChildTooSmallForTheMarginsKeepsTheBoxWhereItWas) {
   child.resize(14, 300);
   EXPECT_EQ(box->width(), 0);
 }
-
-// Opening.
 
 TEST_F(frmDocumentTest, OpenShowsItsDialogAndCancellingOpensNothing) {
   Write("mine");
@@ -202,23 +183,16 @@ TEST_F(frmDocumentTest, OpenLoadsIntoTheActiveChild) {
   EXPECT_EQ(Box(1).toPlainText(), "");
 }
 
-TEST_F(frmDocumentTest, FileThatCannotBeReadEndsTheCommandWithItsFailure) {
+TEST_F(frmDocumentTest, FileThatCannotBeReadOrIsTooLargeEndsTheCommandWithItsFailure) {
   Write("mine");
-  ExpectFailure(
-      QStringLiteral("Failed to open \"%1\": there is no such file.").arg(File("none.kfe")));
-  OpenFile(File("none.kfe"));
-  EXPECT_EQ(Child(0).Caption(), "");
-  EXPECT_EQ(Box(0).toPlainText(), "mine");
-}
-
-TEST_F(frmDocumentTest, FileTooLargeToBeShownIsToldAndChangesNothing) {
-  Write("mine");
-  WriteFile(File("a.txt"), QByteArray(3'000'000, '\n'));
-  ExpectFailure(
-      QStringLiteral("Failed to open \"%1\": it is too large to be shown.").arg(File("a.txt")));
-  OpenFile(File("a.txt"));
-  EXPECT_EQ(Child(0).Caption(), "");
-  EXPECT_EQ(Box(0).toPlainText(), "mine");
+  WriteFile(File("large.txt"), QByteArray(3'000'000, '\n'));
+  for (const auto& [name, why] : {std::pair("none.kfe", "there is no such file."),
+                                  std::pair("large.txt", "it is too large to be shown.")}) {
+    ExpectFailure(QStringLiteral("Failed to open \"%1\": %2").arg(File(name), why));
+    OpenFile(File(name));
+    EXPECT_EQ(Child(0).Caption(), "");
+    EXPECT_EQ(Box(0).toPlainText(), "mine");
+  }
 }
 
 TEST_F(frmDocumentTest, SmallFileWithHugeNumbersOpensAsItsText) {
@@ -227,8 +201,6 @@ TEST_F(frmDocumentTest, SmallFileWithHugeNumbersOpensAsItsText) {
   OpenFile(File("a.kfe"));
   EXPECT_EQ(Box(0).toPlainText(), QString::fromLatin1(text));
 }
-
-// Pasting.
 
 TEST_F(frmDocumentTest, PastingByHandTakesWhatABoxOfOursCopiedAndElseTheText) {
   Box(0).setHtml("<p>one <b>two</b></p>");
@@ -269,8 +241,6 @@ TEST_F(frmDocumentTest, PasteThatHasNoRoomIsToldAndChangesNothing) {
   EXPECT_EQ(Box(0).document()->blockCount(), 30'001);
 }
 
-// Saving.
-
 TEST_F(frmDocumentTest, SaveOfANewChildFailsForWantOfAName) {
   Write("mine");
   ExpectFailure("Failed to save: the document has no file name.");
@@ -293,10 +263,12 @@ TEST_F(frmDocumentTest, SaveOfAChildCalledDocumentAsksForANameAndAddsItsExtensio
 }
 
 TEST_F(frmDocumentTest, CancelledSaveWritesNothingAndKeepsTheCaption) {
-  Child(0).SetCaption("Document1");
-  desk.dialogs.ChooseToSave(QString());
-  Trigger("mnuFileSave");
-  EXPECT_EQ(Child(0).Caption(), "Document1");
+  for (const char* entry : {"mnuFileSave", "mnuFileSaveAs"}) {
+    Child(0).SetCaption("Document1");
+    desk.dialogs.ChooseToSave(QString());
+    Trigger(entry);
+    EXPECT_EQ(Child(0).Caption(), "Document1");
+  }
 }
 
 TEST_F(frmDocumentTest, SaveOfANamedChildWritesToItsCaptionWithoutAsking) {
@@ -330,12 +302,6 @@ TEST_F(frmDocumentTest, SaveAsStoresTheNameAsTyped) {
   EXPECT_EQ(desk.dialogs.Requests()[0].request.filter, "All Files (*.kfe*)|*.kfe*");
 }
 
-TEST_F(frmDocumentTest, CancelledSaveAsWritesNothing) {
-  desk.dialogs.ChooseToSave(QString());
-  Trigger("mnuFileSaveAs");
-  EXPECT_EQ(Child(0).Caption(), "");
-}
-
 TEST_F(frmDocumentTest, FileThatCannotBeWrittenEndsTheCommandWithItsFailure) {
   desk.dialogs.ChooseToSave(File("no folder/press"));
   desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN", FailureTextOf([&] {
@@ -361,43 +327,28 @@ TEST_F(frmDocumentTest, SavingWithoutAChildDoesNothing) {
   EXPECT_TRUE(desk.printing.Dialogs().isEmpty());
 }
 
-// Printing.
-
-TEST_F(frmDocumentTest, PrintingWithASelectionPrintsTheSelection) {
+TEST_F(frmDocumentTest, PrintingPrintsTheSelectionOrAllOfTheTextUnlessItIsCancelled) {
   Box(0).setPlainText("one two");
+  Trigger("mnuFilePrint");
   SelectFirst(3);
   Trigger("mnuFilePrint");
-  const QList<FakePrinting::Chosen> expected = {{QStringLiteral("Print"), true}};
+  const QList<FakePrinting::Chosen> expected = {{"Print", false}, {"Print", true}};
   EXPECT_EQ(desk.printing.Dialogs(), expected);
-  EXPECT_EQ(desk.printing.Printed(), QStringList{"one"});
-}
-
-TEST_F(frmDocumentTest, PrintingWithoutASelectionPrintsAllOfTheText) {
-  Box(0).setPlainText("one two");
-  Trigger("mnuFilePrint");
-  const QList<FakePrinting::Chosen> expected = {{QStringLiteral("Print"), false}};
-  EXPECT_EQ(desk.printing.Dialogs(), expected);
-  EXPECT_EQ(desk.printing.Printed(), QStringList{"one two"});
-}
-
-TEST_F(frmDocumentTest, CancelledPrintDialogPrintsNothing) {
+  EXPECT_EQ(desk.printing.Printed(), (QStringList{"one two", "one"}));
   desk.printing.CancelDialogs(true);
   Trigger("mnuFilePrint");
-  EXPECT_TRUE(desk.printing.Printed().isEmpty());
+  EXPECT_EQ(desk.printing.Printed().size(), 2);
 }
 
-TEST_F(frmDocumentTest, FailuresOfThePrinterArePassedOver) {
-  desk.printing.BreakPrinter();
-  Trigger("mnuFilePrint");
+TEST_F(frmDocumentTest,
+       PageSetupShowsTheDialogAndPrintsNothingAndFailuresOfThePrinterArePassedOver) {
   Trigger("mnuFilePageSetup");
-  EXPECT_TRUE(desk.messages.Shown().isEmpty());
-}
-
-TEST_F(frmDocumentTest, PageSetupShowsTheDialogAndPrintsNothing) {
-  Trigger("mnuFilePageSetup");
-  const QList<FakePrinting::Chosen> expected = {{QStringLiteral("Page Setup"), false}};
+  const QList<FakePrinting::Chosen> expected = {{"Page Setup", false}};
   EXPECT_EQ(desk.printing.Dialogs(), expected);
   EXPECT_TRUE(desk.printing.Printed().isEmpty());
+  desk.printing.BreakPrinter();
+  for (const char* entry : {"mnuFilePrint", "mnuFilePageSetup"}) Trigger(entry);
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
 }
 
 }  // namespace

@@ -20,10 +20,12 @@ class frmMainTest : public FrameTest {
   [[nodiscard]] QString Sign(int number) const {
     return installation.Path(QStringLiteral("RskAsmtFld/ktx_RskSmt%1.ldb").arg(number));
   }
+  void OpenAndListen() {
+    OpenFrame();
+    Listen(Main());
+  }
   void Close() { CloseBox(Main()); }
 };
-
-// The load.
 
 TEST_F(frmMainTest, FirstScreenIsTheFrameWithOneEmptyDocument) {
   OpenFrame();
@@ -76,9 +78,8 @@ TEST_F(frmMainTest, StoredPlacementFarBeyondTheScreensIsTakenAsAbsent) {
   EXPECT_EQ(main.pos(), QPoint(1000 / 15, 1000 / 15));
   EXPECT_EQ(main.width(), 6500 / 15);
   EXPECT_GT(main.height(), 0);
-}
 
-TEST_F(frmMainTest, StoredPlaceOnAScreenThatIsUnpluggedStays) {
+  // One on a screen that is unplugged stays.
   GivenSetting("MainLeft", "28800");
   EXPECT_EQ(Make<frmMain>().pos().x(), 1920);
 }
@@ -111,17 +112,7 @@ TEST_F(frmMainTest, FailingLoadIsToldUnloadsTheFrameAndSucceedsAtTheNextStart) {
   EXPECT_FALSE(Make<frmMain>().IsUnloading());
 }
 
-// What other forms do to the frame.
-
-TEST_F(frmMainTest, StatusTextIsShownInTheFirstPanelAndReadableAsTheBarsMessage) {
-  OpenFrame().SetStatusText("Active Organization - Press <b>shop</b>");
-
-  EXPECT_EQ(StatusText(), "Active Organization - Press <b>shop</b>");
-  EXPECT_EQ(Control<QLabel>("sbStatusBarPanel1").textFormat(), Qt::PlainText);
-  EXPECT_EQ(Control<QStatusBar>("sbStatusBar").currentMessage(), StatusText());
-}
-
-TEST_F(frmMainTest, LongStatusTextDoesntWidenTheFrame) {
+TEST_F(frmMainTest, StatusTextIsShownPlainInTheFirstPanelAndDoesntWidenTheFrame) {
   const QString text = "Active Organization - " + QString(255, u'W');
   OpenFrame();
   const int width = Main().width();
@@ -131,28 +122,25 @@ TEST_F(frmMainTest, LongStatusTextDoesntWidenTheFrame) {
   EXPECT_LE(Main().minimumSizeHint().width(), width);
   EXPECT_EQ(StatusText(), text);
   EXPECT_EQ(Control<QWidget>("sbStatusBarPanel1").toolTip(), text);
-}
-
-TEST_F(frmMainTest, PointingAtAMenuEntryLeavesTheStatusTextAlone) {
-  OpenFrame();
+  EXPECT_EQ(Control<QLabel>("sbStatusBarPanel1").textFormat(), Qt::PlainText);
+  EXPECT_EQ(Control<QStatusBar>("sbStatusBar").currentMessage(), text);
+  Main().SetStatusText("<b>shop</b>");
+  EXPECT_EQ(StatusText(), "<b>shop</b>");
   QStatusTipEvent tip(QStringLiteral(""));
   QApplication::sendEvent(&Main(), &tip);
-  EXPECT_EQ(Control<QStatusBar>("sbStatusBar").currentMessage(), Frame::kTitle);
+  EXPECT_EQ(Control<QStatusBar>("sbStatusBar").currentMessage(), "<b>shop</b>")
+      << "a menu entry leaves it";
 }
 
 TEST_F(frmMainTest, ToolBarAndDataMenuAreSwitchedFromOutside) {
   OpenFrame();
-  Main().EnableToolBar(false);
-  Main().EnableData(false);
-  EXPECT_FALSE(IsEnabled("tbToolBar"));
-  EXPECT_FALSE(IsEnabled("mnuData"));
-  Main().EnableToolBar(true);
-  Main().EnableData(true);
-  EXPECT_TRUE(IsEnabled("tbToolBar"));
-  EXPECT_TRUE(IsEnabled("mnuData"));
+  for (const bool enable : {false, true}) {
+    Main().EnableToolBar(enable);
+    Main().EnableData(enable);
+    EXPECT_EQ(IsEnabled("tbToolBar"), enable);
+    EXPECT_EQ(IsEnabled("mnuData"), enable);
+  }
 }
-
-// Minimising.
 
 TEST_F(frmMainTest, MinimisedFrameIsMaximisedAtOnceAndNoOtherOne) {
   OpenFrame().MaximiseIfMinimised();
@@ -183,8 +171,6 @@ TEST_F(frmMainTest, MinimisedFrameThatIsUnloadedKeepsTheStoredPlacement) {
   EXPECT_EQ(Setting("MainLeft"), "300");
   EXPECT_EQ(Setting("MainWidth"), "<none>");
 }
-
-// The menu.
 
 struct MenuEntry {
   const char* name;
@@ -274,7 +260,7 @@ TEST_F(frmMainTest, MenuHoldsEveryEntryInItsPlaceShownOrHidden) {
 }
 
 TEST_F(frmMainTest, PlaceholdersShowTheirTextInAPlainBoxAndDoNothingElse) {
-  OpenFrame();
+  OpenAndListen();
   for (const char* name :
        {"mnuFileSaveAll", "mnuFileProperties", "mnuFilePrintPreview", "mnuFileSend", "mnuEditUndo",
         "mnuEditPasteSpecial", "mnuViewRefresh", "mnuViewOptions", "mnuViewWebBrowser"}) {
@@ -282,38 +268,26 @@ TEST_F(frmMainTest, PlaceholdersShowTheirTextInAPlainBoxAndDoNothingElse) {
                              QStringLiteral("Add '%1_Click' code.").arg(name));
     Trigger(name);
   }
-  EXPECT_EQ(Windows().size(), 1);
-}
-
-TEST_F(frmMainTest, EntriesWithoutAFunctionDoNothing) {
-  OpenFrame();
-  Listen(Main());
+  const auto shown = desk.messages.Shown().size();
   for (const char* name :
        {"mnuFileClose", "mnuHelpAbout", "SetDflts", "mnuFileMRU_1", "mnuFileMRU_2", "mnuFileMRU_3"})
     Trigger(name);
+  EXPECT_EQ(desk.messages.Shown().size(), shown) << "entries without a function do nothing";
   EXPECT_EQ(Windows().size(), 1);
   EXPECT_TRUE(asked_.isEmpty());
-  EXPECT_TRUE(desk.messages.Shown().isEmpty());
 }
 
-TEST_F(frmMainTest, CtrlNMakesADocumentThoughItsEntryIsHidden) {
-  OpenFrame();
+TEST_F(frmMainTest, ShortcutsWorkWhileTheTextHasTheFocusAndCtrlNThoughItsEntryIsHidden) {
+  OpenAndListen();
   PressKey(Qt::Key_N, Qt::ControlModifier);
   EXPECT_EQ(Windows().size(), 2);
   EXPECT_EQ(session.DocumentCount, 2);
-}
-
-TEST_F(frmMainTest, ShortcutsOfShownEntriesWorkWhileTheTextHasTheFocus) {
-  OpenFrame();
-  Listen(Main());
   Box(0).setFocus();
   PressKey(Qt::Key_B, Qt::ControlModifier);
   PressKey(Qt::Key_R, Qt::ControlModifier);
   PressKey(Qt::Key_H, Qt::ControlModifier);
   EXPECT_EQ(asked_, (QStringList{"backup", "restore", "organisations"}));
 }
-
-// The bars.
 
 TEST_F(frmMainTest, ToolBarButtonsWorkByTheirKeys) {
   OpenFrame();
@@ -345,11 +319,8 @@ TEST_F(frmMainTest, ViewEntriesFlipTheirCheckMarkAndTheirBar) {
   }
 }
 
-// The way to the organisations.
-
 TEST_F(frmMainTest, OrganisationsAreAskedForWhenEverythingIsThere) {
-  OpenFrame();
-  Listen(Main());
+  OpenAndListen();
   Qt::CursorShape during = Qt::ArrowCursor;
   QObject::connect(&Main(), &frmMain::OrganisationsRequested, &Main(), [&during] {
     if (const QCursor* cursor = QApplication::overrideCursor()) during = cursor->shape();
@@ -361,11 +332,16 @@ TEST_F(frmMainTest, OrganisationsAreAskedForWhenEverythingIsThere) {
   EXPECT_EQ(during, Qt::WaitCursor);
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
   EXPECT_TRUE(session.FileFoundA && session.FileFoundB && session.FileFoundC);
+  // A failure while they are shown is passed over.
+  QObject::connect(&Main(), &frmMain::OrganisationsRequested, &Main(),
+                   [] { throw Failure(failure::kCannotOpen, "No."); });
+  Choose("mnuDatamnfrm");
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
 TEST_F(frmMainTest, EachMissingFileIsToldWithABeepAndNothingOpens) {
-  OpenFrame();
-  Listen(Main());
+  OpenAndListen();
   int beeps = 0;
   for (const char* file : {"RskAsmt_BkSup.mdb", "orgtn.mdb", "/risk_esmatn.mdb"}) {
     SCOPED_TRACE(file);
@@ -382,8 +358,7 @@ TEST_F(frmMainTest, EachMissingFileIsToldWithABeepAndNothingOpens) {
 }
 
 TEST_F(frmMainTest, SiblingPreviewBarsTheOrganisationsAndTheOwnOneDoesnt) {
-  OpenFrame();
-  Listen(Main());
+  OpenAndListen();
   desk.windows.Open("RiskBookRpts");
   Choose("mnuDatamnfrm");
   EXPECT_EQ(asked_, QStringList{"organisations"});
@@ -396,18 +371,8 @@ TEST_F(frmMainTest, SiblingPreviewBarsTheOrganisationsAndTheOwnOneDoesnt) {
   EXPECT_EQ(desk.windows.ActivationsTried(), QStringList{"RiskBookRpts"});
 }
 
-TEST_F(frmMainTest, FailureWhileTheOrganisationsAreShownIsPassedOver) {
-  OpenFrame();
-  QObject::connect(&Main(), &frmMain::OrganisationsRequested, &Main(),
-                   [] { throw Failure(failure::kCannotOpen, "No."); });
-  Choose("mnuDatamnfrm");
-  EXPECT_TRUE(desk.messages.Shown().isEmpty());
-  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-}
-
 TEST_F(frmMainTest, OrganisationsCannotBeReachedWithoutADocument) {
-  OpenFrame();
-  Listen(Main());
+  OpenAndListen();
   CloseAllChildren();
 
   EXPECT_FALSE(IsEnabled("mnuData"));
@@ -421,11 +386,8 @@ TEST_F(frmMainTest, OrganisationsCannotBeReachedWithoutADocument) {
   EXPECT_EQ(asked_, QStringList{"organisations"});
 }
 
-// Backup, restore, customization, home page, help.
-
 TEST_F(frmMainTest, BackupAsksForItsFormInBackupModeWithTheNoticeBehindIt) {
-  OpenFrame();
-  Listen(Main());
+  OpenAndListen();
   QString before;
   QObject::connect(&Main(), &frmMain::BackupRequested, &Main(),
                    [&] { before = Box(0).toPlainText(); });
@@ -493,9 +455,8 @@ TEST_F(frmMainTest, NoticeNeverReplacesWhatTheUserWroteOrOpened) {
   }
 }
 
-TEST_F(frmMainTest, RestoreAsksForTheFolderDialogInRestoreMode) {
-  OpenFrame();
-  Listen(Main());
+TEST_F(frmMainTest, RestoreAsksForTheFolderDialogInRestoreModeAndCustomizationForItsForm) {
+  OpenAndListen();
   session.BackupSubMode = 1;
 
   Choose("RtrBkUp");
@@ -504,18 +465,12 @@ TEST_F(frmMainTest, RestoreAsksForTheFolderDialogInRestoreMode) {
   EXPECT_EQ(session.BackupMode, 1);
   EXPECT_EQ(session.BackupSubMode, 0);
   EXPECT_EQ(Box(0).toPlainText(), "");
-}
-
-TEST_F(frmMainTest, CustomizationAsksForItsForm) {
-  OpenFrame();
-  Listen(Main());
   Choose("custmztnFrm");
-  EXPECT_EQ(asked_, QStringList{"customization"});
+  EXPECT_EQ(asked_.last(), "customization");
 }
 
 TEST_F(frmMainTest, TheHomePageIsStartedAndYesEndsTheRun) {
-  OpenFrame();
-  Listen(Main());
+  OpenAndListen();
   WriteFile(installation.Folder() + "/../kestrixmodule.exe", "program");
   const Message question =
       Ask(Icon::kInformation, kTitle, "Wish to close Risk Assessment Module?", Button::kYes);
@@ -578,19 +533,15 @@ TEST_F(frmMainTest, HelpEntriesReachTheManualAndTheSearch) {
   Trigger("mnuHelpSearchForHelpOn");
 }
 
-// The way out.
-
 TEST_F(frmMainTest, EveryRouteOutAsksForTheOtherFormsToGoFirst) {
-  OpenFrame();
-  Listen(Main());
-  Trigger("mnuFileExit");
-  EXPECT_EQ(asked_, (QStringList{"closing", "unloaded"}));
-
-  asked_.clear();
-  OpenFrame();
-  Listen(Main());
-  Close();
-  EXPECT_EQ(asked_, (QStringList{"closing", "unloaded"}));
+  for (const bool by_menu : {true, false}) {
+    asked_.clear();
+    OpenAndListen();
+    Trigger("mnuFileNew");
+    by_menu ? Trigger("mnuFileExit") : Close();
+    EXPECT_EQ(asked_, (QStringList{"closing", "unloaded"}));
+    EXPECT_EQ(session.DocumentCount, 0) << "its documents are closed";
+  }
 }
 
 TEST_F(frmMainTest, ClosingBeforeAnyOrganisationTestsAThousandAndOneNamesAndDoesNothingElse) {
@@ -603,11 +554,10 @@ TEST_F(frmMainTest, ClosingBeforeAnyOrganisationTestsAThousandAndOneNamesAndDoes
   for (const QString& kept : {Sign(1001), installation.StudySign(0), installation.StudySign(1)})
     EXPECT_EQ(ReadFile(kept), "stays");
   EXPECT_TRUE(desk.files.Log().isEmpty());
-}
-
-TEST_F(frmMainTest, LastNameThatIsTestedIsThatOfAThousand) {
-  OpenFrame();
+  // The last name that is tested is that of a thousand.
+  session.OrgCount = session.LockScanIndex = 0;
   WriteFile(Sign(1000), "stale");
+  OpenFrame();
   Close();
   EXPECT_EQ(ReadFile(Sign(1000)), "<no file>");
 }
@@ -642,8 +592,7 @@ TEST_F(frmMainTest, LookForStaleSignsGoesOnWhereTheLastOneEnded) {
 }
 
 TEST_F(frmMainTest, SignThatCannotBeRemovedHoldsUpNothing) {
-  OpenFrame();
-  Listen(Main());
+  OpenAndListen();
   WriteFile(Sign(0), "stale");
   desk.files.FailNext(FileAction::kDeleteFile, "ktx_RskSmt0", failure::kPermissionDenied);
   Close();
@@ -659,23 +608,16 @@ TEST_F(frmMainTest, LookForStaleSignsEndsAtTheLargestNumber) {
   EXPECT_EQ(session.LockScanIndex, std::numeric_limits<qint16>::max());
 }
 
-TEST_F(frmMainTest, FailingUnloadOfAnotherFormHoldsUpNothing) {
-  OpenFrame();
-  desk.windows.Open("kestrixmodule");
-  QObject::connect(&Main(), &frmMain::Closing, &Main(),
-                   [] { throw Failure(failure::kCannotOpen, "No."); });
-  Close();
-  EXPECT_TRUE(desk.messages.Shown().isEmpty());
-  EXPECT_EQ(desk.windows.Activated(), QStringList{"kestrixmodule"});
-}
-
-TEST_F(frmMainTest, HomePageThatRunsComesToTheFrontAfterTheOtherFormsWent) {
+TEST_F(frmMainTest, HomePageComesToTheFrontAfterTheOtherFormsWentWhoseFailureHoldsUpNothing) {
   OpenFrame();
   desk.windows.Open("kestrixmodule");
   QStringList activated_before;
-  QObject::connect(&Main(), &frmMain::Closing, &Main(),
-                   [&] { activated_before = desk.windows.Activated(); });
+  QObject::connect(&Main(), &frmMain::Closing, &Main(), [&] {
+    activated_before = desk.windows.Activated();
+    throw Failure(failure::kCannotOpen, "No.");
+  });
   Close();
+  EXPECT_TRUE(desk.messages.Shown().isEmpty());
   EXPECT_TRUE(activated_before.isEmpty());
   EXPECT_EQ(desk.windows.Activated(), QStringList{"kestrixmodule"});
 }
@@ -726,13 +668,6 @@ TEST_F(frmMainTest, MinimisedFrameThatCameBackMaximisedStoresThePlaceThatItGoesB
   EXPECT_EQ(Setting("MainTop"), "990");
   EXPECT_EQ(Setting("MainWidth"), "6495");
   EXPECT_EQ(Setting("MainHeight"), "6495");
-}
-
-TEST_F(frmMainTest, ClosingTheFrameClosesItsDocuments) {
-  OpenFrame();
-  Trigger("mnuFileNew");
-  Close();
-  EXPECT_EQ(session.DocumentCount, 0);
 }
 
 }  // namespace

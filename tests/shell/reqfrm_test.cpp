@@ -37,8 +37,8 @@ TEST_F(reqfrmTest, NoticeShowsItsTexts) {
   EXPECT_EQ(TextOf("runsetp"), "&Run Setup");
 }
 
-TEST_F(reqfrmTest, ButtonWithoutTheFileOnlyEndsTheProgram) {
-  Click("runsetp");
+TEST_F(reqfrmTest, ButtonWithoutTheFileOnlyEndsTheProgramAndItsMnemonicPressesIt) {
+  PressKey(Qt::Key_R, Qt::AltModifier);
   EXPECT_EQ(steps_, (QStringList{"end requested", "unloaded"}));
   EXPECT_EQ(ReadFile(Word()), "<no file>");
   EXPECT_TRUE(form_.isNull());
@@ -64,11 +64,6 @@ TEST_F(reqfrmTest, FileThatCannotBeWrittenLeavesTheNoticeUntilItsCloseBoxIsUsed)
 
   CloseBox(*form_);
   EXPECT_EQ(steps_, QStringList{"unloaded"});
-}
-
-TEST_F(reqfrmTest, MnemonicOfTheButtonPressesIt) {
-  PressKey(Qt::Key_R, Qt::AltModifier);
-  EXPECT_EQ(steps_, (QStringList{"end requested", "unloaded"}));
 }
 
 }  // namespace

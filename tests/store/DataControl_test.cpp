@@ -14,10 +14,15 @@ class DataControlTest : public StoreTest {
     for (int i = 1; i <= count; ++i)
       Exec(Path("study.mdb"), "INSERT INTO Risk_records(Project_Number) VALUES('P')");
   }
+  void OpenTasks() {
+    control.SetDatabaseName(Path("study.mdb"));
+    control.SetRecordSource(Select("Risk_records"));
+    control.Refresh();
+  }
+  DataControl control{QStringLiteral("dtsorce1")};
 };
 
 TEST_F(DataControlTest, AConnectionStringNamesItsFile) {
-  DataControl control(QStringLiteral("dtsorce1"));
   control.SetConnectionString(QStringLiteral("Provider=Microsoft.Jet.OLEDB.4.0;Data Source=") +
                               Path("study.mdb"));
   EXPECT_EQ(control.DatabaseName(), Path("study.mdb"));
@@ -26,14 +31,12 @@ TEST_F(DataControlTest, AConnectionStringNamesItsFile) {
 }
 
 TEST_F(DataControlTest, ThereAreNoRowsBeforeARefresh) {
-  const DataControl control(QStringLiteral("x"));
   EXPECT_FALSE(control.HasRecordset());
   EXPECT_EQ(FailureOf([&] { (void)control.Recordset(); }), failure::kObjectNotSet);
 }
 
 TEST_F(DataControlTest, RefreshOpensTheFileAndTheRowsAndTells) {
   GivenTasks(2);
-  DataControl control(QStringLiteral("x"));
   const QSignalSpy reset(&control, &DataControl::RowsReset);
   control.SetDatabaseName(Path("study.mdb"));
   control.Refresh();
@@ -47,21 +50,11 @@ TEST_F(DataControlTest, RefreshOpensTheFileAndTheRowsAndTells) {
 
 TEST_F(DataControlTest, RefreshCommitsThePendingEdit) {
   GivenTasks(1);
-  DataControl control(QStringLiteral("x"));
-  control.SetDatabaseName(Path("study.mdb"));
-  control.SetRecordSource(Select("Risk_records"));
-  control.Refresh();
+  OpenTasks();
   control.Recordset().Set(1, QStringLiteral("kept"));
   control.Refresh();
   EXPECT_EQ(control.Recordset().Text(1), "kept");
-}
-
-TEST_F(DataControlTest, AnEditThatCannotBeCommittedIsToldBehindTheRefresh) {
-  GivenTasks(1);
-  DataControl control(QStringLiteral("x"));
-  control.SetDatabaseName(Path("study.mdb"));
-  control.SetRecordSource(Select("Risk_records"));
-  control.Refresh();
+  // One that can't be committed is told behind the refresh.
   control.Recordset().Set(1, QStringLiteral("mine"));
   Exec(Path("study.mdb"), "UPDATE Risk_records SET dateOfRcd='theirs'");
   EXPECT_EQ(FailureOf([&] { control.Refresh(); }), failure::kRowChanged);
@@ -70,7 +63,6 @@ TEST_F(DataControlTest, AnEditThatCannotBeCommittedIsToldBehindTheRefresh) {
 
 TEST_F(DataControlTest, PointingElsewhereLetsGoOfTheFirstFile) {
   (void)GivenInstalledStudy("other.mdb");
-  DataControl control(QStringLiteral("x"));
   control.SetDatabaseName(Path("study.mdb"));
   control.Refresh();
   control.SetDatabaseName(Path("other.mdb"));
@@ -83,10 +75,7 @@ TEST_F(DataControlTest, PointingElsewhereLetsGoOfTheFirstFile) {
 
 TEST_F(DataControlTest, AFailedRefreshLeavesNoRowsAndSaysSo) {
   GivenTasks(1);
-  DataControl control(QStringLiteral("x"));
-  control.SetDatabaseName(Path("study.mdb"));
-  control.SetRecordSource(Select("Risk_records"));
-  control.Refresh();
+  OpenTasks();
   const QSignalSpy shown(&control, &DataControl::Shown);
   control.SetRecordSource(Select("nowhere"));
   EXPECT_EQ(FailureOf([&] { control.Refresh(); }), failure::kSyntax);
@@ -97,10 +86,7 @@ TEST_F(DataControlTest, AFailedRefreshLeavesNoRowsAndSaysSo) {
 TEST_F(DataControlTest, RefreshSeesAFileThatWasPutInItsPlace) {
   GivenTasks(1);
   (void)GivenInstalledStudy("new.mdb");
-  DataControl control(QStringLiteral("x"));
-  control.SetDatabaseName(Path("study.mdb"));
-  control.SetRecordSource(Select("Risk_records"));
-  control.Refresh();
+  OpenTasks();
   ASSERT_EQ(rename(Path("new.mdb").toUtf8().constData(), Path("study.mdb").toUtf8().constData()),
             0);
   control.Refresh();
@@ -109,10 +95,7 @@ TEST_F(DataControlTest, RefreshSeesAFileThatWasPutInItsPlace) {
 
 TEST_F(DataControlTest, ItPassesOnWhatItsRowsTell) {
   GivenTasks(2);
-  DataControl control(QStringLiteral("x"));
-  control.SetDatabaseName(Path("study.mdb"));
-  control.SetRecordSource(Select("Risk_records"));
-  control.Refresh();
+  OpenTasks();
   const QSignalSpy row(&control, &DataControl::RowChanged);
   const QSignalSpy field(&control, &DataControl::FieldChanged);
   const QSignalSpy inserted(&control, &DataControl::RowInserted);

@@ -12,7 +12,6 @@
 #include "store/StoreTest.h"
 #include "support/EndlessRows.h"
 #include "support/RunAsNobody.h"
-#include "support/TestInstallation.h"
 
 namespace kestrix::testing {
 namespace {
@@ -20,17 +19,6 @@ namespace {
 class DatabaseTest : public StoreTest {
  protected:
   bool SignLies() const { return QFile::exists(Path("study.ldb")); }
-
-  static QByteArray Bytes(const QString& path) {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    return file.readAll();
-  }
-  static void SetBytes(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    ASSERT_EQ(file.write(bytes), bytes.size());
-  }
 
   /// The journal of a change to many files, of which none was written: it names the file that tells
   /// about all of them. The study had its size before that change.
@@ -57,16 +45,16 @@ class DatabaseTest : public StoreTest {
          "PRAGMA page_size=512; CREATE TABLE orgtn(OrgName TEXT, sclenotxt INTEGER);"
          "CREATE TABLE Orgtmp(OrgNameTMP INTEGER);");
     const int root = Read(path, "SELECT rootpage FROM sqlite_schema WHERE name='orgtn'")[0].toInt();
-    SetBytes(path, WithEndlessRows(Bytes(path), root));
+    WriteFile(path, WithEndlessRows(ReadFile(path), root));
     return path;
   }
 
   /// A refused file fails with `number`, stays as it was and leaves no sign.
   void ExpectRefused(const QByteArray& bytes, int number) {
     const QString path = Path("bad.mdb");
-    SetBytes(path, bytes);
+    WriteFile(path, bytes);
     EXPECT_EQ(FailureOf([&] { const kestrix::Database database(path); }), number);
-    EXPECT_EQ(Bytes(path), bytes);
+    EXPECT_EQ(ReadFile(path), bytes);
     EXPECT_FALSE(QFile::exists(Path("bad.ldb")));
     EXPECT_FALSE(QFile::exists(path + "-journal"));
   }
@@ -145,7 +133,7 @@ TEST_F(DatabaseTest, InAReadOnlyFolderTheFileIsReadAndNoSignIsMade) {
 TEST_F(DatabaseTest, ASignThatAnotherUserMadeIsHeldTooAndOutlivesTheirs) {
   KESTRIX_SKIP_WITHOUT_NOBODY();
   GiveToNobody(folder_.path());
-  SetBytes(Path("study.ldb"), {});  // of ours: nobody else may write into it
+  WriteFile(Path("study.ldb"), {});  // of ours: nobody else may write into it
   ASSERT_TRUE(QFile::setPermissions(Path("study.ldb"), QFile::ReadOwner | QFile::ReadOther));
   const auto told = RunAsNobody([this] {
     const Database mine(Path("study.mdb"));
@@ -181,7 +169,7 @@ TEST_F(DatabaseTest, APipeInPlaceOfAJournalIsRefusedAndNotWaitedFor) {
 TEST_F(DatabaseTest, APipeThatAJournalNamesIsNotWaitedFor) {
   const QByteArray pipe = Path("pipe").toUtf8();
   ASSERT_EQ(mkfifo(pipe.constData(), 0666), 0);
-  SetBytes(Path("study.mdb-journal"), JournalThatNames(pipe));
+  WriteFile(Path("study.mdb-journal"), JournalThatNames(pipe));
   const auto told = RunInChild([this] {
     const Database database(Path("study.mdb"));
     return QString::number(Tasks()->RecordCount());
@@ -194,36 +182,34 @@ TEST_F(DatabaseTest, AFileThatAJournalNamesIsNotDeleted) {
   for (const char* name : {"letter.txt", "other.mdb-journal"}) {
     MakeStudy(Path("other.mdb"));
     const Database other(Path("other.mdb"));
-    SetBytes(Path(name), "Dear all");
-    SetBytes(Path("study.mdb-journal"), JournalThatNames(Path(name).toUtf8()));
+    WriteFile(Path(name), "Dear all");
+    WriteFile(Path("study.mdb-journal"), JournalThatNames(Path(name).toUtf8()));
     const Database database(Path("study.mdb"));
-    EXPECT_EQ(Bytes(Path(name)), "Dear all");
+    EXPECT_EQ(ReadFile(Path(name)), "Dear all");
     EXPECT_FALSE(QFile::exists(Path("study.mdb-journal")));
     EXPECT_TRUE(QFile::remove(Path("other.mdb")));
   }
 }
 
-TEST_F(DatabaseTest, AMissingFileIsNamed) {
+TEST_F(DatabaseTest, AMissingFileIsNamedAndAFolderIsNoDatabase) {
   EXPECT_EQ(FailureOf([&] { const Database database(Path("none.mdb")); }), failure::kFileNotFound);
+  EXPECT_EQ(FailureOf([&] { const Database database(folder_.path()); }), failure::kCannotOpen);
   EXPECT_FALSE(QFile::exists(Path("none.mdb")));
   EXPECT_FALSE(QFile::exists(Path("none.ldb")));
 }
 
-TEST_F(DatabaseTest, AFolderIsNoDatabase) {
-  EXPECT_EQ(FailureOf([&] { const Database database(folder_.path()); }), failure::kCannotOpen);
-}
-
-TEST_F(DatabaseTest, AnEmptyFileIsRefusedAndStaysEmpty) {
-  ExpectRefused({}, failure::kNotADatabase);
-}
-
-TEST_F(DatabaseTest, ATextIsRefused) {
-  ExpectRefused("Not a database at all, but a text of some length.\n", failure::kNotADatabase);
-}
-
-TEST_F(DatabaseTest, AFileThatOnlyBeginsLikeADatabaseIsRefused) {
-  ExpectRefused(QByteArray("SQLite format 3\0", 16) + QByteArray(5000, 'x'),
-                failure::kNotADatabase);
+TEST_F(DatabaseTest, WhatIsNoDatabaseOfOursIsRefusedAndStaysAsItIs) {
+  const QString other = Path("other.mdb");
+  Exec(other, "CREATE TABLE people(name TEXT)");
+  // Where the head of the file says how its tables are described.
+  constexpr int kFormat = 47;
+  QByteArray unknown_format = ReadFile(GivenInstalledStudy("whole.mdb"));
+  unknown_format[kFormat] = 9;
+  for (const QByteArray& bytes :
+       {QByteArray(), QByteArray("Not a database at all, but a text of some length.\n"),
+        QByteArray("SQLite format 3\0", 16) + QByteArray(5000, 'x'), unknown_format,
+        ReadFile(other)})
+    ExpectRefused(bytes, failure::kNotADatabase);
 }
 
 TEST_F(DatabaseTest, ATruncatedFileIsRefused) {
@@ -231,18 +217,10 @@ TEST_F(DatabaseTest, ATruncatedFileIsRefused) {
   Exec(study,
        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<500) "
        "INSERT INTO Risk_records(Project_Number) SELECT i FROM n");
-  const QByteArray whole = Bytes(study);
+  const QByteArray whole = ReadFile(study);
   for (const qsizetype size : {whole.size() / 2, whole.size() - 4096, qsizetype{100}}) {
     ExpectRefused(whole.left(size), failure::kNotADatabase);
   }
-}
-
-TEST_F(DatabaseTest, AFileOfAnUnknownFormatIsRefused) {
-  // Where the head of the file says how its tables are described.
-  constexpr int kFormat = 47;
-  QByteArray bytes = Bytes(GivenInstalledStudy("whole.mdb"));
-  bytes[kFormat] = 9;
-  ExpectRefused(bytes, failure::kNotADatabase);
 }
 
 TEST_F(DatabaseTest, ATableWhoseRowsNeverEndIsRefusedWhateverIsAskedOfIt) {
@@ -275,12 +253,6 @@ TEST_F(DatabaseTest, AColumnThatComputesAGiantTextFails) {
   EXPECT_EQ(FailureOf([&] { (void)rows.Value(0); }), failure::kTooLong);
 }
 
-TEST_F(DatabaseTest, ADatabaseOfAnotherProgramIsRefused) {
-  const QString path = Path("other.mdb");
-  Exec(path, "CREATE TABLE people(name TEXT)");
-  ExpectRefused(Bytes(path), failure::kNotADatabase);
-}
-
 TEST_F(DatabaseTest, AStudyWithOtherTablesColumnsOrIndexesIsRefused) {
   for (const char* change : {
            "ALTER TABLE Risk_records ADD COLUMN more AS (hex(zeroblob(100000000)))",
@@ -298,7 +270,7 @@ TEST_F(DatabaseTest, AStudyWithOtherTablesColumnsOrIndexesIsRefused) {
     const QString study = GivenInstalledStudy("changed.mdb");
     { const kestrix::Database ours(study); }
     Exec(study, change);
-    ExpectRefused(Bytes(study), failure::kNotADatabase);
+    ExpectRefused(ReadFile(study), failure::kNotADatabase);
     ASSERT_TRUE(QFile::remove(study));
   }
 }
@@ -322,32 +294,25 @@ TEST_F(DatabaseTest, ItNoticesThatAnotherFileTookItsPlace) {
 
 TEST_F(DatabaseTest, ACopyIsTheFileByteForByte) {
   GivenTasks(50);
-  CopyDatabase(Path("study.mdb"), Path("copy.mdb"));
-  EXPECT_EQ(Bytes(Path("copy.mdb")), Bytes(Path("study.mdb")));
-  EXPECT_FALSE(QFile::exists(Path("copy.mdb-journal")));
-}
-
-TEST_F(DatabaseTest, ACopyWaitsForNoReader) {
-  GivenTasks(5);
   const auto rows = Tasks();
-  (void)rows->Text(1);
+  (void)rows->Text(1);  // It waits for no reader.
   CopyDatabase(Path("study.mdb"), Path("copy.mdb"));
-  EXPECT_EQ(Read(Path("copy.mdb"), "SELECT count(*) FROM Risk_records"), QStringList{"5"});
+  EXPECT_EQ(ReadFile(Path("copy.mdb")), ReadFile(Path("study.mdb")));
+  EXPECT_FALSE(QFile::exists(Path("copy.mdb-journal")));
+  // What is no database is copied as the file that it is.
+  WriteFile(Path("plain.kbp"), "plain");
+  CopyDatabase(Path("plain.kbp"), Path("copy.mdb"));
+  EXPECT_EQ(ReadFile(Path("copy.mdb")), "plain");
 }
 
 TEST_F(DatabaseTest, CopiesTakenWhileOthersWriteAreWhole) {
   const pid_t child = fork();
   if (child == 0) {
-    Database database(Path("study.mdb"));
+    const OtherUser writer(Path("study.mdb"));
     for (int i = 0;; ++i) {
-      const QByteArray sql = "BEGIN; INSERT INTO Risk_records(Project_Number,Title) VALUES('P','a" +
-                             QByteArray::number(i) +
-                             "'); INSERT INTO Risk_records(Project_Number,Title) VALUES('P','b" +
-                             QByteArray::number(i) + "'); COMMIT";
-      if (sqlite3_exec(database.handle(), sql.constData(), nullptr, nullptr, nullptr) !=
-          SQLITE_OK) {
-        _exit(1);
-      }
+      const auto pair = QStringLiteral(
+          "INSERT INTO Risk_records(Project_Number,Title) VALUES('P','a%1'),('P','b%1')");
+      if (!writer.Exec(pair.arg(i))) _exit(1);
     }
   }
   for (int i = 0; i < 20; ++i) {
@@ -404,22 +369,16 @@ TEST_F(DatabaseTest, AStudyThatIsWrittenAheadIsReplacedWhenNobodyHasItOpen) {
             QStringList{"ahead"});
   tool.Kill();
   for (const bool damaged : {false, true}) {
-    if (damaged) SetBytes(Path("study.mdb-wal"), Bytes(Path("set.kbp")));
-    if (damaged) SetBytes(Path("study.mdb"), "no database any more");
+    if (damaged) WriteFile(Path("study.mdb-wal"), ReadFile(Path("set.kbp")));
+    if (damaged) WriteFile(Path("study.mdb"), "no database any more");
     ReplaceDatabase(Path("set.kbp"), Path("study.mdb"));
-    EXPECT_EQ(Bytes(Path("study.mdb")), Bytes(Path("set.kbp")));
+    EXPECT_EQ(ReadFile(Path("study.mdb")), ReadFile(Path("set.kbp")));
     EXPECT_FALSE(QFile::exists(Path("study.mdb-wal")));
   }
 }
 
-TEST_F(DatabaseTest, WhatIsNoDatabaseIsCopiedAsTheFileThatItIs) {
-  SetBytes(Path("plain.kbp"), "plain");
-  CopyDatabase(Path("plain.kbp"), Path("copy.mdb"));
-  EXPECT_EQ(Bytes(Path("copy.mdb")), "plain");
-}
-
 TEST_F(DatabaseTest, APipeIsNeitherCopiedNorReplacedNorWaitedFor) {
-  SetBytes(Path("plain.kbp"), "plain");
+  WriteFile(Path("plain.kbp"), "plain");
   ASSERT_EQ(mkfifo(Path("pipe.mdb").toUtf8().constData(), 0666), 0);
   ASSERT_TRUE(QFile::link(Path("pipe.mdb"), Path("link.mdb")));
   const auto told = RunInChild([this] {

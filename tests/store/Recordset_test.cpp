@@ -1,5 +1,7 @@
 #include "store/Recordset.h"
 
+#include <sqlite3.h>
+
 #include <QSignalSpy>
 
 #include "store/StoreTest.h"
@@ -101,9 +103,14 @@ TEST_F(RecordsetTest, NumberBeyondAllBoundsReadsAsTheLastThatFits) {
   EXPECT_EQ(tasks->Number(kLevel), std::numeric_limits<qint64>::min());
 }
 
-TEST_F(RecordsetTest, AnEditIsSeenAtOnceAndStoredByUpdate) {
+TEST_F(RecordsetTest, AnEditIsSeenAtOnceStoredByUpdateAndDroppedByCancelUpdate) {
   GivenTasks(1);
   const auto rows = Tasks();
+  rows->Set(kTitle, QStringLiteral("dropped"));
+  rows->CancelUpdate();
+  EXPECT_EQ(rows->Text(kTitle), "T1");
+  rows->Update();
+  EXPECT_EQ(Titles(), QStringList{"T1"});
   rows->Set(kTitle, QStringLiteral("new"));
   EXPECT_EQ(rows->Text(kTitle), "new");
   EXPECT_EQ(rows->ShownText(1, kTitle), "new");
@@ -111,16 +118,6 @@ TEST_F(RecordsetTest, AnEditIsSeenAtOnceAndStoredByUpdate) {
   rows->Update();
   EXPECT_FALSE(rows->HasPendingEdit());
   EXPECT_EQ(Titles(), QStringList{"new"});
-}
-
-TEST_F(RecordsetTest, CancelUpdateGivesBackWhatIsStored) {
-  GivenTasks(1);
-  const auto rows = Tasks();
-  rows->Set(kTitle, QStringLiteral("new"));
-  rows->CancelUpdate();
-  EXPECT_EQ(rows->Text(kTitle), "T1");
-  rows->Update();
-  EXPECT_EQ(Titles(), QStringList{"T1"});
 }
 
 TEST_F(RecordsetTest, AnAttemptThatFailsIsForgottenAndOneThatSucceedsStays) {
@@ -170,13 +167,7 @@ INSTANTIATE_TEST_SUITE_P(
         std::pair<int, Leave>{9, [](Recordset& rows) { rows.Close(); }}),
     [](const auto& name) { return "Way" + std::to_string(name.param.first); });
 
-TEST_F(RecordsetTest, GoingCommitsThePendingEdit) {
-  GivenTasks(1);
-  Tasks()->Set(kTitle, QStringLiteral("gone"));
-  EXPECT_EQ(Titles(), QStringList{"gone"});
-}
-
-TEST_F(RecordsetTest, GoingTellsNobody) {
+TEST_F(RecordsetTest, GoingCommitsThePendingEditAndTellsNobody) {
   GivenTasks(1);
   auto rows = Tasks();
   rows->Set(kTitle, QStringLiteral("gone"));
@@ -210,6 +201,11 @@ TEST_F(RecordsetTest, ATextLongerThanItsColumnIsRefusedAndTheEditKept) {
   EXPECT_EQ(FailureOf([&] { rows->Set(kTitle, QStringLiteral("0123456789a")); }),
             failure::kTooLong);
   EXPECT_EQ(rows->Text(kTitle), "0123456789");
+  // Counted in characters, not in units.
+  const QString ten = QStringLiteral("😀😀😀😀😀😀😀😀😀😀");
+  rows->Set(kTitle, ten);
+  rows->Update();
+  EXPECT_EQ(Titles(), QStringList{ten});
 }
 
 TEST_F(RecordsetTest, AStoredTextLongerThanItsColumnIsReadCutAndStaysAsItIs) {
@@ -232,15 +228,6 @@ TEST_F(RecordsetTest, AStoredTextLongerThanItsColumnIsReadCutAndStaysAsItIs) {
   rows->Set(kTitle, QStringLiteral("short"));
   rows->Update();
   EXPECT_EQ(Titles(), QStringList{"short"});
-}
-
-TEST_F(RecordsetTest, LengthIsCountedInCharactersNotInUnits) {
-  GivenTasks(1);
-  const auto rows = Tasks();
-  const QString ten = QStringLiteral("😀😀😀😀😀😀😀😀😀😀");
-  rows->Set(kTitle, ten);
-  rows->Update();
-  EXPECT_EQ(Titles(), QStringList{ten});
 }
 
 TEST_F(RecordsetTest, ANewRowTakesDefaultsForWhatWasNotSetAndIsCurrentAndLast) {
@@ -350,6 +337,7 @@ TEST_F(RecordsetTest, ADeletedRowStaysThePlaceUntilTheNextMove) {
   GivenTasks(3);
   const auto rows = Tasks();
   rows->MoveNext();
+  rows->Set(kTitle, QStringLiteral("dropped"));
   rows->Delete();
   EXPECT_EQ(rows->RecordCount(), 2);
   EXPECT_FALSE(rows->HasCurrentRow());
@@ -371,25 +359,6 @@ TEST_F(RecordsetTest, DeletingTheOnlyRowLeadsPastTheLastAtTheNextMove) {
   rows->MoveNext();
   EXPECT_TRUE(rows->Eof());
   EXPECT_EQ(FailureOf([&] { rows->MoveFirst(); }), failure::kNoCurrentRow);
-}
-
-TEST_F(RecordsetTest, DeletingWithAWalkTakesEveryRow) {
-  GivenTasks(5);
-  const auto rows = Tasks();
-  const Recordset::Walk walk(*rows);
-  for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext()) {
-    if (rows->Text(kTitle) != "T3") rows->Delete();
-  }
-  EXPECT_EQ(Titles(), QStringList{"T3"});
-}
-
-TEST_F(RecordsetTest, DeletingDropsThePendingEdit) {
-  GivenTasks(2);
-  const auto rows = Tasks();
-  rows->Set(kTitle, QStringLiteral("x"));
-  rows->Delete();
-  rows->MoveNext();
-  EXPECT_EQ(Titles(), QStringList{"T2"});
 }
 
 TEST_F(RecordsetTest, TwoUsersOnDifferentFieldsBothKeepTheirWork) {
@@ -433,9 +402,7 @@ TEST_F(RecordsetTest, WhatCannotBeStoredAtClosingIsToldWithItsTexts) {
   sqlite3_busy_timeout(database->handle(), 1);
   Recordset rows(database, Select("Risk_records"));
   rows.Set(kTitle, QStringLiteral("mine"));
-  sqlite3* other = nullptr;
-  ASSERT_EQ(sqlite3_open(Path("study.mdb").toUtf8().constData(), &other), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  const WriterAtWork other(Path("study.mdb"));
   QString lost;
   QObject::connect(&rows, &Recordset::EditLost, &rows,
                    [&](Failure& failure) { lost = failure.description(); });
@@ -443,7 +410,6 @@ TEST_F(RecordsetTest, WhatCannotBeStoredAtClosingIsToldWithItsTexts) {
   EXPECT_EQ(lost, "") << "it is still pending";
   EXPECT_EQ(FailureOf([&] { rows.Close(); }), failure::kLocked);
   EXPECT_TRUE(lost.endsWith(QStringLiteral("\n\nTitle\nYours: mine"))) << lost.toStdString();
-  sqlite3_close(other);
 }
 
 TEST_F(RecordsetTest, AnEditIsHeldAgainstWhatItBeganOnHoweverManyRowsAreLookedAtMeanwhile) {
@@ -468,22 +434,17 @@ TEST_F(RecordsetTest, AnEditOfARowThatSomebodyDeletedFailsAndEnds) {
 }
 
 TEST_F(RecordsetTest, DeletingARowThatIsGoneFailsButLeavesIt) {
-  GivenTasks(2);
-  const auto rows = Tasks();
-  (void)rows->Text(kTitle);
-  Exec(Path("study.mdb"), "DELETE FROM Risk_records WHERE Level=1");
-  EXPECT_EQ(FailureOf([&] { rows->Delete(); }), failure::kRowDeleted);
-  EXPECT_EQ(rows->RecordCount(), 1);
-}
-
-TEST_F(RecordsetTest, DeletingARowThatWasGoneBeforeItWasReadLeavesItToo) {
-  GivenTasks(2);
-  const auto rows = Tasks();
-  Exec(Path("study.mdb"), "DELETE FROM Risk_records WHERE Level=1");
-  EXPECT_EQ(FailureOf([&] { rows->Delete(); }), failure::kRowDeleted);
-  EXPECT_EQ(rows->RecordCount(), 1);
-  rows->MoveNext();
-  EXPECT_EQ(rows->Text(kTitle), "T2");
+  for (const bool was_read : {true, false}) {
+    Exec(Path("study.mdb"), "DELETE FROM Risk_records");
+    GivenTasks(2);
+    const auto rows = Tasks();
+    if (was_read) (void)rows->Text(kTitle);
+    Exec(Path("study.mdb"), "DELETE FROM Risk_records WHERE Level=1");
+    EXPECT_EQ(FailureOf([&] { rows->Delete(); }), failure::kRowDeleted);
+    EXPECT_EQ(rows->RecordCount(), 1);
+    rows->MoveNext();
+    EXPECT_EQ(rows->Text(kTitle), "T2");
+  }
 }
 
 TEST_F(RecordsetTest, ADeletionThatIsRefusedKeepsTheRowAndItsEdit) {
@@ -492,56 +453,44 @@ TEST_F(RecordsetTest, ADeletionThatIsRefusedKeepsTheRowAndItsEdit) {
   sqlite3_busy_timeout(database->handle(), 1);
   Recordset rows(database, Select("Risk_records"));
   rows.Set(kTitle, QStringLiteral("mine"));
-  sqlite3* other = nullptr;
-  ASSERT_EQ(sqlite3_open(Path("study.mdb").toUtf8().constData(), &other), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  auto other = std::make_unique<WriterAtWork>(Path("study.mdb"));
   EXPECT_EQ(FailureOf([&] { rows.Delete(); }), failure::kLocked);
-  sqlite3_close(other);
+  other.reset();
   EXPECT_EQ(rows.RecordCount(), 1);
   EXPECT_EQ(rows.Text(kTitle), "mine");
   rows.Update();
   EXPECT_EQ(Titles(), QStringList{"mine"});
 }
 
-TEST_F(RecordsetTest, AnEditNeverGoesIntoAnotherRowThatTookOverTheKey) {
-  Exec(Path("study.mdb"), "INSERT INTO Project_details VALUES('F','old','N.A.')");
-  Recordset rows(std::make_shared<Database>(Path("study.mdb")), Select("Project_details"));
-  rows.Set(2, QStringLiteral("of the old one"));
-  Exec(Path("study.mdb"),
-       "DELETE FROM Project_details; INSERT INTO Project_details VALUES('F','new','N.A.')");
-  EXPECT_EQ(FailureOf([&] { rows.Update(); }), failure::kRowDeleted);
-  EXPECT_EQ(Read(Path("study.mdb"), "SELECT Project_Description FROM Project_details"),
-            QStringList{"N.A."});
+TEST_F(RecordsetTest, NeitherAnEditNorADeleteGoesIntoAnotherRowThatTookOverTheKey) {
+  for (const bool edit : {true, false}) {
+    Exec(Path("study.mdb"),
+         "DELETE FROM Project_details; INSERT INTO Project_details VALUES('F','old','N.A.')");
+    Recordset rows(std::make_shared<Database>(Path("study.mdb")), Select("Project_details"));
+    EXPECT_EQ(rows.Text(1), "old");
+    if (edit) rows.Set(2, QStringLiteral("of the old one"));
+    Exec(Path("study.mdb"),
+         "DELETE FROM Project_details; INSERT INTO Project_details VALUES('F','new','N.A.')");
+    EXPECT_EQ(FailureOf([&] { edit ? rows.Update() : rows.Delete(); }), failure::kRowDeleted);
+    EXPECT_EQ(
+        Read(Path("study.mdb"), "SELECT Project_Number||Project_Description FROM Project_details"),
+        QStringList{"newN.A."});
+  }
 }
 
-TEST_F(RecordsetTest, AKeyThatCameBackForAnotherRowDoesNotLendItsRow) {
-  Exec(Path("study.mdb"), "INSERT INTO Project_details VALUES('F','old','N.A.')");
-  Recordset rows(std::make_shared<Database>(Path("study.mdb")), Select("Project_details"));
-  EXPECT_EQ(rows.Text(1), "old");
-  Exec(Path("study.mdb"),
-       "DELETE FROM Project_details; INSERT INTO Project_details VALUES('F','new','N.A.')");
-  EXPECT_EQ(FailureOf([&] { rows.Delete(); }), failure::kRowDeleted);
-  EXPECT_EQ(Read(Path("study.mdb"), "SELECT Project_Number FROM Project_details"),
-            QStringList{"new"});
-}
-
-TEST_F(RecordsetTest, RowsOfOthersAreSeenAfterRequery) {
-  GivenTasks(1);
-  const auto rows = Tasks();
-  Exec(Path("study.mdb"), "INSERT INTO Risk_records(Project_Number,Title) VALUES('P','theirs')");
-  EXPECT_EQ(rows->RecordCount(), 1);
-  rows->Requery();
-  EXPECT_EQ(rows->RecordCount(), 2);
-  EXPECT_EQ(rows->AbsolutePosition(), 1);
-}
-
-TEST_F(RecordsetTest, ValuesOfOthersAreSeenOnComingToTheRow) {
+TEST_F(RecordsetTest, ValuesOfOthersAreSeenOnComingToTheRowAndTheirRowsAfterRequery) {
   GivenTasks(2);
   const auto rows = Tasks();
   EXPECT_EQ(rows->ShownText(2, kTitle), "T2");
-  Exec(Path("study.mdb"), "UPDATE Risk_records SET Title='theirs' WHERE Level=2");
+  Exec(Path("study.mdb"),
+       "UPDATE Risk_records SET Title='theirs' WHERE Level=2;"
+       "INSERT INTO Risk_records(Project_Number,Title) VALUES('P','added')");
   rows->MoveNext();
   EXPECT_EQ(rows->Text(kTitle), "theirs");
+  EXPECT_EQ(rows->RecordCount(), 2);
+  rows->Requery();
+  EXPECT_EQ(rows->RecordCount(), 3);
+  EXPECT_EQ(rows->AbsolutePosition(), 1);
 }
 
 TEST_F(RecordsetTest, AWalkTellsOnceAndSeesWhatOthersChangedSinceTheLastOne) {
@@ -566,7 +515,7 @@ TEST_F(RecordsetTest, AWalkTellsOnceAndSeesWhatOthersChangedSinceTheLastOne) {
   EXPECT_EQ(changed.count(), 3);
 }
 
-TEST_F(RecordsetTest, AWalkGoesOnPastARowThatSomebodyDeleted) {
+TEST_F(RecordsetTest, AWalkGoesOnPastRowsThatAreDeleted) {
   GivenTasks(3);
   const auto rows = Tasks();
   Exec(Path("study.mdb"), "DELETE FROM Risk_records WHERE Level=2");
@@ -574,6 +523,9 @@ TEST_F(RecordsetTest, AWalkGoesOnPastARowThatSomebodyDeleted) {
   QStringList seen;
   for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext()) seen += rows->Text(kTitle);
   EXPECT_EQ(seen, (QStringList{"T1", "", "T3"}));
+  for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext())
+    if (rows->Text(kTitle) == "T1") rows->Delete();
+  EXPECT_EQ(Titles(), QStringList{"T3"});
 }
 
 TEST_F(RecordsetTest, AWalkThatBeginsInTheMiddleSeesWhatOthersChanged) {
@@ -657,17 +609,14 @@ TEST_F(RecordsetTest, WhatIsNoSelectOnOneTableIsRefused) {
 
 TEST_F(RecordsetTest, AnotherWriterIsWaitedForAndThenNamed) {
   GivenTasks(1);
-  sqlite3* other = nullptr;
-  ASSERT_EQ(sqlite3_open(Path("study.mdb").toUtf8().constData(), &other), SQLITE_OK);
-  ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
   const auto database = std::make_shared<Database>(Path("study.mdb"));
   sqlite3_busy_timeout(database->handle(), 50);
   Recordset rows(database, Select("Risk_records"));
   rows.Set(kTitle, QStringLiteral("mine"));
+  auto other = std::make_unique<WriterAtWork>(Path("study.mdb"));
   EXPECT_EQ(FailureOf([&] { rows.Update(); }), failure::kLocked);
   EXPECT_TRUE(rows.HasPendingEdit());
-  sqlite3_exec(other, "COMMIT", nullptr, nullptr, nullptr);
-  sqlite3_close(other);
+  other.reset();
   rows.Update();
   EXPECT_EQ(Titles(), QStringList{"mine"});
 }

@@ -9,9 +9,7 @@
 
 #include "store/RecordSources.h"
 #include "store/StoreTest.h"
-#include "support/Files.h"
 #include "support/RunAsNobody.h"
-#include "support/TestInstallation.h"
 
 namespace kestrix::testing {
 namespace {
@@ -90,7 +88,7 @@ TEST_F(SchemaTest, AStudyWhoseNumberIsTooLowIsBroughtUpFromWhatItIs) {
   EXPECT_TRUE(QFile::remove(CopyOfVersion(study_, 0)));
   // A newest one needs nothing, whatever its number became.
   for (const int number : {0, 1, -1}) {
-    Exec(study_, QStringLiteral("PRAGMA user_version=%1").arg(number).toUtf8().constData());
+    Exec(study_, QStringLiteral("PRAGMA user_version=%1").arg(number));
     old_ = ReadFile(study_);
     EXPECT_EQ(OpenFails(), "");
     ExpectUntouched();
@@ -105,7 +103,7 @@ TEST_F(SchemaTest, AFileOfANewerVersionIsRefusedAndSaysSo) {
       // A file of another kind may have a number that this kind has not come to yet.
       const int number = QByteArray(change) == "SELECT 1" ? newer : 3;
       Exec(path, change);
-      Exec(path, QStringLiteral("PRAGMA user_version=%1").arg(number).toUtf8().constData());
+      Exec(path, QStringLiteral("PRAGMA user_version=%1").arg(number));
       const QByteArray bytes = ReadFile(path);
       study_ = path;
       EXPECT_TRUE(

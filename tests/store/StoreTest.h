@@ -1,17 +1,15 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
-
 #include <QFile>
 #include <QStringList>
 #include <QTemporaryDir>
-#include <functional>
 #include <memory>
 
-#include "platform/Failure.h"
 #include "store/Database.h"
 #include "store/Recordset.h"
+#include "support/Files.h"
+#include "support/TestInstallation.h"
 
 namespace kestrix::testing {
 
@@ -33,32 +31,14 @@ class StoreTest : public ::testing::Test {
     return folder_.filePath(QString::fromUtf8(name));
   }
 
-  /// What another program does to the file.
-  static void Exec(const QString& path, const char* sql) {
-    sqlite3* handle = nullptr;
-    ASSERT_EQ(sqlite3_open(path.toUtf8().constData(), &handle), SQLITE_OK);
-    char* error = nullptr;
-    EXPECT_EQ(sqlite3_exec(handle, sql, nullptr, nullptr, &error), SQLITE_OK)
-        << (error != nullptr ? error : "");
-    sqlite3_free(error);
-    sqlite3_close(handle);
+  /// What another program does to a file, which it makes if there is none.
+  static void Exec(const QString& path, const QString& sql) {
+    OtherUser(path, OtherUser::Use::kMake).Exec(sql);
   }
 
   /// The first column of a query, read by a connection of its own.
-  static QStringList Read(const QString& path, const char* sql) {
-    QStringList values;
-    sqlite3* handle = nullptr;
-    sqlite3_open_v2(path.toUtf8().constData(), &handle, SQLITE_OPEN_READONLY, nullptr);
-    sqlite3_stmt* statement = nullptr;
-    EXPECT_EQ(sqlite3_prepare_v2(handle, sql, -1, &statement, nullptr), SQLITE_OK)
-        << sqlite3_errmsg(handle);
-    while (sqlite3_step(statement) == SQLITE_ROW) {
-      const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
-      values += text == nullptr ? QStringLiteral("<null>") : QString::fromUtf8(text);
-    }
-    sqlite3_finalize(statement);
-    sqlite3_close(handle);
-    return values;
+  static QStringList Read(const QString& path, const QString& sql) {
+    return TestInstallation::Column(path, sql);
   }
 
   static void MakeStudy(const QString& path) {
@@ -77,19 +57,17 @@ class StoreTest : public ::testing::Test {
 
   /// An empty study as an installation has it.
   [[nodiscard]] QString GivenInstalledStudy(const char* name) const {
-    EXPECT_TRUE(
-        QFile::copy(QStringLiteral(KESTRIX_PRISTINE_FOLDER "/risk_esmatn.mdb"), Path(name)));
+    EXPECT_TRUE(QFile::copy(KESTRIX_PRISTINE_FOLDER "/risk_esmatn.mdb", Path(name)));
     QFile::setPermissions(Path(name), QFile::ReadOwner | QFile::WriteOwner);
     return Path(name);
   }
 
   void GivenTasks(int count) {
-    QByteArray sql = "BEGIN;";
-    for (int i = 1; i <= count; ++i) {
-      sql += "INSERT INTO Risk_records(Project_Number,Title,Level) VALUES('P','T" +
-             QByteArray::number(i) + "'," + QByteArray::number(i) + ");";
-    }
-    Exec(Path("study.mdb"), (sql + "COMMIT;").constData());
+    Exec(Path("study.mdb"),
+         QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n LIMIT %1) "
+                        "INSERT INTO Risk_records(Project_Number,Title,Level) "
+                        "SELECT 'P','T'||i,i FROM n")
+             .arg(count));
   }
 
   std::unique_ptr<Recordset> Tasks() {
@@ -99,17 +77,6 @@ class StoreTest : public ::testing::Test {
                "Risk_records.Done, Risk_records.Note, Risk_records.nunberauto",
                "FROM Risk_records Where (((Risk_records.Project_Number)='P')) ORDER BY "
                "Risk_records.nunberauto"));
-  }
-
-  /// The number of the Failure that `work` ends with; 0 when it ends well.
-  static int FailureOf(const std::function<void()>& work) {
-    try {
-      work();
-    } catch (const Failure& failure) {
-      EXPECT_FALSE(failure.description().isEmpty());
-      return failure.number();
-    }
-    return 0;
   }
 
   QTemporaryDir folder_;

@@ -18,28 +18,10 @@ QString Named(const QString& name) {
   return u'"' + name + u'"';
 }
 
-/// A connection of another user, closed at its end.
-class Connection {
- public:
-  Connection(const QString& file, int flags) {
-    const int code = sqlite3_open_v2(file.toUtf8().constData(), &handle_, flags, nullptr);
-    EXPECT_EQ(code, SQLITE_OK) << file.toStdString();
-    sqlite3_busy_timeout(handle_, kPatience);
-  }
-  ~Connection() { sqlite3_close(handle_); }
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
-
-  [[nodiscard]] sqlite3* handle() const { return handle_; }
-
- private:
-  sqlite3* handle_ = nullptr;
-};
-
 /// A prepared statement, finalized at its end.
 class Prepared {
  public:
-  Prepared(const Connection& connection, const QString& sql) {
+  Prepared(const OtherUser& connection, const QString& sql) {
     const int code =
         sqlite3_prepare_v2(connection.handle(), sql.toUtf8().constData(), -1, &statement_, nullptr);
     EXPECT_EQ(code, SQLITE_OK) << sql.toStdString() << ": " << sqlite3_errmsg(connection.handle());
@@ -62,7 +44,7 @@ class Prepared {
     QStringList row;
     for (int i = 0; i < sqlite3_column_count(statement_); ++i) {
       const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, i));
-      row += text ? QString::fromUtf8(text) : QStringLiteral("<null>");
+      row += text ? QString::fromUtf8(text) : "<null>";
     }
     return row;
   }
@@ -86,16 +68,43 @@ void CopyTree(const QString& from, const QString& to) {
   }
 }
 
-const QStringList kLists = {QStringLiteral("Prjstage"),      QStringLiteral("PhaseMachLife"),
-                            QStringLiteral("primaryhazard"), QStringLiteral("HazardType"),
-                            QStringLiteral("RecommTyp"),     QStringLiteral("ActionBy")};
+const QStringList kLists = {"Prjstage",   "PhaseMachLife", "primaryhazard",
+                            "HazardType", "RecommTyp",     "ActionBy"};
 
 }  // namespace
 
-TestInstallation::TestInstallation() : folder_(place_.filePath(QStringLiteral("KestrixStudy"))) {
+OtherUser::OtherUser(const QString& file, Use use) {
+  constexpr int kFlags[] = {SQLITE_OPEN_READONLY, SQLITE_OPEN_READWRITE,
+                            SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE};
+  const int code =
+      sqlite3_open_v2(file.toUtf8().constData(), &handle_, kFlags[static_cast<int>(use)], nullptr);
+  EXPECT_EQ(code, SQLITE_OK) << file.toStdString();
+  sqlite3_busy_timeout(handle_, kPatience);
+}
+
+OtherUser::~OtherUser() {
+  sqlite3_close(handle_);
+}
+
+bool OtherUser::Exec(const QString& sql) const {
+  const int code = sqlite3_exec(handle_, sql.toUtf8().constData(), nullptr, nullptr, nullptr);
+  EXPECT_EQ(code, SQLITE_OK) << sqlite3_errmsg(handle_) << ": " << sql.toStdString();
+  return code == SQLITE_OK;
+}
+
+QList<QStringList> OtherUser::Rows(const QString& query) const {
+  Prepared statement(*this, query);
+  QList<QStringList> rows;
+  int code = statement.Step();
+  for (; code == SQLITE_ROW; code = statement.Step()) rows += statement.Row();
+  EXPECT_EQ(code, SQLITE_DONE) << query.toStdString() << ": " << sqlite3_errmsg(handle_);
+  return rows;
+}
+
+TestInstallation::TestInstallation() : folder_(place_.filePath("KestrixStudy")) {
   EXPECT_TRUE(place_.isValid());
-  CopyTree(QStringLiteral(KESTRIX_PRISTINE_FOLDER), folder_);
-  EXPECT_TRUE(QDir().mkpath(Path(QStringLiteral("RskAsmtFld/Picfolder"))));
+  CopyTree(KESTRIX_PRISTINE_FOLDER, folder_);
+  EXPECT_TRUE(QDir().mkpath(Path("RskAsmtFld/Picfolder")));
   EXPECT_TRUE(QDir().mkpath(Outside(QString())));
 }
 
@@ -104,15 +113,15 @@ QString TestInstallation::Path(const QString& tail) const {
 }
 
 QString TestInstallation::Template() const {
-  return Path(QStringLiteral("risk_esmatn.mdb"));
+  return Path("risk_esmatn.mdb");
 }
 
 QString TestInstallation::Register() const {
-  return Path(QStringLiteral("RskAsmtFld/orgtn.mdb"));
+  return Path("RskAsmtFld/orgtn.mdb");
 }
 
 QString TestInstallation::Lists() const {
-  return Path(QStringLiteral("RskAsmtFld/RskAsmt_BkSup.mdb"));
+  return Path("RskAsmtFld/RskAsmt_BkSup.mdb");
 }
 
 QString TestInstallation::Study(int number) const {
@@ -128,15 +137,11 @@ QString TestInstallation::PictureFolder(int number) const {
 }
 
 QString TestInstallation::Outside(const QString& name) const {
-  return place_.filePath(QStringLiteral("outside/") + name);
+  return place_.filePath("outside/" + name);
 }
 
 QList<QStringList> TestInstallation::Sql(const QString& file, const QString& query) {
-  const Connection connection(file, SQLITE_OPEN_READONLY);
-  Prepared statement(connection, query);
-  QList<QStringList> rows;
-  while (statement.Step() == SQLITE_ROW) rows += statement.Row();
-  return rows;
+  return OtherUser(file, OtherUser::Use::kRead).Rows(query);
 }
 
 QStringList TestInstallation::Column(const QString& file, const QString& query) {
@@ -151,12 +156,7 @@ QList<QStringList> TestInstallation::RowsOf(const QString& file, const QString& 
 }
 
 void TestInstallation::Exec(const QString& file, const QString& sql) {
-  const Connection connection(file, SQLITE_OPEN_READWRITE);
-  char* error = nullptr;
-  const int code =
-      sqlite3_exec(connection.handle(), sql.toUtf8().constData(), nullptr, nullptr, &error);
-  EXPECT_EQ(code, SQLITE_OK) << (error ? error : "") << ": " << sql.toStdString();
-  sqlite3_free(error);
+  OtherUser(file).Exec(sql);
 }
 
 qint64 TestInstallation::Insert(const QString& file, const QString& table,
@@ -165,9 +165,9 @@ qint64 TestInstallation::Insert(const QString& file, const QString& table,
   QStringList places;
   for (auto field = fields.keyBegin(); field != fields.keyEnd(); ++field) {
     names += Named(*field);
-    places += QStringLiteral("?");
+    places += "?";
   }
-  const Connection connection(file, SQLITE_OPEN_READWRITE);
+  const OtherUser connection(file);
   Prepared statement(connection, QStringLiteral("INSERT INTO %1(%2) VALUES(%3)")
                                      .arg(Named(table), names.join(u','), places.join(u',')));
   int place = 0;
@@ -191,14 +191,11 @@ void TestInstallation::GivenListRows(const QString& table, const QStringList& ro
 
 void TestInstallation::GivenHazardTypes(const QString& primary_hazard, const QStringList& rows) {
   for (const QString& row : rows)
-    Insert(
-        Lists(), QStringLiteral("HazardType"),
-        {{QStringLiteral("hazardoccurrence"), row}, {QStringLiteral("HazardTyp"), primary_hazard}});
+    Insert(Lists(), "HazardType", {{"hazardoccurrence", row}, {"HazardTyp", primary_hazard}});
 }
 
 void TestInstallation::GivenOrganisation(const QString& name, int number) {
-  Insert(Register(), QStringLiteral("orgtn"),
-         {{QStringLiteral("OrgName"), name}, {QStringLiteral("sclenotxt"), number}});
+  Insert(Register(), "orgtn", {{"OrgName", name}, {"sclenotxt", number}});
   if (number > 0) GivenStudy(number);
 }
 
@@ -210,17 +207,17 @@ void TestInstallation::GivenStudy(int number) {
 void TestInstallation::GivenProject(int study, const QString& number, const QString& organisation,
                                     const QMap<QString, QVariant>& fields) {
   QMap<QString, QVariant> all = fields;
-  all.insert(QStringLiteral("Project_Number"), number);
-  all.insert(QStringLiteral("Factory_Name"), organisation);
-  Insert(Study(study), QStringLiteral("Project_details"), all);
+  all.insert("Project_Number", number);
+  all.insert("Factory_Name", organisation);
+  Insert(Study(study), "Project_details", all);
 }
 
 qint64 TestInstallation::GivenTask(int study, const QMap<QString, QVariant>& fields) {
-  return Insert(Study(study), QStringLiteral("Risk_records"), fields);
+  return Insert(Study(study), "Risk_records", fields);
 }
 
 void TestInstallation::GivenTasks(int study, const QString& project, int count) {
-  const Connection connection(Study(study), SQLITE_OPEN_READWRITE);
+  const OtherUser connection(Study(study));
   Prepared statement(
       connection,
       QStringLiteral("WITH RECURSIVE counted(n) AS (SELECT 1 UNION ALL SELECT n+1 FROM counted "
@@ -231,21 +228,9 @@ void TestInstallation::GivenTasks(int study, const QString& project, int count) 
   EXPECT_EQ(statement.Step(), SQLITE_DONE) << sqlite3_errmsg(connection.handle());
 }
 
-WriterAtWork::WriterAtWork(const QString& file) {
-  EXPECT_EQ(sqlite3_open_v2(file.toUtf8().constData(), &handle_, SQLITE_OPEN_READWRITE, nullptr),
-            SQLITE_OK);
-  EXPECT_EQ(sqlite3_exec(handle_, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK)
-      << sqlite3_errmsg(handle_);
-}
-
-WriterAtWork::~WriterAtWork() {
-  sqlite3_exec(handle_, "ROLLBACK", nullptr, nullptr, nullptr);
-  sqlite3_close(handle_);
-}
-
 OtherProcess::OtherProcess(const QString& file) : process_(std::make_unique<QProcess>()) {
   process_->setProcessChannelMode(QProcess::MergedChannels);
-  process_->start(QStringLiteral("sqlite3"), {file});
+  process_->start("sqlite3", {file});
   EXPECT_TRUE(process_->waitForStarted(kPatience)) << "sqlite3 can't be started";
 }
 

@@ -13,6 +13,25 @@ struct sqlite3;
 
 namespace kestrix {
 
+/// Another user's connection to a database, closed at its end. What fails there fails the test.
+class OtherUser {
+ public:
+  enum class Use { kRead, kWrite, kMake };
+  explicit OtherUser(const QString& file, Use use = Use::kWrite);
+  ~OtherUser();
+  OtherUser(const OtherUser&) = delete;
+  OtherUser& operator=(const OtherUser&) = delete;
+
+  /// Runs statements and tells whether all of them were carried out.
+  bool Exec(const QString& sql) const;
+  /// The rows of a query, each a list of texts. Null reads as "<null>".
+  [[nodiscard]] QList<QStringList> Rows(const QString& query) const;
+  [[nodiscard]] sqlite3* handle() const { return handle_; }
+
+ private:
+  sqlite3* handle_ = nullptr;
+};
+
 /// An installation folder of the test's own, laid out as the build makes it, and the hands of
 /// another user on its databases. Paths are full paths; nothing here goes through the store that is
 /// tested.
@@ -33,8 +52,7 @@ class TestInstallation {
   /// A place of this test outside of the installation.
   [[nodiscard]] QString Outside(const QString& name) const;
 
-  /// The rows of a query, each a list of texts, by a connection of its own that only reads. Null
-  /// reads as "<null>".
+  /// The rows of a query, by a connection of its own that only reads.
   [[nodiscard]] static QList<QStringList> Sql(const QString& file, const QString& query);
   /// The first column of a query.
   [[nodiscard]] static QStringList Column(const QString& file, const QString& query);
@@ -72,13 +90,10 @@ class TestInstallation {
 /// Another user who is in the middle of a change: nobody else can change the file while this lives.
 class WriterAtWork {
  public:
-  explicit WriterAtWork(const QString& file);
-  ~WriterAtWork();
-  WriterAtWork(const WriterAtWork&) = delete;
-  WriterAtWork& operator=(const WriterAtWork&) = delete;
+  explicit WriterAtWork(const QString& file) : user_(file) { user_.Exec("BEGIN EXCLUSIVE"); }
 
  private:
-  sqlite3* handle_ = nullptr;
+  OtherUser user_;
 };
 
 /// Another process that works on a database until it is told to end or is killed.

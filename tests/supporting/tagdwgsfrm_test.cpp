@@ -9,6 +9,7 @@
 #include <QWindow>
 
 #include "platform/QtShell.h"
+#include "support/Files.h"
 #include "support/FormTest.h"
 #include "support/OtherForm.h"
 #include "support/ReadersHeld.h"
@@ -32,11 +33,8 @@ class tagdwgsfrmTest : public FormTest {
   }
 
   QString GivenFile(const QString& name, const QByteArray& bytes = "text") {
-    const QString path = installation.Outside(name);
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    return path;
+    WriteFile(installation.Outside(name), bytes);
+    return installation.Outside(name);
   }
   QString GivenPicture(const QString& name) {
     const QString path = installation.Outside(name);
@@ -82,6 +80,11 @@ class tagdwgsfrmTest : public FormTest {
   void ClickEmptyPlace(bool twice = false) {
     ClickList(Control<QTreeWidget>("fllst").viewport()->rect().bottomLeft() + QPoint(20, -5),
               twice);
+  }
+  void ExpectTell(const QString& text) { desk.messages.ExpectTell(Icon::kInformation, kEnd, text); }
+  void ExpectQuestion(const QString& path, Button answer) {
+    desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
+                            "Wish to delete linked file. [" + path + "] from records?", answer);
   }
   void Link(const QString& path) {
     desk.dialogs.ChooseToOpen(path);
@@ -130,9 +133,13 @@ TEST_F(tagdwgsfrmTest, TheFirstLinkIsSelectedWhenTheFormComesUp) {
   EXPECT_TRUE(IsBlue(Preview()));
 }
 
-TEST_F(tagdwgsfrmTest, AnEmptyListSaysSo) {
+TEST_F(tagdwgsfrmTest, AnEmptyListSaysSoAndHasNothingToOpenOrRemove) {
   Open<tagdwgsfrm>();
   EXPECT_EQ(TextOf("pathdsply"), "No files linked. ");
+  ExpectTell("Unable to open file.");
+  ClickEmptyPlace(true);
+  ExpectTell("Failed to remove file. /File does not exist.");
+  Click("DeltFle");
 }
 
 TEST_F(tagdwgsfrmTest, ComingBackFromAnotherFormTellsTheSelectedPathAnew) {
@@ -154,10 +161,10 @@ TEST_F(tagdwgsfrmTest, AClickBesideTheRowsTellsTheSelectedPathOrThatThereIsNone)
   ClickEmptyPlace();
   EXPECT_EQ(TextOf("pathdsply"), "/tmp/a.txt");
   EXPECT_EQ(TextOf("Pathlenstr"), "/tmp/a.txt");
-  desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
-                          "Wish to delete linked file. [/tmp/a.txt] from records?", Button::kYes);
+  ExpectQuestion("/tmp/a.txt", Button::kYes);
   Click("DeltFle");
   EXPECT_EQ(TextOf("pathdsply"), "No files linked.");
+  EXPECT_TRUE(StoredPaths().isEmpty());
   ClickEmptyPlace();
   EXPECT_EQ(TextOf("pathdsply"), "No files linked. ");
 }
@@ -168,7 +175,7 @@ TEST_F(tagdwgsfrmTest, AProjectNumberWithAnApostropheEndsAsAnEmptyList) {
   Open<tagdwgsfrm>();
   EXPECT_TRUE(ShownPaths().isEmpty());
   EXPECT_EQ(TextOf("pathdsply"), "No files linked. ");
-  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to Link file./No file selected.");
+  ExpectTell("Unable to Link file./No file selected.");
   Link(GivenFile("x.txt"));
 }
 
@@ -214,18 +221,14 @@ TEST_F(tagdwgsfrmTest, ALinkThatTheStudyRefusesIsToldAndForgotten) {
   GivenLink(installation.Outside("X.TXT"), "P-2");
   Open<tagdwgsfrm>();
   Exec(installation.Study(kStudy), "CREATE UNIQUE INDEX one ON fileLink(FilePath COLLATE NOCASE)");
-  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to Link file./No file selected.");
+  ExpectTell("Unable to Link file./No file selected.");
   Link(GivenFile("x.txt"));
   EXPECT_TRUE(StoredPaths().isEmpty());
   EXPECT_EQ(ShownPaths(), QStringList{installation.Outside("x.txt")});
   // What is in the list alone is no link: it can be removed from nowhere.
   ClickLink(0);
-  desk.messages.ExpectAsk(
-      Icon::kInformation, "BELTROVAN: Delete record",
-      "Wish to delete linked file. [" + installation.Outside("x.txt") + "] from records?",
-      Button::kYes);
-  desk.messages.ExpectTell(Icon::kInformation, kEnd,
-                           "Failed to remove file. /File does not exist.");
+  ExpectQuestion(installation.Outside("x.txt"), Button::kYes);
+  ExpectTell("Failed to remove file. /File does not exist.");
   Click("DeltFle");
   EXPECT_TRUE(ShownPaths().isEmpty());
   EXPECT_TRUE(StoredPaths().isEmpty());
@@ -296,8 +299,11 @@ INSTANTIATE_TEST_SUITE_P(Names, tagdwgsfrmNameTest,
 
 TEST_F(tagdwgsfrmTest, TheSamePathTwiceIsRefused) {
   const QString path = GivenFile("x.txt");
-  GivenLink(path);
+  GivenLink(path, "P-2");
   Open<tagdwgsfrm>();
+  Link(path);
+  EXPECT_EQ(StoredPaths(), QStringList{path}) << "under two projects it is allowed";
+  EXPECT_EQ(StoredPaths("P-2"), QStringList{path});
   desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN: Duplicate linking.",
                            "File already exists.");
   Link(path);
@@ -305,33 +311,16 @@ TEST_F(tagdwgsfrmTest, TheSamePathTwiceIsRefused) {
   EXPECT_EQ(ShownPaths(), QStringList{path});
 }
 
-TEST_F(tagdwgsfrmTest, TheSamePathUnderTwoProjectsIsAllowed) {
-  const QString path = GivenFile("x.txt");
-  GivenLink(path, "P-2");
-  Open<tagdwgsfrm>();
-  Link(path);
-  EXPECT_EQ(StoredPaths(), QStringList{path});
-  EXPECT_EQ(StoredPaths("P-2"), QStringList{path});
-}
-
 TEST_F(tagdwgsfrmTest, ACancelledDialogIsRefusedByTheTableAndLeavesItsItemUntilTheNextFill) {
   GivenLink("/tmp/a.txt");
   Open<tagdwgsfrm>();
-  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to Link file./No file selected.");
+  ExpectTell("Unable to Link file./No file selected.");
   Link({});
   EXPECT_EQ(StoredPaths(), QStringList{"/tmp/a.txt"});
   EXPECT_EQ(ShownPaths(), (QStringList{"/tmp/a.txt", ""}));
   Link(GivenFile("x.txt"));
   EXPECT_EQ(ShownPaths().size(), 2);
   EXPECT_EQ(ShownPaths().last(), installation.Outside("x.txt"));
-}
-
-TEST_F(tagdwgsfrmTest, APictureIsPreviewedAndItsPathShown) {
-  GivenLink(GivenPicture("a.png"));
-  Open<tagdwgsfrm>();
-  ClickLink(0);
-  EXPECT_TRUE(IsBlue(Preview()));
-  EXPECT_EQ(TextOf("pathdsply"), installation.Outside("a.png"));
 }
 
 TEST_F(tagdwgsfrmTest, AFileThatIsClickedAgainIsReadAgain) {
@@ -342,6 +331,7 @@ TEST_F(tagdwgsfrmTest, AFileThatIsClickedAgainIsReadAgain) {
   GivenPicture("a.png");
   ClickLink(0);
   EXPECT_TRUE(IsBlue(Preview()));
+  EXPECT_EQ(TextOf("pathdsply"), installation.Outside("a.png"));
 }
 
 TEST_F(tagdwgsfrmTest, AnArrowKeySelectsAsAClickDoes) {
@@ -406,26 +396,17 @@ TEST_F(tagdwgsfrmTest, ALargePictureIsReadWhileTheListIsUsedAndASmallOneIsNotBlo
   EXPECT_NE(TextOf("NoPreviewLbl"), "");
 }
 
-TEST_F(tagdwgsfrmTest, ADamagedFallbackPictureLeavesThePreviewClear) {
-  GivenLink(GivenPicture("a.png"));
-  GivenLink(GivenFile("a.txt"));
-  QFile fallback(installation.Path("RskAsmtFld/errImgLoad.jpg"));
-  ASSERT_TRUE(fallback.open(QIODevice::WriteOnly));
-  fallback.close();
-  Open<tagdwgsfrm>();
-  ClickLink(0);
-  ClickLink(1);
-  EXPECT_TRUE(Preview().isNull());
-}
-
-TEST_F(tagdwgsfrmTest, WithoutTheFallbackPictureThePreviewStaysClear) {
-  ASSERT_TRUE(QFile::remove(installation.Path("RskAsmtFld/errImgLoad.jpg")));
+TEST_F(tagdwgsfrmTest, WithoutTheFallbackPictureOrWithADamagedOneThePreviewStaysClear) {
   GivenLink(GivenPicture("a.png"));
   GivenLink(GivenFile("a.txt"));
   Open<tagdwgsfrm>();
-  ClickLink(0);
-  ClickLink(1);
-  EXPECT_TRUE(Preview().isNull());
+  for (const bool damaged : {true, false}) {
+    const QString fallback = installation.Path("RskAsmtFld/errImgLoad.jpg");
+    damaged ? WriteFile(fallback, {}) : void(QFile::remove(fallback));
+    ClickLink(0);
+    ClickLink(1);
+    EXPECT_TRUE(Preview().isNull()) << damaged;
+  }
 }
 
 TEST_F(tagdwgsfrmTest, ADoubleClickOpensTheDocumentAndLeavesTheFolderOnTheClipboard) {
@@ -514,12 +495,12 @@ TEST_F(tagdwgsfrmTest, ATitleThatIsNotTheFilesNameLeavesAWrongFolderAndCannotOpe
   Exec(installation.Study(kStudy),
        "INSERT INTO fileLink VALUES('P-1','" + path + "','port.txt','" + path + "')");
   Open<tagdwgsfrm>();
-  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
+  ExpectTell("Unable to open file.");
   ClickLink(0, true);
   EXPECT_TRUE(Opened().isEmpty());
 }
 
-TEST_F(tagdwgsfrmTest, AfterOpeningTheListHasTheFocusAgain) {
+TEST_F(tagdwgsfrmTest, EnterOpensTheSelectedDocumentAndTheListHasTheFocusAgain) {
   GivenLink(GivenFile("a.txt"));
   GivenLink(GivenFile("b.txt"));
   Open<tagdwgsfrm>();
@@ -529,15 +510,6 @@ TEST_F(tagdwgsfrmTest, AfterOpeningTheListHasTheFocusAgain) {
   PressKey(Qt::Key_Down);
   PressKey(Qt::Key_Enter);
   EXPECT_EQ(Opened(), (QStringList{installation.Outside("a.txt"), installation.Outside("b.txt")}));
-}
-
-TEST_F(tagdwgsfrmTest, EnterOpensTheSelectedDocument) {
-  const QString path = GivenFile("report.txt");
-  GivenLink(path);
-  Open<tagdwgsfrm>();
-  ClickLink(0);
-  PressKey(Qt::Key_Return);
-  EXPECT_EQ(Opened(), QStringList{path});
 }
 
 TEST_F(tagdwgsfrmTest, AProgramThatWasLinkedIsOpenedAsADocumentNeverStarted) {
@@ -613,7 +585,7 @@ TEST_F(tagdwgsfrmOpenerTest, ALauncherIsNoDocument) {
   Script(launcher, "[Desktop Entry]\nType=Application\nExec=touch " + started + "\n");
   GivenLink(launcher);
   OpenOn(opener, desk.files);
-  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
+  ExpectTell("Unable to open file.");
   ClickLink(0, true);
   EXPECT_EQ(ReadGiven(), "");
   EXPECT_FALSE(QFile::exists(started));
@@ -624,7 +596,7 @@ TEST_F(tagdwgsfrmOpenerTest, AnOpenerThatEndsWithAnErrorIsTold) {
   Script(installation.Outside("opener/xdg-open"), "#!/bin/sh\nexit 3\n");
   GivenLink(GivenFile("report.unknown"));
   OpenOn(opener, desk.files);
-  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
+  ExpectTell("Unable to open file.");
   ClickLink(0, true);
   EXPECT_TRUE(WaitUntil([&] { return desk.messages.Waiting() == 0; }));
   CloseDesktop();
@@ -647,28 +619,18 @@ INSTANTIATE_TEST_SUITE_P(Names, tagdwgsfrmOpenerNameTest,
                                            "#%20;$(touch x).txt", "back\\slash.txt"),
                          [](const auto& name) { return "Name" + std::to_string(name.index); });
 
-TEST_F(tagdwgsfrmTest, AFileThatIsGoneIsTold) {
+TEST_F(tagdwgsfrmTest, AFileThatIsGoneOrCannotBeOpenedIsTold) {
   GivenLink(installation.Outside("gone.txt"));
   Open<tagdwgsfrm>();
   desk.messages.ExpectTell(Icon::kInformation, "BELTROVAN: File missing.",
                            "File moved or Deleted.");
   ClickLink(0, true);
   EXPECT_TRUE(Opened().isEmpty());
-}
-
-TEST_F(tagdwgsfrmTest, ADocumentThatCannotBeOpenedIsTold) {
-  GivenLink(GivenFile("report.txt"));
-  Open<tagdwgsfrm>();
+  GivenFile("gone.txt");
   desk.shell.FailWith(failure::kInvalidCall);
-  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
+  ExpectTell("Unable to open file.");
   ClickLink(0, true);
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-}
-
-TEST_F(tagdwgsfrmTest, AnEmptyListDoubleClickedCannotOpen) {
-  Open<tagdwgsfrm>();
-  desk.messages.ExpectTell(Icon::kInformation, kEnd, "Unable to open file.");
-  ClickEmptyPlace(true);
 }
 
 TEST_F(tagdwgsfrmTest, RemovingALinkAsksAndLeavesTheFile) {
@@ -677,11 +639,10 @@ TEST_F(tagdwgsfrmTest, RemovingALinkAsksAndLeavesTheFile) {
   GivenLink(path);
   Open<tagdwgsfrm>();
   ClickLink(1);
-  const QString question = "Wish to delete linked file. [" + path + "] from records?";
-  desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record", question, Button::kNo);
+  ExpectQuestion(path, Button::kNo);
   Click("DeltFle");
   EXPECT_EQ(StoredPaths().size(), 2);
-  desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record", question, Button::kYes);
+  ExpectQuestion(path, Button::kYes);
   Click("DeltFle");
   EXPECT_EQ(StoredPaths(), QStringList{"/tmp/a.txt"});
   EXPECT_EQ(ShownPaths(), QStringList{"/tmp/a.txt"});
@@ -689,44 +650,19 @@ TEST_F(tagdwgsfrmTest, RemovingALinkAsksAndLeavesTheFile) {
   EXPECT_TRUE(QFile::exists(path));
 }
 
-TEST_F(tagdwgsfrmTest, RemovingTheLastLinkSaysThatThereAreNone) {
-  GivenLink("/tmp/a.txt");
-  Open<tagdwgsfrm>();
-  ClickLink(0);
-  desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
-                          "Wish to delete linked file. [/tmp/a.txt] from records?", Button::kYes);
-  Click("DeltFle");
-  EXPECT_EQ(TextOf("pathdsply"), "No files linked.");
-  EXPECT_TRUE(StoredPaths().isEmpty());
-}
-
-TEST_F(tagdwgsfrmTest, OfTwoRowsWithOnePathTheFirstGoes) {
+TEST_F(tagdwgsfrmTest, OfTwoRowsWithOnePathTheFirstGoesAndOneThatIsGoneFails) {
   GivenLink("/tmp/a.txt");
   GivenLink("/tmp/a.txt");
   Open<tagdwgsfrm>();
   ClickLink(1);
-  desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
-                          "Wish to delete linked file. [/tmp/a.txt] from records?", Button::kYes);
+  ExpectQuestion("/tmp/a.txt", Button::kYes);
   Click("DeltFle");
   EXPECT_EQ(Column(installation.Study(kStudy), "SELECT rowid FROM fileLink"), QStringList{"2"});
-}
-
-TEST_F(tagdwgsfrmTest, RemovingWithNothingSelectedFails) {
-  Open<tagdwgsfrm>();
-  desk.messages.ExpectTell(Icon::kInformation, kEnd,
-                           "Failed to remove file. /File does not exist.");
-  Click("DeltFle");
-}
-
-TEST_F(tagdwgsfrmTest, ALinkThatSomebodyElseRemovedFails) {
-  GivenLink("/tmp/a.txt");
-  Open<tagdwgsfrm>();
+  // One that somebody else removed fails.
   ClickLink(0);
   Exec(installation.Study(kStudy), "DELETE FROM fileLink");
-  desk.messages.ExpectAsk(Icon::kInformation, "BELTROVAN: Delete record",
-                          "Wish to delete linked file. [/tmp/a.txt] from records?", Button::kYes);
-  desk.messages.ExpectTell(Icon::kInformation, kEnd,
-                           "Failed to remove file. /File does not exist.");
+  ExpectQuestion("/tmp/a.txt", Button::kYes);
+  ExpectTell("Failed to remove file. /File does not exist.");
   Click("DeltFle");
 }
 
