@@ -25,8 +25,6 @@ class Descriptor {
 
   [[nodiscard]] int get() const { return number_; }
   [[nodiscard]] bool valid() const { return number_ >= 0; }
-  /// Hands the descriptor to the caller, who closes it.
-  [[nodiscard]] int release() { return std::exchange(number_, -1); }
 
  private:
   int number_ = -1;

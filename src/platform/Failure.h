@@ -1,24 +1,20 @@
 #pragma once
 
 #include <QString>
-#include <exception>
-#include <utility>
+#include <stdexcept>
 
 namespace kestrix {
 
 /// The one kind of error that travels through the program. `number` is what rules test,
 /// `description` is what a person reads. It is thrown for what the world does to us (a missing
 /// file, a full disk, a row that somebody else changed), never for a mistake of our own.
-class Failure : public std::exception {
+class Failure : public std::runtime_error {
  public:
-  Failure(int number, QString description)
-      : number_(number),
-        description_(std::move(description)),
-        utf8_(description_.toUtf8().toStdString()) {}
+  Failure(int number, const QString& description)
+      : std::runtime_error(description.toStdString()), number_(number), description_(description) {}
 
   [[nodiscard]] int number() const { return number_; }
   [[nodiscard]] const QString& description() const { return description_; }
-  [[nodiscard]] const char* what() const noexcept override { return utf8_.c_str(); }
 
   /// Whether the person has read it already. Whoever shows failures leaves out such a one.
   [[nodiscard]] bool IsTold() const { return told_; }
@@ -27,7 +23,6 @@ class Failure : public std::exception {
  private:
   int number_;
   QString description_;
-  std::string utf8_;
   bool told_ = false;
 };
 

@@ -1,22 +1,21 @@
 #include "platform/FileCopy.h"
 
-#include <dirent.h>
 #include <fcntl.h>
-#include <linux/fs.h>
 #include <linux/magic.h>
-#include <sys/ioctl.h>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QThread>
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <filesystem>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <system_error>
 #include <vector>
@@ -58,28 +57,19 @@ Failure MakeFailure(int number, const QString& action, const QString& path, cons
   return {number, QStringLiteral("Failed to %1 \"%2\": %3.").arg(action, path, why)};
 }
 
-const QString& Copying() {
-  static const QString action = QStringLiteral("copy");
-  return action;
-}
+const QString kCopy = QStringLiteral("copy");
 
 QByteArray Encoded(const QString& path) {
   return QFile::encodeName(path);
 }
 
 QString ParentOf(const QString& path) {
-  const qsizetype slash = path.lastIndexOf(u'/');
-  if (slash < 0) return QStringLiteral(".");
-  return slash == 0 ? QStringLiteral("/") : path.first(slash);
+  return QFileInfo(path).path();
 }
 
 QString WithoutTrailingSeparators(QString path) {
   while (path.size() > 1 && path.endsWith(u'/')) path.chop(1);
   return path;
-}
-
-bool SameFile(const struct stat& a, const struct stat& b) {
-  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
 void SyncOpen(int fd, const QString& path, const QString& action) {
@@ -102,18 +92,7 @@ class Replacement {
     if (!file_.valid()) OpenNamed();
     if (target_exists_) ApplyRightsOfTarget();
   }
-  Replacement(Replacement&& other) noexcept
-      : target_(std::move(other.target_)),
-        folder_(std::move(other.folder_)),
-        action_(std::move(other.action_)),
-        old_(other.old_),
-        mode_(other.mode_),
-        target_exists_(other.target_exists_),
-        has_name_(std::exchange(other.has_name_, false)),
-        file_(std::move(other.file_)) {}
-  Replacement(const Replacement&) = delete;
-  Replacement& operator=(const Replacement&) = delete;
-  Replacement& operator=(Replacement&&) = delete;
+  Q_DISABLE_COPY_MOVE(Replacement)
   ~Replacement() {
     if (has_name_) ::unlink(Encoded(PartIn(folder_)).constData());
   }
@@ -122,7 +101,7 @@ class Replacement {
   [[nodiscard]] const QString& target() const { return target_; }
   [[nodiscard]] const QString& folder() const { return folder_; }
   [[nodiscard]] bool Replaces(const struct stat& source) const {
-    return target_exists_ && SameFile(source, old_);
+    return target_exists_ && source.st_dev == old_.st_dev && source.st_ino == old_.st_ino;
   }
 
   void BringToDisk() const { SyncOpen(fd(), target_, action_); }
@@ -218,81 +197,59 @@ class Replacement {
   Descriptor file_;
 };
 
-void WriteAll(int fd, const char* bytes, size_t size, const QString& path, const QString& action) {
-  while (size > 0) {
-    const ssize_t written = ::write(fd, bytes, size);
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) throw FailureFromErrno(errno, path, action);
-    bytes += written;
-    size -= static_cast<size_t>(written);
+void WriteAll(int fd, QByteArrayView bytes, const QString& path, const QString& action) {
+  while (!bytes.isEmpty()) {
+    const ssize_t written = ::write(fd, bytes.data(), static_cast<size_t>(bytes.size()));
+    if (written < 0 && errno != EINTR) throw FailureFromErrno(errno, path, action);
+    bytes = bytes.sliced(std::max<ssize_t>(written, 0));
   }
 }
 
-/// The bytes of `from` into the empty file `to`: inside the kernel, which shares blocks where the
-/// file system can, and through a buffer of ours what it leaves.
+/// The bytes of `from` into the empty file `to`: the kernel shares blocks where the file system
+/// can, and copies what is left, between two file systems all of it.
 void CopyBytes(int from, int to, const QString& path) {
   constexpr size_t kMost = size_t{1} << 30;
-  constexpr size_t kBlock = size_t{256} * 1024;
-  if (::ioctl(to, FICLONE, from) == 0) return;
   loff_t offset = 0;
   while (::copy_file_range(from, &offset, to, nullptr, kMost, 0) > 0) continue;
-  const auto block = std::make_unique<char[]>(kBlock);
-  for (;;) {
-    const ssize_t got = ::pread(from, block.get(), kBlock, offset);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) throw FailureFromErrno(errno, path, Copying());
-    if (got == 0) return;
-    WriteAll(to, block.get(), static_cast<size_t>(got), path, Copying());
-    offset += got;
+  for (ssize_t copied = 1; copied != 0;) {
+    copied = ::sendfile(to, from, &offset, kMost);
+    if (copied < 0 && errno != EINTR) throw FailureFromErrno(errno, path, kCopy);
   }
 }
 
-void KeepTimes(int fd, const struct stat& source) {
-  const struct timespec times[2] = {source.st_atim, source.st_mtim};
-  // A file system without times still holds the bytes.
-  (void)::futimens(fd, times);
+std::array<timespec, 2> TimesOf(const struct stat& file) {
+  return {file.st_atim, file.st_mtim};
 }
 
 struct stat RegularFile(int fd, const QString& path) {
   struct stat status = {};
-  if (::fstat(fd, &status) != 0) throw FailureFromErrno(errno, path, Copying());
+  if (::fstat(fd, &status) != 0) throw FailureFromErrno(errno, path, kCopy);
   if (S_ISDIR(status.st_mode))
-    throw MakeFailure(failure::kFileNotFound, Copying(), path, QStringLiteral("it is a folder"));
+    throw MakeFailure(failure::kFileNotFound, kCopy, path, QStringLiteral("it is a folder"));
   if (!S_ISREG(status.st_mode))
-    throw MakeFailure(failure::kPermissionDenied, Copying(), path, QStringLiteral("it is no file"));
+    throw MakeFailure(failure::kPermissionDenied, kCopy, path, QStringLiteral("it is no file"));
   return status;
 }
 
-Replacement FilledReplacement(int source_fd, const QString& source, const QString& target) {
+std::unique_ptr<Replacement> FilledReplacement(int source_fd, const QString& source,
+                                               const QString& target) {
   const struct stat status = RegularFile(source_fd, source);
-  Replacement replacement(target, status.st_mode, Copying());
-  if (replacement.Replaces(status))
-    throw MakeFailure(failure::kPermissionDenied, Copying(), source,
+  auto replacement = std::make_unique<Replacement>(target, status.st_mode, kCopy);
+  if (replacement->Replaces(status))
+    throw MakeFailure(failure::kPermissionDenied, kCopy, source,
                       QStringLiteral("it can't be copied onto itself"));
-  CopyBytes(source_fd, replacement.fd(), replacement.target());
-  KeepTimes(replacement.fd(), status);
+  CopyBytes(source_fd, replacement->fd(), replacement->target());
+  // A file system without times still holds the bytes.
+  (void)::futimens(replacement->fd(), TimesOf(status).data());
   return replacement;
 }
 
 Descriptor OpenForReading(const QString& source, int flags = 0) {
   // Without O_NONBLOCK a pipe in place of a file would hold us up for ever.
   Descriptor file(::open(Encoded(source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | flags));
-  if (!file.valid()) throw FailureFromErrno(errno, source, Copying());
+  if (!file.valid()) throw FailureFromErrno(errno, source, kCopy);
   return file;
 }
-
-/// A folder that was filled, and whose times are to be those of the folder it was copied from.
-struct FilledFolder {
-  QString path;
-  struct stat source;
-
-  [[nodiscard]] Descriptor WithItsTimes() const {
-    Descriptor open(::open(Encoded(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!open.valid()) throw FailureFromErrno(errno, path, Copying());
-    KeepTimes(open.get(), source);
-    return open;
-  }
-};
 
 }  // namespace
 
@@ -302,13 +259,15 @@ class CopyGroup::Waiting {
  public:
   explicit Waiting(const QString& folder) : disk_(DiskOf(folder)) {}
 
-  void Add(Replacement file) {
+  void Add(std::unique_ptr<Replacement> file) {
     // Each of them is an open file.
     constexpr size_t kMost = 200;
     files_.push_back(std::move(file));
     if (files_.size() >= kMost) Place();
   }
-  void Add(FilledFolder folder) { folders_.push_back(std::move(folder)); }
+  void Add(const QString& folder, const struct stat& source) {
+    folders_.insert(folder, TimesOf(source));
+  }
   /// Whether what is copied into `folder` goes to the group's disk.
   [[nodiscard]] bool Covers(const QString& folder) {
     if (!folders_seen_.contains(folder)) folders_seen_[folder] = disk_ && DiskOf(folder) == disk_;
@@ -317,7 +276,9 @@ class CopyGroup::Waiting {
 
   void Finish() {
     Place();
-    for (const FilledFolder& folder : std::exchange(folders_, {})) (void)folder.WithItsTimes();
+    const auto folders = std::exchange(folders_, {});
+    for (auto folder = folders.keyValueBegin(); folder != folders.keyValueEnd(); ++folder)
+      (void)::utimensat(AT_FDCWD, Encoded(folder->first).constData(), folder->second.data(), 0);
   }
 
  private:
@@ -334,25 +295,25 @@ class CopyGroup::Waiting {
   }
 
   void Place() {
-    std::vector<Replacement> files = std::exchange(files_, {});
-    if (!files.empty()) files.front().BringAllToDisk();
-    for (Replacement& file : files) file.Replace();
+    const auto files = std::exchange(files_, {});
+    if (!files.empty()) files.front()->BringAllToDisk();
+    for (const auto& file : files) file->Replace();
   }
 
-  std::vector<Replacement> files_;
-  std::vector<FilledFolder> folders_;
+  std::vector<std::unique_ptr<Replacement>> files_;
+  QHash<QString, std::array<timespec, 2>> folders_;  ///< with the times that they are to have
   std::optional<dev_t> disk_;
   QHash<QString, bool> folders_seen_;  ///< and whether they lie on the group's disk
 };
 
 namespace {
 
-void Finish(Replacement replacement, Sync when) {
-  const bool in_group = when.group() && when.group()->waiting().Covers(replacement.folder());
-  if (in_group && replacement.CanWait()) return when.group()->waiting().Add(std::move(replacement));
-  if (!in_group || replacement.ReplacesFile()) replacement.BringToDisk();
-  replacement.Replace();
-  if (!in_group && when.name_now()) SyncFolder(replacement.folder());
+void Finish(std::unique_ptr<Replacement> file, Sync when) {
+  const bool in_group = when.group && when.group->waiting().Covers(file->folder());
+  if (in_group && file->CanWait()) return when.group->waiting().Add(std::move(file));
+  if (!in_group || file->ReplacesFile()) file->BringToDisk();
+  file->Replace();
+  if (!in_group && when.name_now) SyncFolder(file->folder());
 }
 
 /// Copies one folder tree, all of it in one group.
@@ -363,12 +324,18 @@ class FolderCopy {
   void CopyTree(const QString& source, const QString& target) {
     struct stat status = {};
     if (::stat(Encoded(source).constData(), &status) != 0)
-      throw FailureFromErrno(errno, source, Copying(), failure::kPathNotFound);
-    if (!S_ISDIR(status.st_mode)) throw FailureFromErrno(ENOTDIR, source, Copying());
+      throw FailureFromErrno(errno, source, kCopy, failure::kPathNotFound);
+    if (!S_ISDIR(status.st_mode)) throw FailureFromErrno(ENOTDIR, source, kCopy);
     MakeFolder(target, status.st_mode);
-    for (const QString& name : NamesIn(source))
-      CopyEntry(source + u'/' + name, target + u'/' + name);
-    group_.waiting().Add(FilledFolder{target, status});
+    using Entries = std::filesystem::directory_iterator;
+    std::error_code error;
+    for (Entries entry(Encoded(source).toStdString(), error); !error && entry != Entries();
+         entry.increment(error)) {
+      const QString name = u'/' + QFile::decodeName(entry->path().filename().c_str());
+      CopyEntry(source + name, target + name);
+    }
+    if (error) throw FailureFromErrno(error.value(), source, kCopy, failure::kPathNotFound);
+    group_.waiting().Add(target, status);
     if (!group_.waiting().Covers(target)) SyncFolder(ParentOf(target));
   }
 
@@ -376,18 +343,6 @@ class FolderCopy {
   [[nodiscard]] const QStringList& links() const { return links_; }
 
  private:
-  static QStringList NamesIn(const QString& folder) {
-    const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(Encoded(folder).constData()),
-                                                      [](DIR* dir) { return ::closedir(dir); });
-    if (!entries) throw FailureFromErrno(errno, folder, Copying(), failure::kPathNotFound);
-    QStringList names;
-    while (const dirent* entry = ::readdir(entries.get())) {
-      const QByteArray name(entry->d_name);
-      if (name != "." && name != "..") names.append(QFile::decodeName(name));
-    }
-    return names;
-  }
-
   static void MakeFolder(const QString& path, mode_t mode) {
     const mode_t rights = (mode & 0777) | S_IRWXU;
     if (::mkdir(Encoded(path).constData(), rights) == 0) return;
@@ -401,7 +356,7 @@ class FolderCopy {
   void CopyEntry(const QString& source, const QString& target) {
     struct stat status = {};
     if (::lstat(Encoded(source).constData(), &status) != 0)
-      throw FailureFromErrno(errno, source, Copying());
+      throw FailureFromErrno(errno, source, kCopy);
     if (S_ISDIR(status.st_mode)) return CopyTree(source, target);
     if (source.endsWith(kPartName)) return;
     if (S_ISREG(status.st_mode)) return CopyFile(source, target);
@@ -418,19 +373,12 @@ class FolderCopy {
 };
 
 void RefuseFolderIntoItself(const QString& source, const QString& target) {
-  struct stat from = {};
-  if (::stat(Encoded(source).constData(), &from) != 0)
-    throw FailureFromErrno(errno, source, Copying(), failure::kPathNotFound);
-  QString real = QFileInfo(target).canonicalFilePath();
-  if (real.isEmpty()) real = QFileInfo(ParentOf(target)).canonicalFilePath();
-  while (!real.isEmpty()) {
-    struct stat above = {};
-    if (::stat(Encoded(real).constData(), &above) == 0 && SameFile(from, above))
-      throw MakeFailure(failure::kPermissionDenied, Copying(), source,
-                        QStringLiteral("a folder can't be copied into itself"));
-    if (real == QStringLiteral("/")) return;
-    real = ParentOf(real);
-  }
+  const QString from = QFileInfo(source).canonicalFilePath();
+  QString to = QFileInfo(target).canonicalFilePath();
+  if (to.isEmpty()) to = QFileInfo(ParentOf(target)).canonicalFilePath();
+  if (!from.isEmpty() && (to + u'/').startsWith(from + u'/'))
+    throw MakeFailure(failure::kPermissionDenied, kCopy, source,
+                      QStringLiteral("a folder can't be copied into itself"));
 }
 
 }  // namespace
@@ -489,7 +437,7 @@ QStringList CopyFolderDurably(const QString& source, const QString& target, Sync
   const QString to = WithoutTrailingSeparators(target);
   RefuseFolderIntoItself(from, to);
   std::optional<CopyGroup> own;
-  FolderCopy copy(when.group() ? *when.group() : own.emplace(ParentOf(to)));
+  FolderCopy copy(when.group ? *when.group : own.emplace(ParentOf(to)));
   copy.CopyTree(from, to);
   if (own) {
     own->Finish();
@@ -500,8 +448,8 @@ QStringList CopyFolderDurably(const QString& source, const QString& target, Sync
 
 void WriteFileDurably(const QString& path, const QByteArray& bytes) {
   const QString action = QStringLiteral("write");
-  Replacement replacement(BehindLinks(path), 0666, action);
-  WriteAll(replacement.fd(), bytes.constData(), static_cast<size_t>(bytes.size()), path, action);
+  auto replacement = std::make_unique<Replacement>(BehindLinks(path), 0666, action);
+  WriteAll(replacement->fd(), bytes, path, action);
   Finish(std::move(replacement), Sync::kNow);
 }
 

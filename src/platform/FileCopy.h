@@ -26,8 +26,7 @@ class CopyGroup {
  public:
   /// `folder` lies on the disk that is synced at the end.
   explicit CopyGroup(const QString& folder);
-  CopyGroup(const CopyGroup&) = delete;
-  CopyGroup& operator=(const CopyGroup&) = delete;
+  Q_DISABLE_COPY_MOVE(CopyGroup)
   ~CopyGroup();
 
   /// Gives every copy its place. Fails with kDiskFull or kDeviceError; files that have no place by
@@ -43,19 +42,13 @@ class CopyGroup {
 
 /// When a copy is on the disk: at once, or with its group, or, for the bytes, before it takes its
 /// place at once and, for the name, with the next SyncDisk.
-class Sync {
- public:
+struct Sync {
+  CopyGroup* group;  ///< null for one that waits for no other
+  bool name_now;
+
   static const Sync kNow;
   static const Sync kBytesNow;
   [[nodiscard]] static Sync With(CopyGroup& group) { return {&group, true}; }
-  /// Null for one that waits for no other.
-  [[nodiscard]] CopyGroup* group() const { return group_; }
-  [[nodiscard]] bool name_now() const { return name_now_; }
-
- private:
-  constexpr Sync(CopyGroup* group, bool name_now) : group_(group), name_now_(name_now) {}
-  CopyGroup* group_;
-  bool name_now_;
 };
 inline constexpr Sync Sync::kNow{nullptr, true};
 inline constexpr Sync Sync::kBytesNow{nullptr, false};

@@ -64,8 +64,7 @@ class FileBatch {
   FileBatch(FileSystem& files, QString folder) : files_(files), folder_(std::move(folder)) {
     files_.BeginBatch(folder_);
   }
-  FileBatch(const FileBatch&) = delete;
-  FileBatch& operator=(const FileBatch&) = delete;
+  Q_DISABLE_COPY_MOVE(FileBatch)
   ~FileBatch() {
     try {
       End();

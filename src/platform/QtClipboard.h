@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QClipboard>
+#include <QGuiApplication>
+
 #include "platform/Services.h"
 
 namespace kestrix {
@@ -7,9 +10,9 @@ namespace kestrix {
 /// The clipboard that all programs of the desktop share.
 class QtClipboard : public Clipboard {
  public:
-  void Clear() override;
-  void SetText(const QString& text) override;
-  [[nodiscard]] QString Text() const override;
+  void Clear() override { QGuiApplication::clipboard()->clear(); }
+  void SetText(const QString& text) override { QGuiApplication::clipboard()->setText(text); }
+  [[nodiscard]] QString Text() const override { return QGuiApplication::clipboard()->text(); }
 };
 
 }  // namespace kestrix

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDate>
+
 #include "platform/Services.h"
 
 namespace kestrix {
@@ -7,7 +9,7 @@ namespace kestrix {
 /// The calendar of this machine, in local time.
 class QtClock : public Clock {
  public:
-  [[nodiscard]] QDate Today() const override;
+  [[nodiscard]] QDate Today() const override { return QDate::currentDate(); }
 };
 
 }  // namespace kestrix

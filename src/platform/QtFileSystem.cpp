@@ -1,7 +1,5 @@
 #include "platform/QtFileSystem.h"
 
-#include <dirent.h>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,14 +8,12 @@
 #include <QFileInfo>
 #include <cerrno>
 #include <filesystem>
-#include <memory>
 #include <system_error>
-
-#include "platform/Descriptor.h"
-#include "platform/FileCopy.h"
 
 namespace kestrix {
 namespace {
+
+namespace fs = std::filesystem;
 
 QString WithoutTrailingSeparators(QString path) {
   while (path.size() > 1 && path.endsWith(u'/')) path.chop(1);
@@ -37,68 +33,16 @@ QString NameOfCopy(const QString& source, const QString& target) {
          QFileInfo(WithoutTrailingSeparators(source)).fileName();
 }
 
-/// Empties folders through their descriptors, so that nobody can put a link in the way between the
-/// look and the deletion.
-class FolderRemoval {
- public:
-  explicit FolderRemoval(QString path) : path_(std::move(path)) {}
-
-  void Run() {
-    struct stat status = {};
-    const QByteArray name = QFile::encodeName(path_);
-    if (::lstat(name.constData(), &status) != 0) Fail(errno);
-    if (!S_ISDIR(status.st_mode)) Fail(ENOTDIR);
-    Empty(AT_FDCWD, name);
-    if (::rmdir(name.constData()) != 0) Fail(errno);
+/// A write-protected folder of ours goes with all that it holds; another's says no later.
+void Unprotect(const fs::path& folder) {
+  std::error_code none_of_ours;
+  fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add | fs::perm_options::nofollow,
+                  none_of_ours);
+  for (fs::directory_iterator entry(folder, none_of_ours); entry != fs::directory_iterator();
+       entry.increment(none_of_ours)) {
+    if (fs::is_directory(entry->symlink_status(none_of_ours))) Unprotect(entry->path());
   }
-
- private:
-  [[noreturn]] void Fail(int error) const {
-    throw FailureFromErrno(error, path_, QStringLiteral("delete"), failure::kPathNotFound);
-  }
-
-  void Empty(int parent, const QByteArray& name) {
-    // A folder of ours that is write-protected goes with all it holds; another's says no below.
-    Descriptor folder = Open(parent, name);
-    (void)::fchmod(folder.get(), S_IRWXU);
-    const int number = folder.get();
-    const std::unique_ptr<DIR, int (*)(DIR*)> entries(::fdopendir(folder.release()),
-                                                      [](DIR* dir) { return ::closedir(dir); });
-    if (!entries) {
-      const int error = errno;
-      ::close(number);
-      Fail(error);
-    }
-    while (const dirent* entry = ::readdir(entries.get())) {
-      const QByteArray child(entry->d_name);
-      if (child != "." && child != "..") Remove(::dirfd(entries.get()), child);
-    }
-  }
-
-  [[nodiscard]] Descriptor Open(int parent, const QByteArray& name) const {
-    constexpr int kFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-    Descriptor folder(::openat(parent, name.constData(), kFlags));
-    if (!folder.valid() && errno == EACCES && ::fchmodat(parent, name.constData(), S_IRWXU, 0) == 0)
-      folder = Descriptor(::openat(parent, name.constData(), kFlags));
-    if (!folder.valid()) Fail(errno);
-    return folder;
-  }
-
-  void Remove(int parent, const QByteArray& name) {
-    struct stat status = {};
-    if (::fstatat(parent, name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-      if (errno == ENOENT) return;
-      Fail(errno);
-    }
-    const bool is_folder = S_ISDIR(status.st_mode);
-    if (is_folder) Empty(parent, name);
-    // Whoever was quicker has done our work.
-    if (::unlinkat(parent, name.constData(), is_folder ? AT_REMOVEDIR : 0) != 0 && errno != ENOENT)
-      Fail(errno);
-  }
-
-  QString path_;
-};
+}
 
 }  // namespace
 
@@ -112,8 +56,8 @@ bool QtFileSystem::FolderExists(const QString& path) const {
 
 bool QtFileSystem::IsSameFile(const QString& one, const QString& other) const {
   std::error_code error;
-  return std::filesystem::equivalent(QFile::encodeName(one).toStdString(),
-                                     QFile::encodeName(other).toStdString(), error);
+  return fs::equivalent(QFile::encodeName(one).toStdString(),
+                        QFile::encodeName(other).toStdString(), error);
 }
 
 void QtFileSystem::CreateFolder(const QString& path) {
@@ -144,7 +88,16 @@ void QtFileSystem::DeleteFolder(const QString& path) {
   const QString folder = WithoutTrailingSeparators(path);
   // Of a link in place of the folder, the link goes and what it leads to stays.
   if (QFileInfo(folder).isSymLink()) return DeleteFile(folder);
-  FolderRemoval(folder).Run();
+  const fs::path name = QFile::encodeName(folder).toStdString();
+  std::error_code error;
+  if (fs::is_directory(fs::symlink_status(name, error))) {
+    Unprotect(name);
+    fs::remove_all(name, error);
+  } else if (!error) {
+    error = std::make_error_code(std::errc::not_a_directory);
+  }
+  if (error)
+    throw FailureFromErrno(error.value(), folder, QStringLiteral("delete"), failure::kPathNotFound);
   SyncUnlessInBatch(ParentOf(folder));
 }
 

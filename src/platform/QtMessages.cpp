@@ -19,37 +19,16 @@ constexpr int kLongText = 2000;
 constexpr int kTitleButtons = 5;   ///< squares of a line's height
 constexpr int kWidestTitle = 600;  ///< pixels, that a title may make a box wide
 
-struct ButtonPair {
-  Button ours;
-  QMessageBox::StandardButton desktop;
-};
-constexpr ButtonPair kButtons[] = {
-    {Button::kOk, QMessageBox::Ok},
-    {Button::kYes, QMessageBox::Yes},
-    {Button::kNo, QMessageBox::No},
-};
+/// In the order of `Button`.
+constexpr QMessageBox::StandardButton kButtons[] = {QMessageBox::Ok, QMessageBox::Yes,
+                                                    QMessageBox::No};
 
-struct IconPair {
-  Icon ours;
-  QMessageBox::Icon desktop;
-};
-constexpr IconPair kIcons[] = {
-    {Icon::kNone, QMessageBox::NoIcon},
-    {Icon::kInformation, QMessageBox::Information},
-    {Icon::kCritical, QMessageBox::Critical},
-    {Icon::kQuestion, QMessageBox::Question},
-};
+/// In the order of `Icon`.
+constexpr QMessageBox::Icon kIcons[] = {QMessageBox::NoIcon, QMessageBox::Information,
+                                        QMessageBox::Critical, QMessageBox::Question};
 
 QMessageBox::StandardButton DesktopButton(Button button) {
-  for (const ButtonPair& pair : kButtons)
-    if (pair.ours == button) return pair.desktop;
-  return QMessageBox::Ok;
-}
-
-QMessageBox::Icon DesktopIcon(Icon icon) {
-  for (const IconPair& pair : kIcons)
-    if (pair.ours == icon) return pair.desktop;
-  return QMessageBox::NoIcon;
+  return kButtons[static_cast<int>(button)];
 }
 
 Button AnswerOfClosing(const Message& message) {
@@ -74,7 +53,7 @@ void Fill(QMessageBox& box, const Message& message) {
     box.setText(message.text.section(u'\n', 0, 0).left(kLongText));
     box.setDetailedText(message.text);
   }
-  box.setIcon(DesktopIcon(message.icon));
+  box.setIcon(kIcons[static_cast<int>(message.icon)]);
   QMessageBox::StandardButtons buttons;
   for (const Button button : message.buttons) buttons |= DesktopButton(button);
   box.setStandardButtons(buttons);
@@ -103,8 +82,8 @@ Button QtMessages::Show(const Message& message) {
   const int answer = box->exec();
   QApplication::restoreOverrideCursor();
   delete box;
-  for (const ButtonPair& pair : kButtons)
-    if (pair.desktop == answer && message.buttons.contains(pair.ours)) return pair.ours;
+  for (const Button button : message.buttons)
+    if (DesktopButton(button) == answer) return button;
   return AnswerOfClosing(message);
 }
 

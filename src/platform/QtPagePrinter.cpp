@@ -1,22 +1,14 @@
 #include "platform/QtPagePrinter.h"
 
-#include <QPointer>
-#include <QPrintDialog>
 #include <QPrinter>
 
-#include "platform/WindowInFront.h"
+#include "platform/QtPrinting.h"
 
 namespace kestrix {
 
 std::unique_ptr<QPagedPaintDevice> QtPagePrinter::Choose(const QString& title) {
-  auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
-  printer->setFullPage(true);
-  const QPointer<QPrintDialog> dialog = new QPrintDialog(printer.get(), WindowInFront());
-  dialog->setWindowTitle(title);
-  dialog->setOption(QAbstractPrintDialog::PrintPageRange, false);
-  const bool accepted = dialog->exec() == QDialog::Accepted;
-  delete dialog;
-  if (!accepted) return nullptr;
+  std::unique_ptr<QPrinter> printer = ChosenPrinter(title);
+  if (printer) printer->setFullPage(true);
   return printer;
 }
 

@@ -18,9 +18,8 @@ namespace kestrix {
 /// the application object, and outlives every form. It decides nothing.
 class QtPlatform {
  public:
-  QtPlatform();
-  QtPlatform(const QtPlatform&) = delete;
-  QtPlatform& operator=(const QtPlatform&) = delete;
+  QtPlatform() = default;
+  Q_DISABLE_COPY_MOVE(QtPlatform)
 
   [[nodiscard]] Platform& platform() { return platform_; }
 
@@ -35,7 +34,8 @@ class QtPlatform {
   QtClipboard clipboard_;
   QtClock clock_;
   QtEnvironment environment_;
-  Platform platform_;
+  Platform platform_{messages_, files_,    shell_,     windows_, settings_,
+                     dialogs_,  printing_, clipboard_, clock_,   environment_};
 };
 
 }  // namespace kestrix

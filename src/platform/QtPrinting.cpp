@@ -28,10 +28,7 @@ void RequireWritable(const QString& path) {
 
 }  // namespace
 
-QtPrinting::QtPrinting() = default;
-QtPrinting::~QtPrinting() = default;
-
-bool QtPrinting::ChoosePrinter(const QString& title, bool selection) {
+std::unique_ptr<QPrinter> ChosenPrinter(const QString& title, bool selection) {
   auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
   const QPointer<QPrintDialog> dialog = new QPrintDialog(printer.get(), WindowInFront());
   dialog->setWindowTitle(title);
@@ -41,8 +38,17 @@ bool QtPrinting::ChoosePrinter(const QString& title, bool selection) {
                                   : QAbstractPrintDialog::AllPages);
   const bool accepted = dialog->exec() == QDialog::Accepted;
   delete dialog;
-  if (accepted) printer_ = std::move(printer);
-  return accepted;
+  return accepted ? std::move(printer) : nullptr;
+}
+
+QtPrinting::QtPrinting() = default;
+QtPrinting::~QtPrinting() = default;
+
+bool QtPrinting::ChoosePrinter(const QString& title, bool selection) {
+  std::unique_ptr<QPrinter> chosen = ChosenPrinter(title, selection);
+  if (!chosen) return false;
+  printer_ = std::move(chosen);
+  return true;
 }
 
 void QtPrinting::Print(const QTextDocument& document) {

@@ -32,10 +32,6 @@ bool IsLocked(const QString& path) {
   return !lock.tryLock(kLongestWaitMilliseconds) && lock.error() == QLockFile::LockFailedError;
 }
 
-QString Place(const QString& section, const QString& key) {
-  return section + u'/' + key;
-}
-
 }  // namespace
 
 // Opened anew each time, so that two running copies of the program see each other's values.
@@ -44,14 +40,14 @@ QString QtSettings::Get(const QString& section, const QString& key,
   const QString path = File();
   if (!CanHoldSettings(path)) return default_value;
   const QSettings settings(path, QSettings::NativeFormat);
-  return settings.value(Place(section, key), default_value).toString();
+  return settings.value(section + u'/' + key, default_value).toString();
 }
 
 void QtSettings::Save(const QString& section, const QString& key, const QString& value) {
   const QString path = File();
   if (!CanHoldSettings(path) || IsLocked(path)) return;
   QSettings settings(path, QSettings::NativeFormat);
-  settings.setValue(Place(section, key), value);
+  settings.setValue(section + u'/' + key, value);
   settings.sync();
 }
 

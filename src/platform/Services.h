@@ -1,15 +1,11 @@
 #pragma once
 
-#include <QByteArray>
 #include <QDate>
-#include <QList>
-#include <QPair>
 #include <QString>
 #include <QStringList>
 #include <functional>
 
 class QTextDocument;
-class QImage;
 
 namespace kestrix {
 

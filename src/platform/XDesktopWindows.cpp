@@ -35,8 +35,7 @@ class XDesktopWindows::Connection {
     known_ =
         ::xcb_ewmh_init_atoms_replies(&ewmh_, ::xcb_ewmh_init_atoms(xcb_, &ewmh_), nullptr) != 0;
   }
-  Connection(const Connection&) = delete;
-  Connection& operator=(const Connection&) = delete;
+  Q_DISABLE_COPY_MOVE(Connection)
   ~Connection() {
     if (known_) ::xcb_ewmh_connection_wipe(&ewmh_);
     ::xcb_disconnect(xcb_);

@@ -12,8 +12,7 @@ namespace kestrix {
 class XDesktopWindows : public DesktopWindows {
  public:
   XDesktopWindows();
-  XDesktopWindows(const XDesktopWindows&) = delete;
-  XDesktopWindows& operator=(const XDesktopWindows&) = delete;
+  Q_DISABLE_COPY_MOVE(XDesktopWindows)
   ~XDesktopWindows() override;
 
   [[nodiscard]] quint32 Find(const QString& title) override;

@@ -1,9 +1,0 @@
-#include "platform/QtClock.h"
-
-namespace kestrix {
-
-QDate QtClock::Today() const {
-  return QDate::currentDate();
-}
-
-}  // namespace kestrix
