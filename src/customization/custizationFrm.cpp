@@ -1,8 +1,6 @@
 #include "customization/custizationFrm.h"
 
 #include <QEvent>
-#include <QLineEdit>
-#include <QListWidget>
 #include <QSignalBlocker>
 #include <array>
 
@@ -51,7 +49,7 @@ custizationFrm::custizationFrm(Context& context)
   On(ui_->SavRcd, &QPushButton::clicked, &custizationFrm::SavRcd_Click);
   On(ui_->dletedt, &QPushButton::clicked, &custizationFrm::dletedt_Click);
   On(ui_->DeltAll, &QPushButton::clicked, &custizationFrm::DeltAll_Click);
-  On(ui_->ext, &QPushButton::clicked, &custizationFrm::ext_Click);
+  On(ui_->ext, &QPushButton::clicked, &Form::UnloadForm);
   for (QPushButton* button : {ui_->adddt, ui_->SavRcd, ui_->dletedt, ui_->DeltAll}) {
     button->setMouseTracking(true);
     button->installEventFilter(this);
@@ -159,10 +157,6 @@ void custizationFrm::HazardType_Click() {
   HazardListShowing_ = true;
 }
 
-void custizationFrm::ext_Click() {
-  UnloadForm();
-}
-
 bool custizationFrm::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::MouseMove || event->type() == QEvent::Enter ||
       event->type() == QEvent::FocusIn) {
@@ -186,13 +180,10 @@ void custizationFrm::FollowMouse(const QObject* button) {
   }
 }
 
-/// A list is opened anew and walked once from end to end of its first rows, so that it is counted.
+/// Fails on an empty list.
 void custizationFrm::OpenRows(const Select& sql) {
   OpenPlain(sql);
   Rows().MoveFirst();
-  Rows().MoveNext();
-  Rows().MoveFirst();
-  nameDB_.SetRecordSource(sql);
 }
 
 void custizationFrm::OpenPlain(const Select& sql) {

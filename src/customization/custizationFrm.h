@@ -50,7 +50,6 @@ class custizationFrm : public SessionForm {
   void DeltAll_Click();
   void DeleteAllEntries();
   void DeletePrimaryHazards();
-  void ext_Click();
   void FollowMouse(const QObject* button);
 
   void OpenRows(const Select& sql);

@@ -1,9 +1,6 @@
 // What is done to the entries of the list that is shown: adding, changing, deleting one, deleting
 // all.
 
-#include <QLineEdit>
-#include <QListWidget>
-
 #include "customization/custizationFrm.h"
 #include "formkit/Controls.h"
 #include "store/LookupList.h"
@@ -35,10 +32,7 @@ void custizationFrm::AddListRecord() {
   QString selected = SelectedEntry();
   ui_->ActnByCbo->setEditText(selected);
   const QString text = ui_->AddrcdTxt->text();
-  if (text.isEmpty()) {
-    FocusLater(ui_->AddrcdTxt);
-    return;
-  }
+  if (text.isEmpty()) return FocusLater(ui_->AddrcdTxt);
   PassOver([&] { ReopenPrimaryHazards(); },
            [&] {
              if (lookup::Knows(Rows(), text)) session().AddDupFound = 1;
@@ -72,18 +66,12 @@ void custizationFrm::ReopenPrimaryHazards() {
 
 void custizationFrm::SavRcd_Click() {
   const QString old = SelectedEntry();
-  if (ui_->AddrcdTxt->text().isEmpty()) {
-    FocusLater(ui_->AddrcdTxt);
-    return;
-  }
+  if (ui_->AddrcdTxt->text().isEmpty()) return FocusLater(ui_->AddrcdTxt);
   PassOver(
       [&] {
         ReopenPrimaryHazards();
         if (!lookup::WalkTo(Rows(), old)) return;
-        if (lookup::IsReserved(Rows().Text(0))) {
-          ui_->AddrcdTxt->setText(old);
-          return;
-        }
+        if (lookup::IsReserved(Rows().Text(0))) return ui_->AddrcdTxt->setText(old);
         const Recordset::Attempt attempt(Rows());
         Rows().Edit();
         Rows().Set(0, ui_->AddrcdTxt->text());
@@ -106,10 +94,9 @@ void custizationFrm::dletedt_Click() {
 
 void custizationFrm::DeleteEntry() {
   ui_->ActnByCbo->setEditText(SelectedEntry());
-  if (ui_->AddrcdTxt->text().isEmpty()) {
-    Tell(Icon::kInformation, title::kProgram, QStringLiteral("No record selected to deleted."));
-    return;
-  }
+  if (ui_->AddrcdTxt->text().isEmpty())
+    return Tell(Icon::kInformation, title::kProgram,
+                QStringLiteral("No record selected to deleted."));
   const QString entry = ui_->ActnByCbo->currentText();
   if (RefusesReserved(entry) || LacksText(ui_->ActnByCbo, entry, entry)) return;
   EntryText_ = entry;
@@ -129,11 +116,10 @@ void custizationFrm::DeleteHazardTypes() {
     return;
   }
   const WaitCursor wait;
-  OpenPlain(sources::HazardTypesToDelete(text));
+  OpenPlain(sources::HazardTypesForTask(text));
   Rows().MoveFirst();
   lookup::DeleteBelow(Rows(), text);
   nameDB_.Refresh();
-  Rows().Requery();
   ui_->ActnByLst->clear();
   ui_->HazardType->setEditText(text);
 }

@@ -13,9 +13,7 @@
 
 #include "platform/Descriptor.h"
 #include "platform/Failure.h"
-#include "platform/FileCopy.h"
 #include "store/EngineFiles.h"
-#include "store/LookCopy.h"
 #include "store/Schema.h"
 #include "store/Statement.h"
 
@@ -46,11 +44,19 @@ constexpr int kLongestPattern = 100;
 
 constexpr QByteArrayView kMagic("SQLite format 3\0", 16);
 
-bool BeginsLikeADatabase(const QString& path) {
-  if (!QFileInfo(path).isFile()) return false;
+// Where the head of a file says that a log belongs to it.
+constexpr int kWriteVersion = 18;
+constexpr int kReadVersion = 19;
+
+/// The head of a plain file, up to its versions; empty for anything else.
+QByteArray HeadOf(const QString& path) {
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return false;
-  return file.read(kMagic.size()) == kMagic;
+  if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) return {};
+  return file.read(kReadVersion + 1);
+}
+
+bool BeginsLikeADatabase(const QString& path) {
+  return HeadOf(path).startsWith(kMagic);
 }
 
 /// What a file holds on its disk: a giant one may be nothing but a gap. Some network disks don't
@@ -61,38 +67,31 @@ qint64 BytesOf(const struct stat& file) {
   return file.st_blocks == 0 ? size : std::min<qint64>(size, file.st_blocks * kBlock);
 }
 
+/// What the engine fails with, and what that is called here.
+constexpr std::pair<int, int> kNumbers[] = {
+    {SQLITE_CONSTRAINT_UNIQUE, failure::kDuplicate},
+    {SQLITE_CONSTRAINT_PRIMARYKEY, failure::kDuplicate},
+    {SQLITE_CONSTRAINT, failure::kRefused},
+    {SQLITE_FULL, failure::kDiskFull},
+    {SQLITE_READONLY, failure::kReadOnly},
+    {SQLITE_BUSY, failure::kLocked},
+    {SQLITE_LOCKED, failure::kLocked},
+    {SQLITE_IOERR, failure::kDeviceError},
+    {SQLITE_NOMEM, failure::kDeviceError},
+    {SQLITE_CORRUPT, failure::kNotADatabase},
+    {SQLITE_NOTADB, failure::kNotADatabase},
+    {SQLITE_FORMAT, failure::kNotADatabase},
+    {SQLITE_INTERRUPT, failure::kNotADatabase},
+    {SQLITE_CANTOPEN, failure::kCannotOpen},
+    {SQLITE_PERM, failure::kPermissionDenied},
+    {SQLITE_AUTH, failure::kPermissionDenied},
+    {SQLITE_TOOBIG, failure::kTooLong},
+};
+
 int NumberFor(int code) {
-  if (code == SQLITE_CONSTRAINT_UNIQUE || code == SQLITE_CONSTRAINT_PRIMARYKEY) {
-    return failure::kDuplicate;
-  }
-  switch (code & 0xFF) {
-    case SQLITE_CONSTRAINT:
-      return failure::kRefused;
-    case SQLITE_FULL:
-      return failure::kDiskFull;
-    case SQLITE_READONLY:
-      return failure::kReadOnly;
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-      return failure::kLocked;
-    case SQLITE_IOERR:
-    case SQLITE_NOMEM:
-      return failure::kDeviceError;
-    case SQLITE_CORRUPT:
-    case SQLITE_NOTADB:
-    case SQLITE_FORMAT:
-    case SQLITE_INTERRUPT:
-      return failure::kNotADatabase;
-    case SQLITE_CANTOPEN:
-      return failure::kCannotOpen;
-    case SQLITE_PERM:
-    case SQLITE_AUTH:
-      return failure::kPermissionDenied;
-    case SQLITE_TOOBIG:
-      return failure::kTooLong;
-    default:
-      return failure::kSyntax;
-  }
+  for (const auto& [engine, ours] : kNumbers)
+    if (code == engine || (code & 0xFF) == engine) return ours;
+  return failure::kSyntax;
 }
 
 using Connection = std::unique_ptr<sqlite3, EngineCloser>;
@@ -137,9 +136,6 @@ void LeaveWriteAhead(sqlite3* handle) {
 
 /// The file that the database would be without its log, held in memory.
 Descriptor WithoutLog(sqlite3* handle, const QString& path) {
-  // Where the head of a file says that a log belongs to it.
-  constexpr int kWriteVersion = 18;
-  constexpr int kReadVersion = 19;
   sqlite3_int64 size = 0;
   const std::unique_ptr<unsigned char, void (*)(void*)> bytes(
       sqlite3_serialize(handle, "main", &size, 0), sqlite3_free);
@@ -155,6 +151,26 @@ Descriptor WithoutLog(sqlite3* handle, const QString& path) {
 
 Failure BeingWritten(const QString& path) {
   return {failure::kLocked, QStringLiteral("%1 is being written to by somebody else.").arg(path)};
+}
+
+/// Copies a database with the journal that a killed writer left, while nobody can change either:
+/// opening the copy rolls it back there.
+void CopyWithJournal(const QString& source, const QString& target) {
+  const QString journal = QStringLiteral("-journal");
+  const Descriptor database = OpenToCopy(source, 0);
+  // The bytes that readers of the engine lock. This lock is of the open file alone: connections of
+  // this process neither share nor end it.
+  struct flock readers {};
+  readers.l_type = F_RDLCK;
+  readers.l_start = 0x40000002;
+  readers.l_len = 510;
+  for (int tries = 0; fcntl(database.get(), F_OFD_SETLK, &readers) != 0; ++tries) {
+    if (WaitForOthers(nullptr, tries) == 0) throw BeingWritten(source);
+  }
+  CopyOpenFileDurably(database.get(), target);
+  // A pipe under this name would be waited for.
+  if (QFileInfo(source + journal).isFile() && !IsLink(source + journal))
+    CopyFileDurably(source + journal, target + journal);
 }
 
 }  // namespace
@@ -211,12 +227,12 @@ Database::~Database() = default;
 /// to be rolled back, and write-ahead mode has files of its own. Then a copy is read, which nobody
 /// else sees.
 void Database::OpenForLook() {
-  if (IsWrittenAhead(path_)) {
+  if (QFileInfo(path_ + QStringLiteral("-wal")).size() > 0) {
     throw Failure(
         failure::kLocked,
         QStringLiteral("%1 is being written to by another program, ahead of the file.").arg(path_));
   }
-  if (!IsInWriteAheadMode(path_)) {
+  if (!HeadOf(path_).endsWith('\2')) {
     OpenHandle(path_);
     const int code = sqlite3_exec(handle(), "PRAGMA schema_version", nullptr, nullptr, nullptr);
     if (code != SQLITE_READONLY_ROLLBACK) return;

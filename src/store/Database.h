@@ -26,8 +26,7 @@ class LockSign {
  public:
   explicit LockSign(const QString& database_path);
   ~LockSign();
-  LockSign(const LockSign&) = delete;
-  LockSign& operator=(const LockSign&) = delete;
+  Q_DISABLE_COPY_MOVE(LockSign)
 
   /// The path of the sign that stands beside the database at `database_path`.
   [[nodiscard]] static QString PathFor(const QString& database_path);
@@ -63,8 +62,7 @@ class Database {
   /// brought up.
   explicit Database(const QString& path, Use use = Use::kWork);
   ~Database();
-  Database(const Database&) = delete;
-  Database& operator=(const Database&) = delete;
+  Q_DISABLE_COPY_MOVE(Database)
 
   [[nodiscard]] const QString& path() const { return path_; }
   [[nodiscard]] bool IsReadOnly() const { return read_only_; }

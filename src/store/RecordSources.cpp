@@ -70,13 +70,9 @@ Select HazardTypesOf(const QString& primary_hazard) {
                "FROM HazardType WHERE(((hazardType.HazardTyp)=", primary_hazard);
 }
 
-Select HazardTypesToDelete(const QString& primary_hazard) {
+Select HazardTypesForTask(const QString& primary_hazard) {
   return Where(kHazardTypeColumns,
                "FROM HazardType WHERE (((hazardType.HazardTyp)=", primary_hazard);
-}
-
-Select HazardTypesForTask(const QString& primary_hazard) {
-  return HazardTypesToDelete(primary_hazard);
 }
 
 Select HazardTypesForClick(const QString& primary_hazard) {

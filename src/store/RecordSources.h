@@ -47,9 +47,7 @@ inline const Select kOrgtnTable(QStringLiteral("Orgtn"));
 
 /// The hazard types below `primary_hazard`, as the customization form reads them.
 [[nodiscard]] Select HazardTypesOf(const QString& primary_hazard);
-/// The same rows, as the delete of a primary hazard's types reads them.
-[[nodiscard]] Select HazardTypesToDelete(const QString& primary_hazard);
-/// The same rows, as the evaluation form fills its list.
+/// The same rows, as the evaluation form fills its list, and as they are read to be deleted.
 [[nodiscard]] Select HazardTypesForTask(const QString& primary_hazard);
 /// The same rows, as the evaluation form reads them on a click on the primary hazard.
 [[nodiscard]] Select HazardTypesForClick(const QString& primary_hazard);

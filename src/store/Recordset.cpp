@@ -132,9 +132,8 @@ void Recordset::MoveFirst() {
 }
 
 void Recordset::MoveLast() {
-  CommitPending();
-  MoveTo(std::max(RecordCount() - 1, 0));
-  if (IsEmpty()) throw NoCurrentRow();
+  MoveFirst();
+  MoveTo(RecordCount() - 1);
 }
 
 void Recordset::MoveNext() {

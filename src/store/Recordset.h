@@ -137,8 +137,7 @@ class Recordset : public QObject {
    public:
     explicit Walk(Recordset& recordset);
     ~Walk();
-    Walk(const Walk&) = delete;
-    Walk& operator=(const Walk&) = delete;
+    Q_DISABLE_COPY_MOVE(Walk)
 
    private:
     Recordset& recordset_;
@@ -150,8 +149,7 @@ class Recordset : public QObject {
    public:
     explicit Attempt(Recordset& recordset) : recordset_(recordset) {}
     ~Attempt() { recordset_.CancelUpdate(); }
-    Attempt(const Attempt&) = delete;
-    Attempt& operator=(const Attempt&) = delete;
+    Q_DISABLE_COPY_MOVE(Attempt)
 
    private:
     Recordset& recordset_;
@@ -163,8 +161,7 @@ class Recordset : public QObject {
    public:
     explicit Transaction(Recordset& recordset);
     ~Transaction();
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
+    Q_DISABLE_COPY_MOVE(Transaction)
     void Commit();
 
    private:

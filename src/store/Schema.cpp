@@ -4,7 +4,6 @@
 
 #include <QRegularExpression>
 #include <QSet>
-#include <QStringList>
 #include <algorithm>
 #include <memory>
 #include <optional>

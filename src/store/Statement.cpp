@@ -32,8 +32,6 @@ void Statement::Bind(int parameter, const QVariant& value) {
   }
   switch (value.typeId()) {
     case QMetaType::Bool:
-      sqlite3_bind_int(statement_, parameter, value.toBool() ? 1 : 0);
-      return;
     case QMetaType::Short:
     case QMetaType::Int:
     case QMetaType::UInt:
@@ -108,10 +106,6 @@ QString Statement::FieldOf(int column) const {
 
 QString Statement::DeclaredTypeOf(int column) const {
   return QString::fromUtf8(sqlite3_column_decltype(statement_, column));
-}
-
-bool Statement::IsReadOnly() const {
-  return sqlite3_stmt_readonly(statement_) != 0;
 }
 
 }  // namespace kestrix

@@ -16,8 +16,7 @@ class Statement {
   /// Fails with kSyntax, or as reading the file can.
   Statement(Database& database, const QString& sql);
   ~Statement();
-  Statement(const Statement&) = delete;
-  Statement& operator=(const Statement&) = delete;
+  Q_DISABLE_COPY_MOVE(Statement)
 
   /// Parameters count from 1.
   void Bind(int parameter, const QVariant& value);
@@ -33,7 +32,6 @@ class Statement {
   [[nodiscard]] QString TableOf(int column) const;
   [[nodiscard]] QString FieldOf(int column) const;
   [[nodiscard]] QString DeclaredTypeOf(int column) const;
-  [[nodiscard]] bool IsReadOnly() const;
 
  private:
   Database& database_;

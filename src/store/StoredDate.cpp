@@ -1,7 +1,7 @@
 #include "store/StoredDate.h"
 
+#include <QLocale>
 #include <QRegularExpression>
-#include <array>
 
 namespace kestrix {
 namespace {
@@ -10,9 +10,7 @@ constexpr int kEarliestYear = 100;
 // Years of two digits below this are of this century.
 constexpr int kCenturyTurn = 30;
 
-constexpr std::array kMonths{u"january",   u"february", u"march",    u"april",
-                             u"may",       u"june",     u"july",     u"august",
-                             u"september", u"october",  u"november", u"december"};
+constexpr int kMonths = 12;
 constexpr int kShortMonth = 3;
 
 /// 1 to 12 for a number or an English name, whole or its first three letters; 0 for any other text.
@@ -21,9 +19,9 @@ int MonthOf(const QString& text) {
   const int number = text.toInt(&is_number);
   if (is_number) return number;
   const QString name = text.toLower();
-  for (std::size_t i = 0; i < kMonths.size(); ++i) {
-    const QStringView month = kMonths[i];
-    if (name == month || name == month.first(kShortMonth)) return static_cast<int>(i) + 1;
+  for (int i = 1; i <= kMonths; ++i) {
+    const QString month = QLocale::c().monthName(i).toLower();
+    if (name == month || name == month.first(kShortMonth)) return i;
   }
   return 0;
 }

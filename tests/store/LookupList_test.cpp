@@ -98,7 +98,7 @@ TEST_F(LookupListTest, DeletingAllGoesOnBehindAnEntryThatSomebodyElseDeleted) {
 }
 
 TEST_F(LookupListTest, DeletingBelowAHazardSparesTheTypesOfOthers) {
-  const auto rows = Rows(sources::HazardTypesToDelete(QStringLiteral("x' OR '1'='1")));
+  const auto rows = Rows(sources::HazardTypesForTask(QStringLiteral("x' OR '1'='1")));
   ASSERT_EQ(rows->RecordCount(), 2);
   lookup::DeleteBelow(*rows, QStringLiteral("Mechanical"));
   EXPECT_EQ(Read(Path("lists.mdb"), "SELECT HazardTyp FROM HazardType"),
@@ -109,7 +109,6 @@ TEST_F(LookupListTest, EveryRecordSourceOfTheListsOpens) {
   for (const Select& select :
        {sources::kPrjstage, sources::kPhaseMachLife, sources::kPrimaryHazard, sources::kRecommTyp,
         sources::kActionBy, sources::HazardTypesOf(QStringLiteral("Mechanical")),
-        sources::HazardTypesToDelete(QStringLiteral("Mechanical")),
         sources::HazardTypesForTask(QStringLiteral("Mechanical")),
         sources::HazardTypesForClick(QStringLiteral("Mechanical"))}) {
     EXPECT_EQ(FailureOf([&] { Rows(select); }), 0) << select.text.toStdString();

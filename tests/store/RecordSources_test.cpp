@@ -53,10 +53,9 @@ TEST(RecordSourcesTest, TheFormsOfTheHazardTypesDifferAsTheirReadersDo) {
   EXPECT_EQ(sources::HazardTypesOf(hazard).text,
             "SELECT HazardType.hazardoccurrence, HazardType.HazardTyp, HazardType.SrNo FROM "
             "HazardType WHERE(((hazardType.HazardTyp)='Mechanical'))");
-  EXPECT_EQ(sources::HazardTypesToDelete(hazard).text,
+  EXPECT_EQ(sources::HazardTypesForTask(hazard).text,
             "SELECT hazardType.hazardoccurrence, hazardType.HazardTyp, hazardType.SrNo FROM "
             "HazardType WHERE (((hazardType.HazardTyp)='Mechanical'))");
-  EXPECT_EQ(sources::HazardTypesForTask(hazard).text, sources::HazardTypesToDelete(hazard).text);
   EXPECT_EQ(sources::HazardTypesForClick(hazard).text,
             "SELECT hazardType.hazardoccurrence, hazardType.HazardTyp, hazardType.SrNo From "
             "HazardType WHERE (((hazardType.HazardTyp)='Mechanical'))");
