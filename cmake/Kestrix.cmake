@@ -71,6 +71,14 @@ function(kestrix_library name)
   endif()
 endfunction()
 
+# kestrix_qpdf_sources(<files>): they include libqpdf, whose class JSON holds a vector of itself. The
+# Clang of Debian 12 can't read that as C++20, so for Clang they are C++17.
+function(kestrix_qpdf_sources)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS -std=c++17)
+  endif()
+endfunction()
+
 # kestrix_tests(<folder> [BARE] SOURCES <files> LINK <libraries>): one test program a folder. Each test
 # is one CTest entry and runs offscreen unless it opens a display of its own. BARE: without the toolkit.
 function(kestrix_tests name)
