@@ -15,13 +15,6 @@
 
 #include "platform/Failure.h"
 
-/// Where the look for leaks is on. The library of fonts keeps its tables for as long as it lives,
-/// in places where that look doesn't find them.
-extern "C" const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions() {
-  return "leak:libfontconfig.so\n";
-}
-
 namespace kestrix::fuzz {
 namespace {
 
