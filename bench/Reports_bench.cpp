@@ -14,6 +14,7 @@
 #include <map>
 #include <memory>
 
+#include "estimation/model/Statements.h"
 #include "paper/Pdf.h"
 #include "platform/FileCopy.h"
 #include "records/FileSource.h"
@@ -59,21 +60,40 @@ const QString& FolderOf(int tasks) {
   QFile::copy(folder + QStringLiteral("/risk_esmatn.mdb"), study);
   Execute(folder + QStringLiteral("/RskAsmtFld/orgtn.mdb"),
           QStringLiteral("INSERT INTO orgtn(OrgName,sclenotxt) VALUES('%1',1)").arg(kOrganisation));
-  Execute(
-      study,
-      QStringLiteral(
-          "INSERT INTO Project_details(Factory_Name,Project_Number) VALUES('%1','%2');"
-          "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<%3) INSERT INTO "
-          "Risk_records(Project_Number,dateOfRcd,FuntnTaskMachry,HazrdLoctn,RefNo,"
-          "HzrdDscptnTXT,ReccdtnTxt,ActnByCbo,actnDt,SevertyCbo,ExposureCbo,occurrenceCbo,"
-          "avoidanceCbo,RiskIndex,\"1Chk_OptnSltd\",\"2Chk_OptnSltd\",\"3Chk_OptnSltd\","
-          "\"4Chk_OptnSltd\") SELECT '%2','01/02/2026','Task '||i,'Place '||(i%20),"
-          "printf('%02d.%02d',i/100,i%100),'The operator reaches between the closing tools, "
-          "task '||i||'.','Guard the tool area with a light curtain.','Engineer '||(i%7),"
-          "'01/03/2027','S2, Serious','F2, Frequent','O3, High','A2, Impossible',6,4,5,4,5 "
-          "FROM n")
-          .arg(kOrganisation, kProject)
-          .arg(tasks));
+  Execute(study, QStringLiteral("INSERT INTO Project_details(Factory_Name,Project_Number) "
+                                "VALUES('%1','%2')")
+                     .arg(kOrganisation, kProject));
+  using model::Parameter;
+  const auto statement = [](Parameter parameter, std::size_t score) {
+    return model::StatementsOf(parameter)[score - 1].text.toString();
+  };
+  QString tasks_sql = QStringLiteral(
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<%1) INSERT INTO "
+      "Risk_records(Project_Number,dateOfRcd,FuntnTaskMachry,HazrdLoctn,RefNo,HzrdDscptnTXT,"
+      "ReccdtnTxt,ActnByCbo,actnDt,SevertyCbo,ExposureCbo,occurrenceCbo,avoidanceCbo,RiskIndex,"
+      "\"1Chk_OptnSltd\",\"2Chk_OptnSltd\",\"3Chk_OptnSltd\",\"4Chk_OptnSltd\","
+      "Chk_OptnSe,Chk_OptnEx,Chk_OptnOc,Chk_OptnAv,"
+      "SevertyCboAftr,ExposureCboAftr,occurrenceCboAftr,avoidanceCboAftr,RiskIndexAftr,"
+      "\"1Chk_OptnSltdAftr\",\"2Chk_OptnSltdAftr\",\"3Chk_OptnSltdAftr\","
+      "\"4Chk_OptnSltdAftr\",Chk_OptnSeAftr,Chk_OptnExAftr,Chk_OptnOcAftr,Chk_OptnAvAftr) "
+      "SELECT '%2','01/02/2026','Task '||i||' at the press','Place '||(i%20),"
+      "printf('%02d.%02d',i/100,i%100),'The operator reaches between the closing tools, task '"
+      "||i||'. The movement isn''t stopped when the door is opened; parts that jam are taken out "
+      "by hand, number '||(i*7919%1000)||' of the shift.','Guard the tool area with a light "
+      "curtain, and stop the movement '||i||' within its distance.','Maintenance','01/03/2027',"
+      "'S2, Serious','F2, Frequent','O3, High','A2, Impossible',6,4,5,4,5,");
+  tasks_sql = tasks_sql.arg(tasks).arg(kProject);
+  for (const auto& [avoidance, end] :
+       {std::pair{5, ",'S2, Serious','F1, Seldom','O1, Low','A1, Possible',2,4,2,1,1,"},
+        std::pair{1, " FROM n"}}) {
+    tasks_sql += QStringLiteral("'%1','%2','%3','%4'%5")
+                     .arg(statement(Parameter::kSeverity, 4),
+                          statement(Parameter::kExposure, avoidance == 5 ? 5 : 2),
+                          statement(Parameter::kOccurrence, avoidance == 5 ? 4 : 1),
+                          statement(Parameter::kAvoidance, static_cast<std::size_t>(avoidance)),
+                          QLatin1String(end));
+  }
+  Execute(study, tasks_sql);
   return folder;
 }
 
@@ -123,6 +143,9 @@ void Write(benchmark::State& state, const QString& file) {
   state.counters["peak_MB"] = static_cast<double>(usage.ru_maxrss) / 1024;
 }
 
+constexpr int kLetters = 125;  // of the small texts, in dots
+constexpr double kAscent = 116;
+
 /// The lines of the same pages, put where they stand by the toolkit alone.
 void PdfWithoutLayout(benchmark::State& state) {
   Subject subject(static_cast<int>(state.range(0)));
@@ -134,9 +157,8 @@ void PdfWithoutLayout(benchmark::State& state) {
     for (const paper::Item& item : layout.PageAt(page).items) {
       const auto* line = std::get_if<paper::TextLine>(&item);
       if (line == nullptr) continue;
-      const QTextLine on = line->text->lineAt(line->line);
-      lines.emplace_back(line->at + QPointF(on.x(), on.y() + on.ascent()),
-                         line->text->text().mid(on.textStart(), on.textLength()));
+      lines.emplace_back(line->Corner() + QPointF(0, kAscent),
+                         line->text->CharactersOf(line->line));
     }
   }
   for (auto _ : state) {
@@ -146,7 +168,7 @@ void PdfWithoutLayout(benchmark::State& state) {
     writer.setResolution(paper::kPdfDots);
     QPainter painter(&writer);
     QFont font(QStringLiteral("DejaVu Sans"));
-    font.setPixelSize(125);
+    font.setPixelSize(kLetters);
     painter.setFont(font);
     for (const auto& lines : pages) {
       for (const auto& [at, text] : lines) painter.drawText(at, text);
@@ -184,7 +206,10 @@ void XlsxByTheLibraryAlone(benchmark::State& state) {
 
 BENCHMARK(Read)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 BENCHMARK(ReadByTheEngineAlone)->Arg(10000)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Write, pdf, QStringLiteral("r.pdf"))->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Write, pdf, QStringLiteral("r.pdf"))
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(PdfWithoutLayout)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Write, xlsx, QStringLiteral("r.xlsx"))
     ->Arg(1000)
@@ -199,7 +224,10 @@ BENCHMARK_CAPTURE(Write, json, QStringLiteral("r.json"))
     ->Arg(1000)
     ->Arg(10000)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(Write, html, QStringLiteral("r.html"))->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Write, html, QStringLiteral("r.html"))
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

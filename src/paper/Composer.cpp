@@ -1,7 +1,6 @@
 #include "paper/Composer.h"
 
 #include <QTextLayout>
-#include <QTextOption>
 #include <algorithm>
 #include <numeric>
 
@@ -14,21 +13,24 @@ constexpr double kPointsOfAnInch = 72;
 // In points.
 constexpr double kCellPadding = 2.5;
 constexpr double kMarkWidth = 3;
-constexpr double kMarkRoom = 4;    ///< from the mark to the text
-constexpr double kLeading = 1.15;  ///< of the height that the font asks for
+constexpr double kMarkRoom = 4;  ///< from the mark to the text
 constexpr double kColumnGap = 10;
 
 // Texts up to this length are shaped once and used wherever they stand again.
-constexpr qsizetype kSharedText = 600;
+constexpr qsizetype kSharedText = 200;
 
 /// The text's characters as they can be set: control characters show as what they are not.
 QString Settable(const QString& text) {
+  const auto is_control = [](QChar c) {
+    return (c.unicode() < 0x20 && c != u'\t') || c.unicode() == 0x7F;
+  };
+  if (std::none_of(text.cbegin(), text.cend(), is_control)) return text;
   QString settable = text;
   settable.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
   for (QChar& c : settable) {
     if (c == u'\n' || c == u'\r') {
       c = QChar::LineSeparator;
-    } else if (c != u'\t' && (c.unicode() < 0x20 || c.unicode() == 0x7F)) {
+    } else if (is_control(c)) {
       c = QChar::ReplacementCharacter;
     }
   }
@@ -195,54 +197,47 @@ Composer::Shaped Composer::Shape(const Text& text, double points, bool bold, boo
     format.setForeground(kLead);
     formats.push_back({0, static_cast<int>(whole.size()), format});
   }
-  Shaped shaped{std::make_shared<QTextLayout>(whole, FontOf(points, dots_, bold)), 0};
-  QTextLayout& layout = *shaped.layout;
-  QTextOption option(right ? Qt::AlignRight : Qt::AlignLeft);
-  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-  layout.setTextOption(option);
-  layout.setFormats(formats);
-  layout.setCacheEnabled(true);
-  layout.beginLayout();
-  for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-    line.setLineWidth(width);
-    line.setPosition({0, shaped.height});
-    shaped.height += line.height() * kLeading;
-  }
-  layout.endLayout();
+  QFont& font = fonts_[{points, bold}];
+  if (font.pixelSize() < 0) font = FontOf(points, dots_, bold);
+  auto shaped = std::make_shared<const SetText>(whole, formats, font, width, right);
   if (shared) shaped_.insert(key, shaped);
   return shaped;
 }
 
-void Composer::LinksOf(const Text& text, const QTextLayout& layout, int line, QPointF at,
+void Composer::LinksOf(const Text& text, const SetText& set, int first, int end, QPointF at,
                        std::vector<PlacedLink>& links) {
-  const QTextLine on = layout.lineAt(line);
+  if (std::ranges::all_of(text, &QString::isEmpty, &Run::link)) return;
+  const std::unique_ptr<QTextLayout> layout = set.Shaped();
   int begin = 0;
   for (const Run& run : text) {
-    const int end = begin + static_cast<int>(Settable(run.text).size());
-    const int first = std::max(begin, on.textStart());
-    const int last = std::min(end, on.textStart() + on.textLength());
-    if (!run.link.isEmpty() && first < last) {
-      const double left = on.cursorToX(first);
-      const double right = on.cursorToX(last);
-      links.push_back({QRectF(at.x() + std::min(left, right), at.y() + on.y(),
-                              std::abs(right - left), on.height()),
-                       run.link});
+    const int after = begin + static_cast<int>(Settable(run.text).size());
+    QRectF area;
+    for (int line = first; line < end && !run.link.isEmpty(); ++line) {
+      const QTextLine on = layout->lineAt(line);
+      const int from = std::max(begin, on.textStart());
+      const int to = std::min(after, on.textStart() + on.textLength());
+      if (from >= to) continue;
+      const double left = on.cursorToX(from);
+      const double right = on.cursorToX(to);
+      area |= QRectF(at.x() + std::min(left, right), at.y() + on.y(), std::abs(right - left),
+                     on.height());
     }
-    begin = end;
+    if (!area.isEmpty()) links.push_back({area, run.link});
+    begin = after;
   }
 }
 
 Composer::Pieces Composer::Lines(const Text& text, const Setting& setting, double width) {
   const Shaped shaped = Shape(text, setting.size, setting.bold, setting.lead, width, false);
   Pieces pieces;
-  const int count = shaped.layout->lineCount();
+  const int count = shaped->LineCount();
   for (int line = 0; line < count; ++line) {
-    const QTextLine on = shaped.layout->lineAt(line);
+    const SetText::Line& on = shaped->LineAt(line);
     Piece piece;
-    piece.height = on.height() * kLeading;
-    const QPointF at(0, -on.y());
-    piece.items.push_back(TextLine{shaped.layout, line, at});
-    LinksOf(text, *shaped.layout, line, at, piece.links);
+    piece.height = on.height;
+    const QPointF at(0, -on.y);
+    piece.items.push_back(TextLine{shaped, line, at});
+    LinksOf(text, *shaped, line, line + 1, at, piece.links);
     // Neither the first line nor the last one stands alone.
     piece.keep_with_next = count > 1 && (line == 0 || line == count - 2);
     pieces.push_back(std::move(piece));
@@ -314,19 +309,18 @@ Piece Composer::RowPart(const std::vector<Cell>& row, const std::vector<Shaped>&
                         const std::vector<double>& edges, int first, int end) const {
   Piece piece;
   for (std::size_t column = 0; column < row.size(); ++column) {
-    const QTextLayout& layout = *shaped[column].layout;
-    const int last = std::min(end, layout.lineCount());
+    const SetText& text = *shaped[column];
+    const int last = std::min(end, text.LineCount());
     if (first >= last) continue;
+    const SetText::Line& lowest = text.LineAt(last - 1);
     const double beside = row[column].mark ? Pt(kMarkRoom) : 0;
     const QPointF at(edges[column] + Pt(kCellPadding) + beside,
-                     Pt(kCellPadding) - layout.lineAt(first).y());
-    double bottom = 0;
+                     Pt(kCellPadding) - text.LineAt(first).y);
     for (int line = first; line < last; ++line) {
-      piece.items.push_back(TextLine{shaped[column].layout, line, at});
-      LinksOf(row[column].text, layout, line, at, piece.links);
-      bottom = at.y() + layout.lineAt(line).y() + layout.lineAt(line).height() * kLeading;
+      piece.items.push_back(TextLine{shaped[column], line, at});
     }
-    piece.height = std::max(piece.height, bottom + Pt(kCellPadding));
+    LinksOf(row[column].text, text, first, last, at, piece.links);
+    piece.height = std::max(piece.height, at.y() + lowest.y + lowest.height + Pt(kCellPadding));
   }
   for (std::size_t column = 0; column < row.size(); ++column) {
     if (!row[column].mark) continue;
@@ -354,7 +348,7 @@ Composer::Pieces Composer::PiecesOf(const Table& table, double width) {
   };
   const auto lines_of = [](const std::vector<Shaped>& shaped) {
     int most = 0;
-    for (const Shaped& cell : shaped) most = std::max(most, cell.layout->lineCount());
+    for (const Shaped& cell : shaped) most = std::max(most, cell->LineCount());
     return most;
   };
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QFont>
 #include <QHash>
 #include <QPageSize>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "paper/Layout.h"
@@ -38,10 +40,7 @@ class Composer {
 
  private:
   using Pieces = std::vector<Piece>;
-  struct Shaped {
-    std::shared_ptr<QTextLayout> layout;
-    double height = 0;
-  };
+  using Shaped = std::shared_ptr<const SetText>;
 
   [[nodiscard]] double Mm(double millimetres) const;
   [[nodiscard]] double Pt(double points) const;
@@ -69,7 +68,8 @@ class Composer {
   [[nodiscard]] std::vector<double> EdgesOf(const Table& table, double width) const;
   /// Pieces one below the other as one, at `x`.
   static void Stack(Pieces pieces, double x, Piece& into);
-  static void LinksOf(const Text& text, const QTextLayout& layout, int line, QPointF at,
+  /// The links of lines `first` to before `end`, one for each run.
+  static void LinksOf(const Text& text, const SetText& set, int first, int end, QPointF at,
                       std::vector<PlacedLink>& links);
 
   void Put(Pieces pieces);
@@ -80,6 +80,7 @@ class Composer {
   int dots_;
   double y_ = 0;  ///< on the page in hand, below the top of its text
   QHash<QString, Shaped> shaped_;
+  QHash<std::pair<double, bool>, QFont> fonts_;  ///< by points, and whether they are bold
 };
 
 }  // namespace kestrix::paper

@@ -71,6 +71,9 @@ struct Drawing {
   std::function<void(QPainter&, const QRectF&)> paint;
   QSizeF size;
   QString told;  ///< the same in words
+  /// Drawings of one name and size look alike, so that a file can hold them once; none: it is the
+  /// only one.
+  QString name;
 };
 
 /// A cell of a table. A band has its colour as a mark beside its word, so that it is told by both.

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QTextLayout>
 #include <algorithm>
+#include <map>
 
 #include "paper/Composer.h"
 
@@ -37,12 +38,18 @@ std::vector<Block> ContentsOf(const std::vector<Entry>& entries, int pages_befor
           {std::move(table)}};
 }
 
+/// Paints the items of one page.
 struct Painted {
   QPainter& painter;
   int dots;
+  std::vector<PlacedDrawing>* named;
+  // Their lines stand on the page one after the other.
+  std::map<const SetText*, std::unique_ptr<QTextLayout>> shaped = {};
 
-  void operator()(const TextLine& item) const {
-    item.text->lineAt(item.line).draw(&painter, item.at);
+  void operator()(const TextLine& item) {
+    auto& layout = shaped[item.text.get()];
+    if (!layout) layout = item.text->Shaped();
+    layout->lineAt(item.line).draw(&painter, item.at);
   }
   void operator()(const Fill& item) const { painter.fillRect(item.area, item.colour); }
   void operator()(const Stroke& item) const {
@@ -51,6 +58,7 @@ struct Painted {
     painter.setPen(kInk);
   }
   void operator()(const PlacedDrawing& item) const {
+    if (named != nullptr && !item.drawing->name.isEmpty()) return named->push_back(item);
     painter.save();
     item.drawing->paint(painter, item.area);
     painter.restore();
@@ -118,11 +126,12 @@ const Entry* Layout::Find(const QString& anchor) const {
   return found == anchors_.constEnd() ? nullptr : &entries_[*found];
 }
 
-void Layout::Paint(QPainter& painter, int page) const {
+void Layout::Paint(QPainter& painter, int page, std::vector<PlacedDrawing>* named) const {
   const Page& content = PageAt(page);
   const QSizeF size = SizeOf(content);
   painter.setPen(kInk);
-  for (const Item& item : content.items) std::visit(Painted{painter, dots_}, item);
+  Painted painted{painter, dots_, named};
+  for (const Item& item : content.items) std::visit(painted, item);
 
   const double margin = kMarginMm * dots_ / kMmOfAnInch;
   const QFont font = FontOf(kSmallPoints, dots_);

@@ -11,18 +11,21 @@
 #include <vector>
 
 #include "paper/Document.h"
+#include "paper/SetText.h"
 
 class QPaintDevice;
 class QPainter;
-class QTextLayout;
 
 namespace kestrix::paper {
 
 /// What stands on a page, with its place. Measures are dots of the device that was laid out for.
 struct TextLine {
-  std::shared_ptr<const QTextLayout> text;
+  std::shared_ptr<const SetText> text;
   int line = 0;
-  QPointF at;  ///< of the layout's beginning
+  QPointF at;  ///< of the text's beginning
+
+  /// Where the line itself begins.
+  [[nodiscard]] QPointF Corner() const { return at + QPointF(0, text->LineAt(line).y); }
 };
 struct Fill {
   QRectF area;
@@ -85,7 +88,8 @@ class Layout {
   [[nodiscard]] const Entry* Find(const QString& anchor) const;
 
   /// Paints a page, its head and foot included, with the painter's origin at the paper's corner.
-  void Paint(QPainter& painter, int page) const;
+  /// Drawings that have a name are left to `named`, where there is one.
+  void Paint(QPainter& painter, int page, std::vector<PlacedDrawing>* named = nullptr) const;
 
  private:
   friend class Composer;

@@ -1,10 +1,12 @@
 #include "paper/PdfMarks.h"
 
 #include <exception>
+#include <map>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFEFStreamObjectHelper.hh>
 #include <qpdf/QPDFEmbeddedFileDocumentHelper.hh>
 #include <qpdf/QPDFFileSpecObjectHelper.hh>
+#include <qpdf/QPDFPageObjectHelper.hh>
 #include <qpdf/QPDFWriter.hh>
 #include <string>
 #include <utility>
@@ -40,16 +42,48 @@ class Marker {
   }
 
   void AddLinks(const std::vector<PdfLink>& links) {
+    Object frame = Object::parse("<< /Type /Annot /Subtype /Link /Border [ 0 0 0 ] /F 4 >>");
     for (const PdfLink& link : links) {
       Object& page = pages_.at(static_cast<size_t>(link.page));
       const qreal height = HeightOf(page);
-      Object annotation = Object::parse("<< /Type /Annot /Subtype /Link /Border [ 0 0 0 ] /F 4 >>");
+      Object annotation = frame.shallowCopy();
       annotation.replaceKey("/Rect", Object::newArray(Object::Rectangle(
                                          link.area.left(), height - link.area.bottom(),
                                          link.area.right(), height - link.area.top())));
       annotation.replaceKey("/Dest", Destination(link.target));
       if (!page.getKey("/Annots").isArray()) page.replaceKey("/Annots", Object::newArray());
       page.getKey("/Annots").appendItem(pdf_.makeIndirectObject(annotation));
+    }
+  }
+
+  /// `drawings` must live until the file was written.
+  void AddStamps(QPDF& drawings, const std::vector<PdfStamp>& stamps) {
+    std::vector<Object> forms;
+    for (const Object& drawing : drawings.getAllPages()) {
+      forms.push_back(
+          pdf_.copyForeignObject(QPDFPageObjectHelper(drawing).getFormXObjectForPage()));
+    }
+    std::map<int, std::string> contents;
+    for (const PdfStamp& stamp : stamps) {
+      Object& page = pages_.at(static_cast<size_t>(stamp.page));
+      Object& form = forms.at(static_cast<size_t>(stamp.drawing));
+      Object resources = page.getKey("/Resources");
+      if (!resources.getKey("/XObject").isDictionary()) {
+        resources.replaceKey("/XObject", Object::newDictionary());
+      }
+      const std::string name = "/Drawing" + std::to_string(stamp.drawing);
+      resources.getKey("/XObject").replaceKey(name, form);
+      const qreal height = form.getDict().getKey("/BBox").getArrayItem(3).getNumericValue();
+      contents[stamp.page] +=
+          QStringLiteral("q 1 0 0 1 %1 %2 cm %3 Do Q\n")
+              .arg(QString::number(stamp.corner.x(), 'f', 2),
+                   QString::number(HeightOf(page) - stamp.corner.y() - height, 'f', 2),
+                   QString::fromStdString(name))
+              .toStdString();
+    }
+    // Before the page's own content, which leaves its scale behind.
+    for (const auto& [page, content] : contents) {
+      pages_.at(static_cast<size_t>(page)).addPageContents(Object::newStream(&pdf_, content), true);
     }
   }
 
@@ -88,10 +122,16 @@ class Marker {
     return page.getKey("/MediaBox").getArrayItem(3).getNumericValue();
   }
 
-  [[nodiscard]] Object Destination(const PdfPlace& place) const {
-    const Object page = pages_.at(static_cast<size_t>(place.page));
-    return Object::newArray({page, Object::newName("/XYZ"), Object::newNull(),
-                             Object::newReal(HeightOf(page) - place.y, 2), Object::newNull()});
+  /// Many links lead to one place, so it is stored once.
+  [[nodiscard]] Object Destination(const PdfPlace& place) {
+    Object& destination = destinations_[{place.page, place.y}];
+    if (!destination.isInitialized()) {
+      const Object page = pages_.at(static_cast<size_t>(place.page));
+      destination = pdf_.makeIndirectObject(
+          Object::newArray({page, Object::newName("/XYZ"), Object::newNull(),
+                            Object::newReal(HeightOf(page) - place.y, 2), Object::newNull()}));
+    }
+    return destination;
   }
 
   /// As the last of those below `parent`, which shows itself closed.
@@ -112,18 +152,26 @@ class Marker {
 
   QPDF& pdf_;
   std::vector<Object> pages_;
+  std::map<std::pair<int, qreal>, Object> destinations_;  ///< by page and height
 };
 
 }  // namespace
 
 QByteArray WithMarks(const QByteArray& pdf, const std::vector<PdfBookmark>& bookmarks,
-                     const std::vector<PdfLink>& links, const PdfFacts& facts) try {
+                     const std::vector<PdfLink>& links, const PdfFacts& facts,
+                     const PdfStamps& stamps) try {
+  QPDF drawings;
   QPDF file;
   file.processMemoryFile("pdf", pdf.constData(), static_cast<size_t>(pdf.size()));
   Marker marker(file);
   marker.AddBookmarks(bookmarks);
   marker.AddLinks(links);
   marker.Describe(facts);
+  if (!stamps.places.empty()) {
+    drawings.processMemoryFile("drawings", stamps.drawings.constData(),
+                               static_cast<size_t>(stamps.drawings.size()));
+    marker.AddStamps(drawings, stamps.places);
+  }
   marker.Attach(facts.attachment, facts.date);
   QPDFWriter writer(file);
   writer.setOutputMemory();

@@ -24,6 +24,18 @@ struct PdfLink {
   PdfPlace target;
 };
 
+/// A drawing that stands on many pages: the pages of `drawings`, a PDF, hold each once, without
+/// margins.
+struct PdfStamp {
+  int page = 0;
+  QPointF corner;   ///< the upper left one, in points from that of the page
+  int drawing = 0;  ///< the page that holds it
+};
+struct PdfStamps {
+  QByteArray drawings;
+  std::vector<PdfStamp> places;
+};
+
 /// A file that a PDF carries with it.
 struct Attachment {
   QString name;
@@ -44,8 +56,10 @@ struct PdfFacts {
 };
 
 /// The PDF with what the toolkit's writer can't give it: bookmarks, links within, the language of
-/// its text, a file that it carries. Fails with kSyntax when `pdf` is none.
+/// its text, drawings that are stored once, a file that it carries. Fails with kSyntax when `pdf`
+/// is none.
 [[nodiscard]] QByteArray WithMarks(const QByteArray& pdf, const std::vector<PdfBookmark>& bookmarks,
-                                   const std::vector<PdfLink>& links, const PdfFacts& facts);
+                                   const std::vector<PdfLink>& links, const PdfFacts& facts,
+                                   const PdfStamps& stamps = {});
 
 }  // namespace kestrix::paper

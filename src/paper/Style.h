@@ -22,6 +22,7 @@ inline constexpr double kFootMm = 8;
 
 inline constexpr double kBodyPoints = 9.5;
 inline constexpr double kSmallPoints = 7.5;
+inline constexpr double kLeading = 1.15;  ///< of the height that the font asks for
 
 /// How a kind of text is set, in points.
 struct Setting {

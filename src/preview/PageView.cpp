@@ -150,8 +150,7 @@ QString PageView::TextOf(int page) const {
   QStringList lines;
   for (const paper::Item& item : layout_->PageAt(page).items) {
     if (const auto* line = std::get_if<paper::TextLine>(&item)) {
-      const QTextLine on = line->text->lineAt(line->line);
-      lines += line->text->text().mid(on.textStart(), on.textLength());
+      lines += line->text->CharactersOf(line->line);
     }
   }
   return lines.join(u'\n');
@@ -163,11 +162,14 @@ std::vector<PageView::Found> PageView::PlacesOf(const QString& text) const {
     for (const paper::Item& item : layout_->PageAt(page).items) {
       const auto* line = std::get_if<paper::TextLine>(&item);
       if (line == nullptr) continue;
-      const QTextLine on = line->text->lineAt(line->line);
-      const QString whole = line->text->text();
+      const paper::SetText::Line& stands = line->text->LineAt(line->line);
+      const QString& whole = line->text->Characters();
       // What begins on this line; it may go on in the next one.
-      qsizetype at = whole.indexOf(text, on.textStart(), Qt::CaseInsensitive);
-      const int end = on.textStart() + on.textLength();
+      qsizetype at = whole.indexOf(text, stands.start, Qt::CaseInsensitive);
+      const int end = stands.start + stands.length;
+      if (at < 0 || at >= end) continue;
+      const std::unique_ptr<QTextLayout> shaped = line->text->Shaped();
+      const QTextLine on = shaped->lineAt(line->line);
       for (; at >= 0 && at < end; at = whole.indexOf(text, at + 1, Qt::CaseInsensitive)) {
         const double left = on.cursorToX(static_cast<int>(at));
         const double right =

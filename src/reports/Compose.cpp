@@ -400,12 +400,31 @@ class Composition {
   }
 
   /// The risk graph or matrix with these marks, in the letters of a page.
-  [[nodiscard]] static Block Drawn(RiskDrawing::Part part, const RiskMarks& marks, QSizeF size,
+  [[nodiscard]] static Block Drawn(RiskDrawing::Part part, RiskMarks marks, QSizeF size,
                                    const QString& told, const std::vector<int>& counts = {}) {
+    if (part == RiskDrawing::Part::kGraph) {
+      marks.cell = nullptr;
+    } else {
+      marks = {.cell = marks.cell};
+    }
     return {Drawing{[part, marks, counts](QPainter& painter, const QRectF& area) {
                       PaintRisk(painter, area, part, marks, counts);
                     },
-                    size, told}};
+                    size, told, NameOf(part, marks, counts)}};
+  }
+
+  /// Equal names for what is painted alike.
+  [[nodiscard]] static QString NameOf(RiskDrawing::Part part, const RiskMarks& marks,
+                                      const std::vector<int>& counts) {
+    QString name =
+        part == RiskDrawing::Part::kGraph ? QStringLiteral("graph") : QStringLiteral("matrix");
+    const auto add = [&name](int value) { name += u' ' + QString::number(value); };
+    add(static_cast<int>(marks.stage));
+    for (const auto& line : marks.lines) add(line ? static_cast<int>(*line) : -1);
+    for (const bool label : marks.labels) add(label ? 1 : 0);
+    if (marks.cell != nullptr) name += u' ' + marks.cell->name.toString();
+    for (const int count : counts) add(count);
+    return name;
   }
 
   static void PaintRisk(QPainter& painter, const QRectF& area, RiskDrawing::Part part,
@@ -448,7 +467,8 @@ class Composition {
             {Drawing{
                 [bands](QPainter& painter, const QRectF& area) { PaintBars(painter, area, bands); },
                 {85, 28},
-                title}}};
+                title,
+                {}}}};
   }
 
   static void PaintBars(QPainter& painter, const QRectF& area,

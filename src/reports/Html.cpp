@@ -5,6 +5,8 @@
 #include <QImageReader>
 #include <QPainter>
 #include <algorithm>
+#include <map>
+#include <tuple>
 
 namespace kestrix::reports {
 namespace {
@@ -83,13 +85,18 @@ class Html {
           (image.size().toSizeF() / kDotsOfAMm * kDotsOfAMmOnScreen).toSize(), picture.name);
   }
   void operator()(const Drawing& drawing) {
-    QImage image((drawing.size * kDotsOfAMm).toSize(), QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    drawing.paint(painter, image.rect());
-    painter.end();
-    Image(Url(image, "PNG"), (drawing.size * kDotsOfAMmOnScreen).toSize(), drawing.told);
+    QString& url =
+        drawn_[{drawing.name, qRound(drawing.size.width()), qRound(drawing.size.height())}];
+    if (url.isEmpty() || drawing.name.isEmpty()) {
+      QImage image((drawing.size * kDotsOfAMm).toSize(), QImage::Format_RGB32);
+      image.fill(Qt::white);
+      QPainter painter(&image);
+      painter.setRenderHint(QPainter::Antialiasing);
+      drawing.paint(painter, image.rect());
+      painter.end();
+      url = Url(image, "PNG");
+    }
+    Image(url, (drawing.size * kDotsOfAMmOnScreen).toSize(), drawing.told);
   }
   void operator()(const Table& table) {
     Say(table.small ? QStringLiteral("<table class=\"small\">\n") : QStringLiteral("<table>\n"));
@@ -192,6 +199,7 @@ class Html {
   }
 
   QByteArray html_;
+  std::map<std::tuple<QString, int, int>, QString> drawn_;  ///< by name, width and height
 };
 
 }  // namespace

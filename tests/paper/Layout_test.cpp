@@ -17,8 +17,7 @@ QStringList LinesOf(const Layout& layout, int page) {
   for (const Item& item : layout.PageAt(page).items) {
     const auto* line = std::get_if<TextLine>(&item);
     if (line == nullptr) continue;
-    const QTextLine on = line->text->lineAt(line->line);
-    lines += line->text->text().mid(on.textStart(), on.textLength()).trimmed();
+    lines += line->text->CharactersOf(line->line).trimmed();
   }
   return lines;
 }
