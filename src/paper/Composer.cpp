@@ -272,7 +272,7 @@ Composer::Pieces Composer::PiecesOf(const Picture& picture, double width) {
   most.setWidth(std::min(most.width(), width));
   most.setHeight(std::min(most.height(), TextHeight()));
   const bool there = !picture.pixels.isEmpty() && picture.read;
-  constexpr double kFrameMm = 9;
+  constexpr double kFrameMm = 6;
   const QSizeF frame(most.width(), std::min(most.height(), Mm(kFrameMm)));
   const QSizeF size = there ? Fitted(QSizeF(picture.pixels), most) : frame;
   Piece piece;

@@ -11,6 +11,8 @@
 #include <QStringList>
 #include <algorithm>
 #include <limits>
+#include <utility>
+#include <vector>
 
 #include "platform/Descriptor.h"
 #include "platform/Failure.h"
@@ -54,18 +56,43 @@ Statement& Bound(Statement& statement, const Values&... values) {
   return statement;
 }
 
+/// The texts of a statement's rows. Most columns hold what they held in the row before, and a text
+/// that is shared takes neither time nor room again.
+class Texts {
+ public:
+  explicit Texts(const Statement& row) : before_(static_cast<std::size_t>(row.ColumnCount())) {}
+
+  QString At(const Statement& row, int column) {
+    auto& [bytes, text] = before_[static_cast<std::size_t>(column)];
+    const QByteArrayView now = row.Utf8(column);
+    if (bytes != now) {
+      bytes = now.toByteArray();
+      text = QString::fromUtf8(now);
+    }
+    return text;
+  }
+
+ private:
+  struct Known {
+    QByteArray bytes;
+    QString text;
+  };
+  std::vector<Known> before_;  ///< by column
+};
+
 struct FromColumn {
   Statement& row;
+  Texts& texts;
   int column = 0;
 
-  void operator()(QStringView /*name*/, QString& text) { text = row.Text(column++); }
+  void operator()(QStringView /*name*/, QString& text) { text = texts.At(row, column++); }
   void operator()(QStringView /*name*/, qint64& number) { number = row.Integer(column++); }
   void operator()(QStringView /*name*/, bool& truth) { truth = row.Integer(column++) != 0; }
 };
 
-Task TaskOf(Statement& row) {
+Task TaskOf(Statement& row, Texts& texts) {
   Task task;
-  VisitFields(task, FromColumn{row});
+  VisitFields(task, FromColumn{row, texts});
   return task;
 }
 
@@ -179,8 +206,9 @@ Study FileSource::ReadStudy(const Organisation& of) {
   Statement tasks(
       look.database(),
       QStringLiteral("SELECT %1 FROM Risk_records ORDER BY nunberauto").arg(TaskColumns()));
+  Texts texts(tasks);
   while (tasks.Step()) {
-    Task task = TaskOf(tasks);
+    Task task = TaskOf(tasks, texts);
     const auto place = places.constFind(task.project);
     auto& into = place == places.constEnd() ? study.orphan_tasks : study.projects[*place].tasks;
     into.push_back(std::move(task));
@@ -203,7 +231,8 @@ std::optional<Project> FileSource::ReadProject(const Organisation& of, const QSt
                                  "nunberauto")
                       .arg(TaskColumns()));
   Bound(tasks, number);
-  while (tasks.Step()) project.tasks.push_back(TaskOf(tasks));
+  Texts texts(tasks);
+  while (tasks.Step()) project.tasks.push_back(TaskOf(tasks, texts));
   return project;
 }
 

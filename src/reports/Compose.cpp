@@ -29,8 +29,9 @@ constexpr std::array kBins{Band::kNotEstimated, Band::kNoRisk, Band::kLow, Band:
 constexpr std::array kParameterNames{u"Severity", u"Exposure", u"Occurrence", u"Avoidance"};
 
 // In millimetres.
-constexpr QSizeF kGraphSize(85, 48);
-constexpr QSizeF kMatrixSize(85, 34);
+constexpr QSizeF kGraphSize(85, 41);
+constexpr QSizeF kMatrixSize(85, 28);
+constexpr QSizeF kMostOfPicture(85, 45);
 constexpr double kDrawnPoints = 7;
 constexpr int kPointsOfAnInch = 72;
 
@@ -173,7 +174,7 @@ class Composition {
     body_.push_back({PageBreak{true}});
     body_.push_back(Head(1, QStringLiteral("Register"), QStringLiteral("register")));
     Table lines{
-        {6, 12, 9, 9, 13, 13, 14.5, 9, 9.5, 13, 13, 9},
+        {5.5, 12, 8, 8.5, 11.5, 11.5, 24, 9.5, 8.5, 11.5, 11.5, 8.5},
         {QStringLiteral("Ref."), QStringLiteral("Task"), QStringLiteral("Location"),
          QStringLiteral("Primary hazard"), QStringLiteral("Index before"),
          QStringLiteral("Class before"), QStringLiteral("Recommendation"),
@@ -348,10 +349,14 @@ class Composition {
     return qint64{pixels.width()} * pixels.height() > kMost;
   }
 
+  [[nodiscard]] static bool IsChosen(const QString& picture) {
+    return !picture.isEmpty() && !picture.endsWith(u"NoPicSlted.jpg");
+  }
+
   [[nodiscard]] Picture PictureOf(const QString& name, const records::FileFacts& facts,
                                   QSizeF most) {
     Picture picture{{}, {}, most, name, {}, false};
-    if (name.isEmpty() || name.endsWith(u"NoPicSlted.jpg")) {
+    if (!IsChosen(name)) {
       picture.missing = QStringLiteral("No picture");
       return picture;
     }
@@ -497,7 +502,7 @@ class Composition {
   void AddSheet(const Entry& entry) {
     const records::Task& task = entry.task;
     body_.push_back(Head(2, TaskName(task), Anchor(task)));
-    Table facts{{18, 32, 18, 32}, {}, {}, true};
+    Table facts{{20, 30, 20, 30}, {}, {}, true};
     const auto pair = [&facts](const QString& a, const QString& b, const QString& c,
                                const QString& d) {
       facts.rows.push_back({TextCell(a), TextCell(b), {Bold(c), {}, false}, TextCell(d)});
@@ -506,10 +511,16 @@ class Composition {
     pair(QStringLiteral("Location"), task.location, QStringLiteral("Phase"), task.phase);
     pair(QStringLiteral("Primary hazard"), task.hazard, QStringLiteral("Hazard type"),
          task.hazard_type);
+    const bool has_pictures = IsChosen(task.before.picture) || IsChosen(task.after.picture);
+    if (!has_pictures) pair(QStringLiteral("Pictures"), QStringLiteral("None"), {}, {});
     body_.push_back({std::move(facts)});
     AddLongText(QStringLiteral("Hazard description"), task.description);
+    // Row by row, so that what is compared stands side by side and a page can end between.
+    if (has_pictures) AddBeside([&](model::Stage stage) { return StageHead(entry, stage); });
+    AddLevels(entry);
+    AddBeside([&](model::Stage stage) { return StageResults(entry, stage); });
     AddLongText(QStringLiteral("Recommendation"), task.recommendation);
-    Table action{{18, 32, 18, 32}, {}, {}, true};
+    Table action{{20, 30, 20, 30}, {}, {}, true};
     action.rows.push_back({TextCell(QStringLiteral("Recommendation type")),
                            TextCell(task.recommendation_type),
                            {Bold(QStringLiteral("Action by")), {}, false},
@@ -520,11 +531,6 @@ class Composition {
          {Bold(QStringLiteral("Taken")), {}, false},
          TextCell(task.action_taken ? QStringLiteral("Yes") : QStringLiteral("No"))});
     body_.push_back({std::move(action)});
-    // Row by row, so that what is compared stands side by side and a page can end between.
-    AddBeside([&](model::Stage stage) { return StageHead(entry, stage); });
-    AddLevels(entry);
-    AddBeside([&](model::Stage stage) { return StageDrawings(entry, stage); });
-    AddBeside([&](model::Stage stage) { return StageResults(entry, stage); });
     body_.push_back(
         {Paragraph{{{QStringLiteral("Has the risk been adequately reduced? "), Face::kPlain, {}},
                     {entry.computed.VerdictText(), Face::kBold, {}}}}});
@@ -554,7 +560,7 @@ class Composition {
                      {},
                      false}},
             {PictureOf(records::StageOf(entry.task, which).picture,
-                       before ? entry.picture_before : entry.picture_after, {85, 45})}};
+                       before ? entry.picture_before : entry.picture_after, kMostOfPicture)}};
   }
 
   void AddLevels(const Entry& entry) {
@@ -577,28 +583,28 @@ class Composition {
     body_.push_back({std::move(levels)});
   }
 
-  [[nodiscard]] static std::vector<Block> StageDrawings(const Entry& entry, model::Stage which) {
+  /// What the levels and statements of a stage come to: in words, and as they are drawn.
+  [[nodiscard]] static std::vector<Block> StageResults(const Entry& entry, model::Stage which) {
     const records::Stage& stored = records::StageOf(entry.task, which);
     const ComputedStage& computed = ComputedOf(entry, which);
+    const QString index = IndexText(computed, stored);
+    const QString score = ClassText(computed);
+    Table results{{45, 55}, {}, {}, true};
+    const QString when =
+        which == model::Stage::kBefore ? QStringLiteral("before") : QStringLiteral("after");
+    results.rows.push_back({TextCell(QStringLiteral("Risk index ") + when),
+                            {Plain(index), ColourOf(IndexBandOf(computed)), false}});
+    results.rows.push_back({TextCell(QStringLiteral("Class Cl ") + when),
+                            {Plain(score), ColourOf(ClassBandOf(computed)), false}});
     RiskMarks marks =
         MarksOf(which, stored.levels, Score(stored.scores[0]), Score(computed.class_score));
     // The path as far as it is stored, but no index that isn't estimated.
     if (!computed.estimated) marks.labels = {};
-    return {Drawn(RiskDrawing::Part::kGraph, marks, kGraphSize,
-                  QStringLiteral("Risk graph: ") + IndexText(computed, stored)),
-            Drawn(RiskDrawing::Part::kMatrix, marks, kMatrixSize,
-                  QStringLiteral("Risk matrix: ") + ClassText(computed))};
-  }
-
-  [[nodiscard]] static std::vector<Block> StageResults(const Entry& entry, model::Stage which) {
-    const ComputedStage& computed = ComputedOf(entry, which);
-    Table results{{45, 55}, {}, {}, true};
-    results.rows.push_back({TextCell(QStringLiteral("Risk index")),
-                            {Plain(IndexText(computed, records::StageOf(entry.task, which))),
-                             ColourOf(IndexBandOf(computed)), false}});
-    results.rows.push_back({TextCell(QStringLiteral("Class (Cl = F + O + A)")),
-                            {Plain(ClassText(computed)), ColourOf(ClassBandOf(computed)), false}});
-    return {{std::move(results)}};
+    return {
+        {std::move(results)},
+        Drawn(RiskDrawing::Part::kGraph, marks, kGraphSize, QStringLiteral("Risk graph: ") + index),
+        Drawn(RiskDrawing::Part::kMatrix, marks, kMatrixSize,
+              QStringLiteral("Risk matrix: ") + score)};
   }
 
   const Report& report_;
@@ -629,9 +635,8 @@ QString StatementText(const QString& stored) {
 
 QString BandText(Band band) {
   static constexpr std::array kForms{u"–", u"○", u"●", u"●●", u"●●●"};
-  // Kept on one line: the form without its word says too little.
-  return QString::fromUtf16(kForms[BinOf(band)]) + QChar::Nbsp +
-         TextOf(band).replace(u' ', QChar::Nbsp);
+  // Kept on one line: the form without a word says too little.
+  return QString::fromUtf16(kForms[BinOf(band)]) + QChar::Nbsp + TextOf(band);
 }
 
 Document ComposeCover(const Report& report, records::Source& source) {

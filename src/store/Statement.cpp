@@ -90,10 +90,13 @@ qint64 Statement::Integer(int column) const {
   return sqlite3_column_int64(statement_, column);
 }
 
-QString Statement::Text(int column) const {
+QByteArrayView Statement::Utf8(int column) const {
   const void* text = sqlite3_column_text(statement_, column);
-  return QString::fromUtf8(static_cast<const char*>(text),
-                           sqlite3_column_bytes(statement_, column));
+  return {static_cast<const char*>(text), sqlite3_column_bytes(statement_, column)};
+}
+
+QString Statement::Text(int column) const {
+  return QString::fromUtf8(Utf8(column));
 }
 
 QString Statement::TableOf(int column) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 #include <QVariant>
 
@@ -28,6 +29,8 @@ class Statement {
   [[nodiscard]] QVariant Column(int column) const;
   [[nodiscard]] qint64 Integer(int column) const;
   [[nodiscard]] QString Text(int column) const;
+  /// The same bytes as the file holds them; valid until the next step.
+  [[nodiscard]] QByteArrayView Utf8(int column) const;
   /// The table and field that a column of the result comes from; empty for an expression.
   [[nodiscard]] QString TableOf(int column) const;
   [[nodiscard]] QString FieldOf(int column) const;
