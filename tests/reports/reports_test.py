@@ -202,11 +202,11 @@ def check_study(study):
     expect("sheets of the page", len(rows), len(page.sections))
     for heading, table in page.sections.items():
         number = next(n for n in rows if mark(rows[n]) in heading)
-        told = [row[1] for row in table if row[0] == "Risk index"]
-        for after, got in zip(("", "Aftr"), told):
-            expect_true(f"index on the sheet of {number}: {got}",
+        told = {row[0]: row[1] for row in table}
+        for after, name in (("", "Risk index before"), ("Aftr", "Risk index after")):
+            got = told.get(name, "nothing")
+            expect_true(f"{name} on the sheet of {number}: {got}",
                         Stage(rows[number], after).index_text() in got)
-        expect("stages of a sheet", 2, len(told))
 
     register_text = pdf_text(study, "--kind", "register")
     sheet_text = pdf_text(study, "--kind", "sheets")
@@ -217,7 +217,7 @@ def check_study(study):
 
 
 def EveryTaskStandsOnceInEveryFormatWithTheModelsValues(folder):
-    for seed, count in enumerate((0, 1, 7, 40, 120)):
+    for seed, count in enumerate((0, 1, 7, 40, 500)):
         check_study(Study(folder, seed, count))
 
 
