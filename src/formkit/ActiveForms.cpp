@@ -9,6 +9,10 @@
 namespace kestrix {
 namespace {
 
+// A window manager that learns late of a window that went gives the front to one of its own choice,
+// though the form that asked for it has it by then. Nobody clicks on another form so soon.
+constexpr int kUntilGapIsFilled = 150;  // milliseconds
+
 bool CanTakeFront(const Form& form) {
   return form.isVisible() && !form.isMinimized() && !form.IsUnloading();
 }
@@ -17,6 +21,11 @@ bool CanTakeFront(const Form& form) {
 
 ActiveForms::ActiveForms(FocusEvents& focus, QObject* parent) : QObject(parent), focus_(focus) {
   connect(&focus, &FocusEvents::DialogHidden, this, &ActiveForms::BringForwardLater);
+  gap_.setSingleShot(true);
+  gap_.setInterval(kUntilGapIsFilled);
+  connect(&gap_, &QTimer::timeout, this, [this] {
+    if (auto* now = qobject_cast<Form*>(QApplication::activeWindow())) TakeOver(now);
+  });
 }
 
 Form* ActiveForms::active() const {
@@ -39,6 +48,7 @@ void ActiveForms::PutFirst(Form* form) {
 
 void ActiveForms::Appear(Form* form) {
   if (form != active_) coming_ = form;
+  wanted_ = form;
   PutFirst(form);
   form->raise();
   form->activateWindow();
@@ -55,12 +65,15 @@ void ActiveForms::Disappear(Form* form) {
   if (active_ != form) return;
   active_ = nullptr;
   heir_ = Next();
+  wanted_ = nullptr;
+  if (QGuiApplication::platformName() == u"xcb") gap_.start();
   // A form that hides itself usually shows another one in the same breath, which needs no help.
   BringForwardLater();
 }
 
 void ActiveForms::GiveAwayFront() {
   ++given_away_;
+  gap_.stop();
 }
 
 void ActiveForms::BringForwardLater() {
@@ -93,6 +106,16 @@ Form* ActiveForms::Next() const {
 
 void ActiveForms::TakeOver(Form* form) {
   if (form == active_ || form->IsUnloading()) return;
+  if (gap_.isActive() && wanted_ && wanted_ != form && CanTakeFront(*wanted_)) {
+    // Once; a form that isn't let to the front then is told at the end of the gap.
+    const auto ask_again = [this, wanted = std::exchange(wanted_, nullptr)] {
+      if (!wanted || !CanTakeFront(*wanted)) return;
+      Appear(wanted);
+      wanted_ = nullptr;
+    };
+    QMetaObject::invokeMethod(this, ask_again, Qt::QueuedConnection);
+    return;
+  }
   const QPointer<Form> taking = form;
   active_ = form;
   if (coming_ == form) heir_ = nullptr;

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 #include "formkit/FormRooms.h"
 
@@ -54,6 +55,8 @@ class ActiveForms : public QObject {
   QPointer<Form> active_;
   QPointer<Form> coming_;  ///< a form that asked for the front and hasn't got it yet
   QPointer<Form> heir_;    ///< who gets the front of the form that went, unless one asks for it
+  QPointer<Form> wanted_;  ///< the form that asked for the front last
+  QTimer gap_;             ///< runs for a while after the active form went
   QPointer<Form> told_;    ///< the form that was told last that it is active
   QList<QPointer<Form>> order_;  ///< the visible forms, first who was or asked to be in front last
   int given_away_ = 0;           ///< how often the front was given to another program
