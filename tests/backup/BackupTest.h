@@ -154,7 +154,6 @@ class BackupFormTest : public BackupTest {
     Click("clsd");
     Click("slctfld");
   }
-  QString TipOf(const QString& name) const { return Control<QWidget>(name).toolTip(); }
 
   FormSlot<BkUpfrm> backup;
   FormSlot<opnflddlg> folders;

@@ -88,10 +88,6 @@ class EstimationTest : public FormTest {
       if (!texts[i].isEmpty()) Pick(kBoxes[i], texts[i]);
     }
   }
-  void Focus(const QString& name) {
-    Control<QWidget>(name).setFocus(Qt::TabFocusReason);
-    Settle();
-  }
   void ToAfterStage() { SetCheck("RskBfrAftrChk", true); }
   void ToBeforeStage() { SetCheck("RskBfrAftrChk", false); }
   void ChooseStatement(const QString& box, int number) {
@@ -128,12 +124,6 @@ class EstimationTest : public FormTest {
     QStringList texts;
     for (const QString& name : names) texts += TextOf(name);
     return texts;
-  }
-  [[nodiscard]] QRgb BackOf(const QString& name) const {
-    return BackColour(&Control<QWidget>(name)) & 0xFFFFFF;
-  }
-  [[nodiscard]] QString TipOf(const QString& name) const {
-    return Control<QWidget>(name).toolTip();
   }
   [[nodiscard]] bool ShowsPicture(const QString& name) const {
     return !Control<QLabel>(name).pixmap(Qt::ReturnByValue).isNull();

@@ -78,10 +78,6 @@ class EvaluationTest : public FormTest {
     Settle();
   }
 
-  void Focus(const QString& name) {
-    Control<QWidget>(name).setFocus(Qt::TabFocusReason);
-    Settle();
-  }
   /// For the two buttons that are never shown.
   void ClickHidden(const QString& name) {
     Control<QPushButton>(name).click();
@@ -122,9 +118,6 @@ class EvaluationTest : public FormTest {
   }
 
   [[nodiscard]] QString Position() const { return TextOf("TotAcdRCDDsply"); }
-  [[nodiscard]] QRgb BackOf(const QString& name) const {
-    return BackColour(&Control<QWidget>(name)) & 0xFFFFFF;
-  }
 
   static inline const QStringList kCombos{"PhaseMachn", "PrimaryHazard", "HazardType",
                                           "ReccdtnTypTxt", "ActnByCbo"};

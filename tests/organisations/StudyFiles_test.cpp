@@ -2,7 +2,6 @@
 
 #include <QDir>
 
-#include "store/Database.h"
 #include "support/Files.h"
 #include "support/FormTest.h"
 #include "support/RunAsNobody.h"
@@ -38,15 +37,6 @@ TEST_F(CreateStudyDbTest, StudyIsACopyOfTheTemplate) {
   EXPECT_TRUE(session.FileFoundC);
 }
 
-TEST_F(CreateStudyDbTest, StudyThatExistsIsNeverReplaced) {
-  installation.GivenStudy(12);
-  installation.GivenProject(12, "P-1", "Old");
-  Create(12);
-  EXPECT_EQ(Column(installation.Study(12), "SELECT Project_Number FROM Project_details"),
-            QStringList({"P-1"}));
-  EXPECT_TRUE(desk.files.Log().isEmpty());
-}
-
 TEST_F(CreateStudyDbTest, MissingTemplateIsToldWhetherTheStudyExistsOrNot) {
   installation.GivenStudy(12);
   ASSERT_TRUE(QFile::remove(installation.Template()));
@@ -55,13 +45,6 @@ TEST_F(CreateStudyDbTest, MissingTemplateIsToldWhetherTheStudyExistsOrNot) {
     Create(number);
     EXPECT_EQ(QFile::exists(installation.Study(number)), number == 12);
   }
-}
-
-TEST_F(CreateStudyDbTest, FullDiskIsToldAndLeavesNothing) {
-  desk.files.FailNext(FileAction::kCopyFile, "risk_esmatn12.mdb", failure::kDiskFull);
-  desk.messages.Expect(kCopyFailed);
-  Create(12);
-  EXPECT_FALSE(QFile::exists(installation.Study(12)));
 }
 
 TEST_F(CreateStudyDbTest, FolderThatCantBeWrittenIsTold) {
@@ -140,28 +123,6 @@ TEST_F(DeleteStudyFilesTest, StudyAndPicturesGoAndOthersStay) {
     EXPECT_EQ(desk.files.Log(), QStringList({"DeleteFile " + installation.Study(3),
                                              "DeleteFolder " + installation.PictureFolder(3)}));
   }
-}
-
-TEST_F(DeleteStudyFilesTest, RunThatHoldsTheStudyLetsGoOfIt) {
-  installation.GivenStudy(3);
-  auto held = std::make_unique<Database>(installation.Study(3));
-  release = [&] { held.reset(); };
-  Delete(3);
-  EXPECT_EQ(releases, 1);
-  EXPECT_EQ(session.ActiveOrgName, "");
-  EXPECT_FALSE(QFile::exists(installation.Study(3)));
-  EXPECT_FALSE(QFile::exists(installation.StudySign(3)));
-}
-
-TEST_F(DeleteStudyFilesTest, StudyThatSomebodyHoldsStaysAndItsPicturesGo) {
-  installation.GivenStudy(3);
-  const Database held(installation.Study(3));
-  desk.messages.Expect(kStillOpen);
-  Delete(3);
-  EXPECT_EQ(releases, 1);
-  EXPECT_TRUE(QFile::exists(installation.Study(3)));
-  EXPECT_TRUE(QFile::exists(installation.StudySign(3)));
-  EXPECT_FALSE(QDir(installation.PictureFolder(3)).exists());
 }
 
 TEST_F(DeleteStudyFilesTest, SignThatAKilledRunLeftIsToldAndTheStudyGoesThoughTheReleaseFails) {

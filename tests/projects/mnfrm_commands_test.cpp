@@ -269,6 +269,7 @@ TEST_F(MnfrmCommandsTest, YesStartsTheHomePageAndEndsThisProgram) {
   EXPECT_EQ(desk.messages.Beeps(), 1);
   EXPECT_EQ(desk.shell.Companions(), (QList<FakeShell::Started>{{"kestrixmodule.exe", Parent()}}));
   EXPECT_TRUE(gone);
+  EXPECT_EQ(session.MsgAnswer, Button::kYes);
   EXPECT_EQ(asked, (QStringList{"organisation form away", "evaluation form away", "home page"}));
 }
 
@@ -292,6 +293,7 @@ TEST_F(MnfrmCommandsTest, ARunningHomePageIsBroughtForward) {
   EXPECT_EQ(desk.windows.Activated(), QStringList{"kestrixmodule"});
   EXPECT_TRUE(desk.shell.Companions().isEmpty());
   EXPECT_TRUE(form->isVisible());
+  EXPECT_NE(session.WinHandle, 0);
 }
 
 TEST_F(MnfrmCommandsTest, AMissingHomePageIsToldAndTheCurrentFolderIsTheParent) {
@@ -300,6 +302,7 @@ TEST_F(MnfrmCommandsTest, AMissingHomePageIsToldAndTheCurrentFolderIsTheParent) 
   Click("homepage");
   EXPECT_TRUE(desk.shell.Companions().isEmpty());
   EXPECT_EQ(desk.files.CurrentFolder(), Parent());
+  EXPECT_EQ(desk.messages.Beeps(), 0);
 }
 
 TEST_F(MnfrmCommandsTest, BothCommandsOfAltNAreReachedByIt) {

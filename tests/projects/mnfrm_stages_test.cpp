@@ -203,13 +203,15 @@ TEST_F(MnfrmStagesTest, AReservedTextThatTheDescriptionHeldIsNotDeletedEither) {
   EXPECT_EQ(TextOf("PrjStgCbo"), "Design");
 }
 
-TEST_F(MnfrmStagesTest, NoneWithoutAFullStopIsAnOrdinaryStage) {
-  installation.GivenListRows("Prjstage", {"None.", "None"});
+TEST_F(MnfrmStagesTest, NoneInOtherLettersIsAnOrdinaryStage) {
+  installation.GivenListRows("Prjstage", {"None.", "None", "none."});
   OpenAcme();
-  Pick("PrjStgCbo", "None");
-  PressTab();
-  Click("PrjStgCbo");
-  Delete("None");
+  for (const char* ordinary : {"None", "none."}) {
+    Pick("PrjStgCbo", ordinary);
+    PressTab();
+    Click("PrjStgCbo");
+    Delete(ordinary);
+  }
   EXPECT_EQ(Stages(), QStringList{"None."});
 }
 

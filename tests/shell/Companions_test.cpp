@@ -25,45 +25,6 @@ class CompanionsTest : public FormTest {
   }
 };
 
-TEST_F(CompanionsTest, HomePageThatRunsIsBroughtToTheFrontAndThisProgramStays) {
-  GivenProgramAbove();
-  desk.windows.Open(companions::kHomePage);
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Home page already open.");
-
-  EXPECT_FALSE(companions::GoToHomePage(context));
-
-  EXPECT_EQ(desk.windows.Activated(), QStringList{"kestrixmodule"});
-  EXPECT_TRUE(desk.shell.Companions().isEmpty());
-  EXPECT_NE(session.WinHandle, 0);
-}
-
-TEST_F(CompanionsTest, MissingHomePageIsToldAndTheCurrentFolderIsLeftAtTheParent) {
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Installed files missing.");
-
-  EXPECT_FALSE(companions::GoToHomePage(context));
-
-  EXPECT_EQ(desk.files.CurrentFolder(), FolderAbove());
-  EXPECT_TRUE(desk.shell.Companions().isEmpty());
-  EXPECT_EQ(desk.messages.Beeps(), 0);
-}
-
-TEST_F(CompanionsTest, YesStartsTheHomePageAndEndsThisProgram) {
-  GivenProgramAbove();
-  ExpectClosingQuestion(Button::kYes);
-
-  EXPECT_TRUE(companions::GoToHomePage(context));
-
-  const QList<FakeShell::Started> expected = {{"kestrixmodule.exe", FolderAbove()}};
-  EXPECT_EQ(desk.shell.Companions(), expected);
-  EXPECT_EQ(session.MsgAnswer, Button::kYes);
-  EXPECT_EQ(desk.messages.Beeps(), 1);
-
-  ExpectClosingQuestion(Button::kNo);
-  EXPECT_FALSE(companions::GoToHomePage(context)) << "both programs run";
-  EXPECT_EQ(desk.shell.Companions().size(), 2);
-  EXPECT_EQ(session.MsgAnswer, Button::kNo);
-}
-
 TEST_F(CompanionsTest, HomePageThatFailsToStartShowsNothingAndTheAnswerHolds) {
   GivenProgramAbove();
   desk.shell.FailWith(failure::kFileNotFound);
@@ -81,65 +42,11 @@ TEST_F(CompanionsTest, HomePageEndsWithoutAWordWhenTheFolderIsGone) {
   EXPECT_TRUE(desk.shell.Companions().isEmpty());
 }
 
-TEST_F(CompanionsTest, HomePageOnTheWayOutIsActivatedOnlyWhenItRuns) {
-  companions::ActivateHomePage(context);
-  EXPECT_TRUE(desk.windows.ActivationsTried().isEmpty());
-  EXPECT_EQ(session.WinHandle, 0);
-
-  desk.windows.Open(companions::kHomePage);
-  companions::ActivateHomePage(context);
-  EXPECT_EQ(desk.windows.Activated(), QStringList{"kestrixmodule"});
-}
-
-TEST_F(CompanionsTest, ReportWindowOfTheTestedTitleEndsTheCommandAndComesToTheFront) {
+TEST_F(CompanionsTest, CommandGoesOnWhenOnlyAWindowOfAnotherTitleIsOpen) {
   desk.windows.Open(companions::kReportPreview);
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Close Report preview.");
-
-  EXPECT_TRUE(companions::ReportWindowGuard(context, companions::kReportPreview));
-
-  EXPECT_EQ(desk.windows.Activated(), QStringList{"RiskBookRpts"});
   session.WinHandle = 7;
-
   EXPECT_FALSE(companions::ReportWindowGuard(context, companions::kSiblingPreview));
-
   EXPECT_EQ(session.WinHandle, 0);
-}
-
-TEST_F(CompanionsTest, SiblingPreviewEndsTheCommandAndTheActivationOfTheOtherTitleFailsSilently) {
-  desk.windows.Open(companions::kSiblingPreview);
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Close Report preview.");
-
-  EXPECT_TRUE(companions::ReportWindowGuard(context, companions::kSiblingPreview));
-
-  EXPECT_EQ(desk.windows.ActivationsTried(), QStringList{"RiskBookRpts"});
-  EXPECT_TRUE(desk.windows.Activated().isEmpty());
-}
-
-TEST_F(CompanionsTest, ReportPreviewStartsOnceFromTheApplicationsFolderAndAMissingOneIsTold) {
-  desk.messages.ExpectTell(Icon::kCritical, "BELTROVAN: Files missing",
-                           "1. Installed Files missing");
-  EXPECT_FALSE(companions::StartReportPreview(context));
-  EXPECT_TRUE(desk.shell.Companions().isEmpty());
-
-  GivenFile("RiskBookRpts.exe");
-  EXPECT_TRUE(companions::StartReportPreview(context));
-  const QList<FakeShell::Started> expected = {{"RiskBookRpts.exe", Folder()}};
-  EXPECT_EQ(desk.shell.Companions(), expected);
-
-  desk.windows.Open(companions::kReportPreview);
-  desk.messages.ExpectTell(Icon::kInformation, kTitle, "Report preview already open.");
-  EXPECT_FALSE(companions::StartReportPreview(context));
-  EXPECT_EQ(desk.windows.Activated(), QStringList{"RiskBookRpts"});
-  EXPECT_EQ(desk.shell.Companions(), expected);
-}
-
-TEST_F(CompanionsTest, ReportPreviewThatFailsToStartShowsNothing) {
-  GivenFile("RiskBookRpts.exe");
-  desk.shell.FailWith(failure::kFileNotFound);
-
-  EXPECT_FALSE(companions::StartReportPreview(context));
-
-  EXPECT_TRUE(desk.messages.Shown().isEmpty());
 }
 
 TEST_F(CompanionsTest, HelpFilesOpenByTheirNamesInTheApplicationsFolderAndMissingOnesAreTold) {

@@ -610,6 +610,10 @@ TEST_F(frmMainTest, LookForStaleSignsEndsAtTheLargestNumber) {
 
 TEST_F(frmMainTest, HomePageComesToTheFrontAfterTheOtherFormsWentWhoseFailureHoldsUpNothing) {
   OpenFrame();
+  Close();
+  EXPECT_TRUE(desk.windows.ActivationsTried().isEmpty()) << "it doesn't run";
+  EXPECT_EQ(session.WinHandle, 0);
+  OpenFrame();
   desk.windows.Open("kestrixmodule");
   QStringList activated_before;
   QObject::connect(&Main(), &frmMain::Closing, &Main(), [&] {

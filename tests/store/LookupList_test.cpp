@@ -30,14 +30,6 @@ class LookupListTest : public StoreTest {
   QStringList Stored() { return Read(Path("lists.mdb"), "SELECT hazopstage FROM Prjstage"); }
 };
 
-TEST_F(LookupListTest, OnlyTheTwoWordsAreReservedToTheLetter) {
-  EXPECT_TRUE(lookup::IsReserved(QStringLiteral("None.")));
-  EXPECT_TRUE(lookup::IsReserved(QStringLiteral("N.A.")));
-  EXPECT_FALSE(lookup::IsReserved(QStringLiteral("None")));
-  EXPECT_FALSE(lookup::IsReserved(QStringLiteral("none.")));
-  EXPECT_FALSE(lookup::IsReserved(QString()));
-}
-
 TEST_F(LookupListTest, TheTextsKeepTheOrderOfTheTableAndLeaveOutWhatIsGone) {
   const auto rows = Rows(sources::kPrjstage);
   EXPECT_EQ(lookup::Texts(*rows), (QStringList{"None.", "N.A.", "Design", "design", "Use"}));
@@ -46,35 +38,12 @@ TEST_F(LookupListTest, TheTextsKeepTheOrderOfTheTableAndLeaveOutWhatIsGone) {
   EXPECT_TRUE(lookup::Texts(*Rows(sources::kActionBy)).isEmpty());
 }
 
-TEST_F(LookupListTest, AnEntryIsAddedWithItsParent) {
-  const auto rows = Rows(Select("HazardType"));
-  const QString parent = QStringLiteral("Mechanical");
-  lookup::Add(*rows, QStringLiteral("Shearing"), &parent);
-  EXPECT_EQ(
-      Read(Path("lists.mdb"), "SELECT HazardTyp||'/'||hazardoccurrence FROM HazardType").last(),
-      "Mechanical/Shearing");
-}
-
 TEST_F(LookupListTest, KnowingIsExactInCaseAndWalksToTheEnd) {
   const auto rows = Rows(sources::kPrjstage);
   EXPECT_TRUE(lookup::Knows(*rows, QStringLiteral("design")));
   EXPECT_TRUE(rows->Eof());
   EXPECT_FALSE(lookup::Knows(*rows, QStringLiteral("DESIGN")));
   EXPECT_FALSE(lookup::Knows(*Rows(sources::kActionBy), QString()));
-  // A pair is known by both fields.
-  const auto types = Rows(Select("HazardType"));
-  for (const QString& parent : {QStringLiteral("Noise hazards"), QStringLiteral("Mechanical")})
-    EXPECT_EQ(lookup::Knows(*types, QStringLiteral("Noise"), &parent), parent != "Mechanical");
-}
-
-TEST_F(LookupListTest, DeletingTakesTheFirstRowThatMatches) {
-  const auto rows = Rows(sources::kPrjstage);
-  lookup::DeleteFirst(*rows, QStringLiteral("Design"));
-  EXPECT_EQ(Stored(), (QStringList{"None.", "N.A.", "design", "Use"}));
-  EXPECT_EQ(FailureOf([&] { lookup::DeleteFirst(*rows, QStringLiteral("Design")); }),
-            failure::kNoCurrentRow)
-      << "past the last row";
-  EXPECT_EQ(Stored().size(), 4);
 }
 
 TEST_F(LookupListTest, DeletingAllIsOneTransaction) {
@@ -95,14 +64,6 @@ TEST_F(LookupListTest, DeletingAllGoesOnBehindAnEntryThatSomebodyElseDeleted) {
   Exec(Path("lists.mdb"), "DELETE FROM Prjstage WHERE hazopstage='Design'");
   lookup::DeleteAllBut(*rows, HoldsReserved);
   EXPECT_EQ(Stored(), (QStringList{"None.", "N.A."}));
-}
-
-TEST_F(LookupListTest, DeletingBelowAHazardSparesTheTypesOfOthers) {
-  const auto rows = Rows(sources::HazardTypesForTask(QStringLiteral("x' OR '1'='1")));
-  ASSERT_EQ(rows->RecordCount(), 2);
-  lookup::DeleteBelow(*rows, QStringLiteral("Mechanical"));
-  EXPECT_EQ(Read(Path("lists.mdb"), "SELECT HazardTyp FROM HazardType"),
-            QStringList{"Noise hazards"});
 }
 
 TEST_F(LookupListTest, EveryRecordSourceOfTheListsOpens) {

@@ -361,17 +361,6 @@ TEST_F(RecordsetTest, DeletingTheOnlyRowLeadsPastTheLastAtTheNextMove) {
   EXPECT_EQ(FailureOf([&] { rows->MoveFirst(); }), failure::kNoCurrentRow);
 }
 
-TEST_F(RecordsetTest, TwoUsersOnDifferentFieldsBothKeepTheirWork) {
-  GivenTasks(1);
-  const auto rows = Tasks();
-  rows->Set(kTitle, QStringLiteral("mine"));
-  Exec(Path("study.mdb"), "UPDATE Risk_records SET Level=7, Note='theirs'");
-  rows->Update();
-  EXPECT_EQ(Read(Path("study.mdb"), "SELECT Title||Level||Note FROM Risk_records"),
-            QStringList{"mine7theirs"});
-  EXPECT_EQ(rows->Number(kLevel), 7);
-}
-
 TEST_F(RecordsetTest, OnTheSameFieldTheFirstUserStandsAndTheOtherFieldsOfTheSecondAreWritten) {
   GivenTasks(1);
   const auto rows = Tasks();

@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "formkit/ActiveForms.h"
+#include "formkit/Controls.h"
 #include "formkit/FocusEvents.h"
 #include "formkit/Form.h"
 #include "formkit/FormSlot.h"
@@ -119,6 +120,17 @@ class FormTest : public ::testing::Test, public FormHands {
   /// hand.
   void GivenTaskInHand(int study, const QString& project_number);
 
+  /// Brings the focus as Tab does, without the way there.
+  void Focus(const QString& name) {
+    Control<QWidget>(name).setFocus(Qt::TabFocusReason);
+    Settle();
+  }
+  [[nodiscard]] QRgb BackOf(const QString& name) const {
+    return BackColour(&Control<QWidget>(name)) & 0xFFFFFF;
+  }
+  [[nodiscard]] QString TipOf(const QString& name) const {
+    return Control<QWidget>(name).toolTip();
+  }
   [[nodiscard]] static QList<QStringList> Sql(const QString& file, const QString& query) {
     return TestInstallation::Sql(file, query);
   }
