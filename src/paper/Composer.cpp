@@ -3,6 +3,7 @@
 #include <QTextLayout>
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace kestrix::paper {
 namespace {
@@ -15,6 +16,7 @@ constexpr double kCellPadding = 2.5;
 constexpr double kMarkWidth = 3;
 constexpr double kMarkRoom = 4;  ///< from the mark to the text
 constexpr double kColumnGap = 10;
+constexpr double kIndent = 16;  ///< of a paragraph with a mark
 
 // Texts up to this length are shaped once and used wherever they stand again.
 constexpr qsizetype kSharedText = 200;
@@ -260,7 +262,18 @@ Composer::Pieces Composer::PiecesOf(const Heading& heading, double width) {
 }
 
 Composer::Pieces Composer::PiecesOf(const Paragraph& paragraph, double width) {
-  Pieces pieces = Lines(paragraph.text, SettingOf(paragraph), width);
+  const double indent = paragraph.mark.isEmpty() ? 0 : Pt(kIndent);
+  Pieces pieces = Lines(paragraph.text, SettingOf(paragraph), width - indent);
+  if (indent > 0) {
+    Pieces marks = Lines(Plain(paragraph.mark), SettingOf(paragraph), indent);
+    for (Piece& piece : pieces) {
+      Piece moved;
+      Append(moved, piece, {indent, 0});
+      std::swap(piece.items, moved.items);
+      std::swap(piece.links, moved.links);
+    }
+    if (!pieces.empty() && !marks.empty()) Append(pieces.front(), marks.front(), {});
+  }
   if (paragraph.keep_with_next) {
     for (Piece& piece : pieces) piece.keep_with_next = true;
   }

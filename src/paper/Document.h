@@ -52,6 +52,8 @@ struct Paragraph {
   Text text;
   Style style = Style::kBody;
   bool keep_with_next = false;
+  /// A bullet or a number before it; the text stands in an indent then.
+  QString mark = {};
 };
 
 /// A picture in its own proportions, at most as large as `most` (in millimetres). `pixels` is its

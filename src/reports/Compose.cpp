@@ -33,6 +33,7 @@ constexpr QSizeF kGraphSize(85, 41);
 constexpr QSizeF kMatrixSize(85, 28);
 constexpr QSizeF kMostOfPicture(85, 45);
 constexpr double kDrawnPoints = 7;
+constexpr double kCountRoom = 0.3;  ///< of a cell of the matrix, for the number of its tasks
 constexpr int kPointsOfAnInch = 72;
 
 /// A score as the model takes it; one that no statement gives has no cell.
@@ -442,6 +443,8 @@ class Composition {
     RiskLook look;
     look.font = FontOf(kDrawnPoints, kPointsOfAnInch);
     look.least_letters = 5;
+    look.printed = true;
+    if (!counts.empty()) look.cell_room = kCountRoom;
     const RiskDrawing drawing(part, QRectF(QPointF(), area.size() / unit), look);
     drawing.Paint(painter, marks);
     if (counts.empty()) return;
@@ -451,8 +454,8 @@ class Composition {
       const QRectF cell = drawing.RectOf(risk_graph::kCells[i].place);
       // At the cell's edge, beside the word for its band.
       const QString count = QString::number(counts[i]);
-      const double width = 5 + 5.0 * static_cast<double>(count.size());
-      const QRectF plate(cell.right() - width - 1, cell.bottom() - 11, width, 10);
+      const double width = std::max(kCountRoom * cell.width(), 4.0 + 4 * double(count.size()));
+      const QRectF plate(cell.right() - width, cell.center().y() - 5, width - 1, 10);
       painter.setPen(Qt::black);
       painter.setBrush(Qt::white);
       painter.drawRoundedRect(plate, 3, 3);

@@ -3,14 +3,9 @@
 #include <QString>
 #include <QStringList>
 
-#include "paper/Text.h"
+#include "Text.h"
 
 namespace kestrix::help {
-
-using paper::book::Block;
-using paper::book::Line;
-using paper::book::PlainText;
-using paper::book::Run;
 
 /// The source of all help, read: the manual and the help page show all of it. The source is
 /// Markdown, of which these have a meaning here:
@@ -24,7 +19,7 @@ using paper::book::Run;
 ///     ![what it shows](name.png)   a picture, on a line of its own
 ///     Text of a message            one line for each message, and
 ///     : what to do                 what it means and what to do; the one part that isn't Markdown
-struct Manual : paper::book::Text {
+struct Manual : Text {
   /// Reads the text of the file `name`. A mistake in it fails with kSyntax and a sentence that
   /// tells the words.
   [[nodiscard]] static Manual Parse(const QString& text, const QString& name);

@@ -1,5 +1,4 @@
 // Makes the help files of an installation from their one source and the pictures of the forms.
-#include <QBuffer>
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
@@ -7,10 +6,10 @@
 #include <QSaveFile>
 #include <cstdio>
 
+#include "Book.h"
 #include "HelpPage.h"
 #include "Manual.h"
 #include "Pictures.h"
-#include "paper/Book.h"
 #include "platform/Failure.h"
 
 namespace kestrix::help {
@@ -60,13 +59,10 @@ void Make(const Arguments& arguments) {
   const Pictures pictures(arguments.pictures);
   pictures.Require(manual.Pictures());
   const QByteArray page = HelpPage(manual, pictures);
-  QBuffer book;
-  book.open(QIODevice::WriteOnly);
-  paper::book::PrintBook(
-      manual, [&](const QString& name) { return pictures.Image(name); }, book);
+  const QByteArray book = PrintedBook(manual, pictures);
   // Both or none, as far as it can be known before: nothing is written until both are made.
   Write(arguments.page, page);
-  Write(arguments.manual, book.data());
+  Write(arguments.manual, book);
 }
 
 }  // namespace

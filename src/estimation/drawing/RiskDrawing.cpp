@@ -62,10 +62,6 @@ QColor Mix(const QColor& one, const QColor& other, qreal share_of_other) {
                           channel(one.blueF(), other.blueF()));
 }
 
-QColor InkOn(const QColor& ground) {
-  return ground == QColor(model::kCellPurple) ? QColor(Qt::white) : QColor(kDarkInk);
-}
-
 const QRect& FrameOf(RiskDrawing::Part part) {
   return part == RiskDrawing::Part::kGraph ? kGraphFrame : kMatrixFrame;
 }
@@ -199,6 +195,14 @@ class RiskDrawing::Steps {
     if (drawing_.look_.coloured) return QColor(cell.colour);
     const auto grey = std::ranges::find(kBandGreys, cell.band, &BandGrey::band);
     return QColor(grey->grey);
+  }
+
+  /// Red is as dark as purple once it is grey.
+  [[nodiscard]] QColor InkOn(const QColor& ground) const {
+    constexpr int kDarkGrey = 100;
+    const bool is_dark = ground == QColor(model::kCellPurple) ||
+                         (drawing_.look_.printed && qGray(ground.rgb()) < kDarkGrey);
+    return is_dark ? QColor(Qt::white) : QColor(kDarkInk);
   }
 
   void PaintFrame() const {
@@ -353,7 +357,8 @@ class RiskDrawing::Steps {
       Frame(rect, drawing_.look_.coloured ? paper() : Shade(0.5), AtRest());
       if (&cell == marks_.cell) continue;
       const qreal margin = Width(2);
-      Text(rect.adjusted(3 * margin, margin, -3 * margin, -margin), row.band.toString(),
+      const qreal right = 3 * margin + rect.width() * drawing_.look_.cell_room;
+      Text(rect.adjusted(3 * margin, margin, -right, -margin), row.band.toString(),
            Qt::AlignCenter | Qt::TextWordWrap, InkOn(colour), kTextPixels, true);
     }
   }

@@ -18,6 +18,10 @@ struct RiskLook {
   QColor paper = Qt::white;
   /// False for print in black and white: bands become shades of grey, the path stays thick.
   bool coloured = true;
+  /// True for a page that may be printed or copied without colours: words stay readable then.
+  bool printed = false;
+  /// The part of a cell's width that its word leaves free at the right.
+  qreal cell_room = 0;
   /// Letters never get smaller than this, in units of the painter; on a common screen no smaller
   /// ones can be read.
   int least_letters = 9;

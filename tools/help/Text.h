@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <vector>
 
-namespace kestrix::paper::book {
+namespace kestrix::help {
 
 /// A stretch of text in one face.
 struct Run {
@@ -26,7 +26,7 @@ struct Block {
   QString anchor;                       ///< kChapter, kSection: what links lead to
 };
 
-/// A text to be printed. It holds no picture itself and knows nothing of how it looks.
+/// A text to be shown. It holds no picture itself and knows nothing of how it looks.
 struct Text {
   QString title;
   QString language = QStringLiteral("en");
@@ -40,4 +40,4 @@ struct Text {
   return text;
 }
 
-}  // namespace kestrix::paper::book
+}  // namespace kestrix::help

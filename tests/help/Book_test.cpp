@@ -1,13 +1,13 @@
-#include "paper/Book.h"
+#include "Book.h"
 
-#include <QBuffer>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <qpdf/QPDF.hh>
 
-#include "help/HelpTest.h"
+#include "HelpTest.h"
+#include "paper/Pdf.h"
 
-namespace kestrix::paper::book {
+namespace kestrix::help {
 namespace {
 
 bool IsWholePdf(const QByteArray& bytes) {
@@ -20,16 +20,30 @@ int PagesOf(const QByteArray& pdf) {
   return static_cast<int>(file.getAllPages().size());
 }
 
-class BookTest : public help::HelpTest {
+class BookTest : public HelpTest {
  protected:
-  [[nodiscard]] PictureSource Images() const {
-    return [pictures = TheirPictures()](const QString& name) { return pictures.Image(name); };
+  /// The lines of the pages after the table of contents, page by page. A picture's line holds the
+  /// one character that stands for it.
+  [[nodiscard]] std::vector<QStringList> LinesOfPages(const QString& text) const {
+    const Pictures pictures = TheirPictures();
+    const paper::Document document = BookOf(Read(text), pictures);
+    const paper::Layout layout(document, QPageSize(QPageSize::A4), paper::kPdfDots);
+    std::vector<QStringList> pages;
+    for (int page = 1; page < layout.PageCount(); ++page) {
+      QStringList lines;
+      for (const paper::Item& item : layout.PageAt(page).items) {
+        if (const auto* line = std::get_if<paper::TextLine>(&item)) {
+          lines += line->text->CharactersOf(line->line).trimmed();
+        } else if (std::holds_alternative<paper::PlacedPicture>(item)) {
+          lines += QString(QChar::ObjectReplacementCharacter);
+        }
+      }
+      if (!pages.empty() || !lines.contains(QStringLiteral("Contents"))) pages.push_back(lines);
+    }
+    return pages;
   }
   [[nodiscard]] QByteArray Printed(const QString& text) const {
-    QBuffer buffer;
-    EXPECT_TRUE(buffer.open(QIODevice::WriteOnly));
-    PrintBook(Read(text), Images(), buffer);
-    return buffer.data();
+    return PrintedBook(Read(text), TheirPictures());
   }
 };
 
@@ -40,11 +54,11 @@ TEST_F(BookTest, BookHasTitleContentsAndItsTextOnPagesOfA4) {
   const QString text = QStringLiteral(
       "# Title\n\nBefore.\n\n## One\n\nText.\n\n## Two\n\n![form](form.png)\n\n"
       "## Three\n\n| a | b |\n|---|---|\n| c | d |\n");
-  const auto pages = LinesOfPages(Read(text), Images());
-  EXPECT_EQ(pages.size(), 2u);
+  const auto pages = LinesOfPages(text);
+  EXPECT_EQ(pages.size(), 3u);
   const QByteArray pdf = Printed(text);
   EXPECT_TRUE(IsWholePdf(pdf));
-  EXPECT_EQ(PagesOf(pdf), 4);
+  EXPECT_EQ(PagesOf(pdf), 5);
   QPDF file;
   file.processMemoryFile("pdf", pdf.constData(), static_cast<size_t>(pdf.size()));
   auto first = file.getAllPages().front();
@@ -63,18 +77,20 @@ TEST_F(BookTest, BookmarksContentsAndLinksLeadToTheirHeadings) {
   auto root = file.getRoot();
   EXPECT_EQ(root.getKey("/Lang").getUTF8Value(), "en");
   EXPECT_EQ(file.getTrailer().getKey("/Info").getKey("/Title").getUTF8Value(), "Title");
-  auto one = root.getKey("/Outlines").getKey("/First");
+  auto first = root.getKey("/Outlines").getKey("/First");
+  EXPECT_EQ(first.getKey("/Title").getUTF8Value(), "Contents");
+  auto one = first.getKey("/Next");
   auto two = one.getKey("/Next");
   EXPECT_EQ(one.getKey("/Title").getUTF8Value(), "1  One");
   EXPECT_EQ(two.getKey("/Title").getUTF8Value(), "2  Two");
   EXPECT_EQ(two.getKey("/First").getKey("/Title").getUTF8Value(), "2.1  Part");
   auto pages = file.getAllPages();
-  ASSERT_EQ(pages.size(), 5u);
-  EXPECT_EQ(two.getKey("/Dest").getArrayItem(0).getObjGen(), pages[4].getObjGen());
-  // Three lines of the contents, and the link of the text.
+  ASSERT_GT(pages.size(), 4u);
+  EXPECT_EQ(two.getKey("/Dest").getArrayItem(0).getObjGen(), pages.back().getObjGen());
+  // Text and page number of each of three lines, and the link of the text.
   auto contents = pages[1].getKey("/Annots");
-  ASSERT_EQ(contents.getArrayNItems(), 3);
-  EXPECT_EQ(contents.getArrayItem(1).getKey("/Dest").unparse(), two.getKey("/Dest").unparse());
+  ASSERT_EQ(contents.getArrayNItems(), 6);
+  EXPECT_EQ(contents.getArrayItem(2).getKey("/Dest").unparse(), two.getKey("/Dest").unparse());
   auto links = pages[2].getKey("/Annots");
   ASSERT_EQ(links.getArrayNItems(), 1);
   EXPECT_EQ(links.getArrayItem(0).getKey("/Dest").unparse(), two.getKey("/Dest").unparse());
@@ -90,7 +106,7 @@ class FootOfPageTest : public BookTest, public ::testing::WithParamInterface<int
   [[nodiscard]] std::vector<QStringList> PagesWith(const QString& text) const {
     const QString above = QStringLiteral("# T\n\n## One\n\n") +
                           QStringLiteral("- entry\n").repeated(GetParam()) + u'\n';
-    return LinesOfPages(Read(above + text), Images());
+    return LinesOfPages(above + text);
   }
 
   /// The place of the line that holds the words: its page, and its number there.
@@ -140,16 +156,19 @@ TEST_P(FootOfPageTest, SmallTableStandsOnOnePageBelowWhatAnnouncesIt) {
   EXPECT_EQ(PlaceOf(pages, QStringLiteral("last")).first, announced.first);
 }
 
-TEST_F(BookTest, ChapterBeginsAPageUnlessHalfOfOneIsFree) {
-  const auto pages_behind = [this](int lines) {
-    const QString entries = QStringLiteral("- entry\n").repeated(lines);
-    return LinesOfPages(Read(QStringLiteral("# T\n\n## One\n\n%1\n## Two\n\nText.\n").arg(entries)),
-                        Images());
-  };
-  EXPECT_EQ(pages_behind(12).size(), 1u);
-  const auto pages = pages_behind(35);
+TEST_F(BookTest, EachChapterBeginsAPage) {
+  const auto pages = LinesOfPages(QStringLiteral("# T\n\n## One\n\nText.\n\n## Two\n\nText.\n"));
   ASSERT_EQ(pages.size(), 2u);
   EXPECT_EQ(pages[1], QStringList({QStringLiteral("2  Two"), QStringLiteral("Text.")}));
+}
+
+TEST_F(BookTest, EntriesStandBesideTheirMarks) {
+  const auto pages =
+      LinesOfPages(QStringLiteral("# T\n\n## One\n\n1. first\n2. second\n\n- entry\n"));
+  ASSERT_EQ(pages.size(), 1u);
+  EXPECT_EQ(pages[0].mid(1),
+            QStringList({QStringLiteral("first"), QStringLiteral("1."), QStringLiteral("second"),
+                         QStringLiteral("2."), QStringLiteral("entry"), QStringLiteral("•")}));
 }
 
 TEST_F(BookTest, PictureLargerThanAPageFitsOne) {
@@ -193,4 +212,4 @@ TEST(InstalledManual, IsAWholePdfOfManyPages) {
 #endif
 
 }  // namespace
-}  // namespace kestrix::paper::book
+}  // namespace kestrix::help
