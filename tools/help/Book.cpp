@@ -128,7 +128,7 @@ class Book {
     for (const std::vector<Line>& row : block.rows) {
       for (std::size_t column = 0; column < table.widths.size(); ++column) {
         const auto length = static_cast<double>(PlainText(row[column]).size());
-        table.widths[column] = std::max(table.widths[column], std::clamp(length, 8.0, 60.0));
+        table.widths[column] = std::max(table.widths[column], std::clamp(length, 11.0, 60.0));
       }
     }
     for (auto row = block.rows.begin() + 1; row != block.rows.end(); ++row) {
