@@ -44,6 +44,10 @@ TEST_F(LookupListTest, KnowingIsExactInCaseAndWalksToTheEnd) {
   EXPECT_TRUE(rows->Eof());
   EXPECT_FALSE(lookup::Knows(*rows, QStringLiteral("DESIGN")));
   EXPECT_FALSE(lookup::Knows(*Rows(sources::kActionBy), QString()));
+  // A pair is known by both fields.
+  const auto types = Rows(Select("HazardType"));
+  for (const QString& parent : {QStringLiteral("Noise hazards"), QStringLiteral("Mechanical")})
+    EXPECT_EQ(lookup::Knows(*types, QStringLiteral("Noise"), &parent), parent != "Mechanical");
 }
 
 TEST_F(LookupListTest, DeletingAllIsOneTransaction) {
