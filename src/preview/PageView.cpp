@@ -7,6 +7,8 @@
 #include <QTextLayout>
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <utility>
 
 #include "paper/Pdf.h"
 
@@ -56,6 +58,7 @@ void PageView::SetLayout(std::shared_ptr<const paper::Layout> layout) {
   painted_.clear();
   found_.reset();
   found_place_.reset();
+  link_.reset();
   told_page_ = -1;
   Arrange();
   if (fits_width_) FitWidth();
@@ -140,10 +143,52 @@ bool PageView::Find(const QString& text, bool backwards) {
     found_place_ =
         from_here == places.end() ? 0 : static_cast<std::size_t>(from_here - places.begin());
   }
-  found_ = places[*found_place_];
-  GoTo(found_->page, std::max(0.0, found_->area.top() - viewport()->height() / 3.0 / Scale()));
-  viewport()->update();
+  link_.reset();
+  Show(places[*found_place_]);
   return true;
+}
+
+void PageView::Show(const Found& place) {
+  found_ = place;
+  const QRectF page = RectOf(place.page);
+  const QRectF area(page.topLeft() + place.area.topLeft() * Scale(), place.area.size() * Scale());
+  if (!QRectF(Offset(), QSizeF(viewport()->size())).contains(area)) {
+    GoTo(place.page, std::max(0.0, place.area.top() - viewport()->height() / 3.0 / Scale()));
+  }
+  viewport()->update();
+}
+
+void PageView::MarkLink(bool backwards) {
+  const auto links = [this](int page) {
+    return static_cast<int>(layout_->PageAt(page).links.size());
+  };
+  const int step = backwards ? -1 : 1;
+  const int pages = PageCount();
+  if (pages == 0) return;
+  int page = CurrentPage();
+  int link = backwards ? links(page) - 1 : 0;
+  if (link_ && std::abs(link_->first - page) <= 1) {
+    page = link_->first;
+    link = link_->second + step;
+  }
+  for (int tried = 0; tried <= pages; ++tried) {
+    if (link >= 0 && link < links(page)) {
+      const paper::PlacedLink& on = layout_->PageAt(page).links[static_cast<std::size_t>(link)];
+      link_ = {page, link};
+      Show({page, on.area});
+      const paper::Entry* target = layout_->Find(on.anchor);
+      return Q_EMIT LinkMarked(target == nullptr ? QString() : target->text);
+    }
+    page = (page + step + pages) % pages;
+    link = backwards ? links(page) - 1 : 0;
+  }
+}
+
+bool PageView::FollowLink() {
+  if (!link_) return false;
+  const auto [page, link] = *std::exchange(link_, std::nullopt);
+  found_.reset();
+  return GoToAnchor(layout_->PageAt(page).links[static_cast<std::size_t>(link)].anchor);
 }
 
 QString PageView::TextOf(int page) const {
@@ -303,13 +348,22 @@ void PageView::mouseReleaseEvent(QMouseEvent* event) {
 
 void PageView::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
+    case Qt::Key_Down:
+    case Qt::Key_Up:
+      if ((event->modifiers() & Qt::ControlModifier) == 0) break;
+      return MarkLink(event->key() == Qt::Key_Up);
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (FollowLink()) return;
+      break;
     case Qt::Key_Home:
       return GoTo(0);
     case Qt::Key_End:
       return GoTo(PageCount() - 1);
     default:
-      QAbstractScrollArea::keyPressEvent(event);
+      break;
   }
+  QAbstractScrollArea::keyPressEvent(event);
 }
 
 void PageView::wheelEvent(QWheelEvent* event) {

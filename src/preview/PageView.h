@@ -40,12 +40,20 @@ class PageView : public QAbstractScrollArea {
   /// behind the end, and marks it. False where the text stands nowhere.
   bool Find(const QString& text, bool backwards = false);
 
+  /// Marks the next link after the one that is marked, or the one before it; from the page in hand
+  /// where none is seen.
+  void MarkLink(bool backwards = false);
+  /// Goes where the marked link leads to; false where none is marked.
+  bool FollowLink();
+
   /// The words of a page in their order.
   [[nodiscard]] QString TextOf(int page) const;
 
  Q_SIGNALS:
   void CurrentPageChanged(int page);
   void ZoomChanged(double zoom);
+  /// `heading` is what the link leads to.
+  void LinkMarked(const QString& heading);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -66,6 +74,8 @@ class PageView : public QAbstractScrollArea {
   [[nodiscard]] QRectF RectOf(int page) const;  ///< in the view's content
   [[nodiscard]] QPointF Offset() const;
   [[nodiscard]] const paper::PlacedLink* LinkAt(QPointF position) const;
+  /// Marks a place and scrolls where it isn't seen.
+  void Show(const Found& place);
   void ApplyZoom(double zoom);
   void Arrange();
   void ScrollTo(double top);
@@ -84,6 +94,8 @@ class PageView : public QAbstractScrollArea {
   QString found_text_;
   std::optional<std::size_t> found_place_;
   std::optional<Found> found_;
+  /// The marked link: its page, and its place there.
+  std::optional<std::pair<int, int>> link_;
 };
 
 /// One page as a picture of this width.

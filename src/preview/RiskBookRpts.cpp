@@ -157,6 +157,9 @@ void RiskBookRpts::ConnectControls() {
   });
   connect(ui_->ReportPreview, &PageView::CurrentPageChanged, this, &RiskBookRpts::ShowPage);
   connect(ui_->ReportPreview, &PageView::ZoomChanged, this, &RiskBookRpts::ShowZoom);
+  connect(ui_->ReportPreview, &PageView::LinkMarked, this, [this](const QString& heading) {
+    ui_->ReportMessage->setText(QStringLiteral("Enter goes to \"%1\".").arg(heading));
+  });
   connect(ui_->ReportThumbnails, &QListView::clicked, this,
           [this](const QModelIndex& index) { ui_->ReportPreview->GoTo(index.row()); });
   connect(ui_->ReportThumbnails, &QListView::activated, this,

@@ -183,6 +183,26 @@ TEST_F(PreviewTest, ChangesCantBeToldAndNothingCanBeExported) {
   EXPECT_EQ(Pages().PageCount(), 0);
 }
 
+TEST_F(PreviewTest, KeysGoFromLinkToLinkAndFollowThem) {
+  OpenWhole();
+  PageView& pages = Pages();
+  pages.GoTo(1);
+  ASSERT_TRUE(pages.TextOf(1).contains(QStringLiteral("Contents")));
+  pages.setFocus();
+  QTest::keyClick(&pages, Qt::Key_Return);
+  EXPECT_EQ(pages.CurrentPage(), 1) << "no link is marked yet";
+  QTest::keyClick(&pages, Qt::Key_Down, Qt::ControlModifier);
+  EXPECT_EQ(Message(), QStringLiteral("Enter goes to \"Summary\"."));
+  // The text and the number of its page, then the next line.
+  QTest::keyClick(&pages, Qt::Key_Down, Qt::ControlModifier);
+  QTest::keyClick(&pages, Qt::Key_Down, Qt::ControlModifier);
+  EXPECT_EQ(Message(), QStringLiteral("Enter goes to \"What the checks found\"."));
+  QTest::keyClick(&pages, Qt::Key_Up, Qt::ControlModifier);
+  EXPECT_EQ(Message(), QStringLiteral("Enter goes to \"Summary\"."));
+  QTest::keyClick(&pages, Qt::Key_Return);
+  EXPECT_TRUE(pages.TextOf(pages.CurrentPage()).contains(QStringLiteral("Tasks by band")));
+}
+
 TEST_F(PreviewTest, FindGoesFromPlaceToPlace) {
   OpenWhole();
   auto& find = Find<QLineEdit>("ReportFind");
