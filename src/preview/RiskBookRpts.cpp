@@ -5,6 +5,7 @@
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPromise>
+#include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QtConcurrentRun>
@@ -83,10 +84,13 @@ RiskBookRpts::RiskBookRpts(Platform& platform, PagePrinter& printer, Installatio
   ui_->ReportThumbnails->setFlow(QListView::TopToBottom);
   ui_->ReportThumbnails->setWrapping(false);
   ui_->ReportThumbnails->setMovement(QListView::Static);
-  ui_->ReportThumbnails->setUniformItemSizes(false);
+  ui_->ReportThumbnails->setUniformItemSizes(true);
+  ui_->ReportThumbnails->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   ui_->ReportThumbnails->setIconSize(QSize(130, 130));
   ui_->Parts->setStretchFactor(2, 1);
-  ui_->Parts->setSizes({270, 150, 760});
+  ui_->Parts->setSizes({270, 170, 740});
+  constexpr double kOfTheScreen = 0.95;  // the frame and the desktop's bars need the rest
+  resize(size().boundedTo(screen()->availableSize() * kOfTheScreen));
   for (QTimer* timer : {&make_soon_, &read_again_, &print_next_}) timer->setSingleShot(true);
   FillChoices();
   ConnectControls();

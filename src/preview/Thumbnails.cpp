@@ -1,5 +1,6 @@
 #include "preview/Thumbnails.h"
 
+#include <QPainter>
 #include <algorithm>
 
 #include "preview/PageView.h"
@@ -8,7 +9,19 @@ namespace kestrix::preview {
 namespace {
 
 constexpr double kWidth = 90;
+constexpr int kSquare = 130;
 constexpr int kKept = 500;
+
+/// In the middle of a square, so that upright and turned pages take one room.
+QPixmap Squared(const QPixmap& page) {
+  const QSizeF size = page.deviceIndependentSize();
+  QPixmap square(QSize(kSquare, kSquare) * page.devicePixelRatio());
+  square.setDevicePixelRatio(page.devicePixelRatio());
+  square.fill(Qt::transparent);
+  QPainter(&square).drawPixmap(QPointF((kSquare - size.width()) / 2, (kSquare - size.height()) / 2),
+                               page);
+  return square;
+}
 
 }  // namespace
 
@@ -45,14 +58,14 @@ QVariant Thumbnails::data(const QModelIndex& index, int role) const {
   paint_next_.start();
   QPixmap blank((layout_->SizeOf(layout_->PageAt(page)) * Scale()).toSize());
   blank.fill(Qt::white);
-  return blank;
+  return Squared(blank);
 }
 
 void Thumbnails::PaintNext() {
   if (wanted_.empty() || !layout_) return;
   const int page = wanted_.back();
   wanted_.pop_back();
-  painted_.insert(page, new QPixmap(PictureOf(*layout_, page, Scale(), 2)));
+  painted_.insert(page, new QPixmap(Squared(PictureOf(*layout_, page, Scale(), 2))));
   const QModelIndex changed = index(page);
   Q_EMIT dataChanged(changed, changed, {Qt::DecorationRole});
   if (!wanted_.empty()) paint_next_.start();
