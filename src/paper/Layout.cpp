@@ -64,26 +64,33 @@ struct Painted {
     painter.restore();
   }
   void operator()(const PlacedPicture& item) const {
-    QByteArray bytes = item.picture->read();
-    QBuffer buffer(&bytes);
-    QImageReader reader(&buffer);
-    reader.setAutoTransform(true);
-    const QSize sharp = (item.area.size() * kPictureDots / dots).toSize();
-    const bool turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
-    const QSize stored = turned ? item.picture->pixels.transposed() : item.picture->pixels;
-    if (sharp.width() < item.picture->pixels.width()) {
-      reader.setScaledSize(stored.scaled(turned ? sharp.transposed() : sharp, Qt::KeepAspectRatio));
-    }
-    const QImage image = reader.read();
+    QString why;
+    const QImage image =
+        ImageOf(*item.picture, (item.area.size() * kPictureDots / dots).toSize(), why);
     if (!image.isNull()) return painter.drawImage(item.area, image);
     painter.setFont(FontOf(kSmallPoints, dots));
     painter.drawText(item.area, Qt::AlignCenter | Qt::TextWordWrap,
-                     item.picture->name + QChar::LineSeparator + reader.errorString());
+                     item.picture->name + QChar::LineSeparator + why);
     operator()(Stroke{item.area, kLine});
   }
 };
 
 }  // namespace
+
+QImage ImageOf(const Picture& picture, QSize most, QString& why) {
+  QByteArray bytes = picture.read();
+  QBuffer buffer(&bytes);
+  QImageReader reader(&buffer);
+  reader.setAutoTransform(true);
+  const bool turned = reader.transformation() & QImageIOHandler::TransformationRotate90;
+  const QSize stored = turned ? picture.pixels.transposed() : picture.pixels;
+  if (most.width() < picture.pixels.width() || most.height() < picture.pixels.height()) {
+    reader.setScaledSize(stored.scaled(turned ? most.transposed() : most, Qt::KeepAspectRatio));
+  }
+  const QImage image = reader.read();
+  if (image.isNull()) why = reader.errorString();
+  return image;
+}
 
 Layout::Layout(const Document& document, const QPageSize& size, int dots)
     : document_(document), paper_(size.sizePixels(dots)), dots_(dots) {

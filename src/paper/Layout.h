@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QHash>
+#include <QImage>
 #include <QPageLayout>
 #include <QPointF>
 #include <QRectF>
@@ -66,6 +67,10 @@ struct Entry {
   double y = 0;  ///< of its top
   bool in_contents = true;
 };
+
+/// A picture's file unpacked to at most `most` dots, in its own proportions: a photograph is never
+/// unpacked whole. Null where it can't be; `why` says so then.
+[[nodiscard]] QImage ImageOf(const Picture& picture, QSize most, QString& why);
 
 /// A document's pages: cover, contents, body. It keeps the document's pictures and drawings by
 /// reference, so the document must outlive it.

@@ -2,11 +2,12 @@
 
 #include <QBuffer>
 #include <QImage>
-#include <QImageReader>
 #include <QPainter>
 #include <algorithm>
 #include <map>
 #include <tuple>
+
+#include "paper/Layout.h"
 
 namespace kestrix::reports {
 namespace {
@@ -74,11 +75,13 @@ class Html {
     }
   }
   void operator()(const Picture& picture) {
-    const QByteArray bytes =
-        picture.pixels.isEmpty() || !picture.read ? QByteArray() : picture.read();
-    const QImage image = Fitted(bytes, picture);
+    QString why = picture.missing;
+    QImage image;
+    if (!picture.pixels.isEmpty() && picture.read) {
+      image = ImageOf(picture, (picture.most * kDotsOfAMm).toSize(), why);
+    }
     if (image.isNull()) {
-      return Say(QStringLiteral("<p class=\"missing\">%1</p>\n").arg(Escaped(picture.missing)));
+      return Say(QStringLiteral("<p class=\"missing\">%1</p>\n").arg(Escaped(why)));
     }
     // A photograph stays one: it would be many times as large as PNG.
     Image(picture.is_photograph ? Url(image, "JPEG") : Url(image, "PNG"),
@@ -184,19 +187,6 @@ class Html {
     Say(QStringLiteral("<p><img src=\"%1\" width=\"%2\" height=\"%3\" alt=\"%4\"></p>\n")
             .arg(url, QString::number(shown.width()), QString::number(shown.height()),
                  Escaped(told)));
-  }
-
-  static QImage Fitted(QByteArray bytes, const Picture& picture) {
-    if (bytes.isEmpty()) return {};
-    QBuffer buffer(&bytes);
-    QImageReader reader(&buffer);
-    reader.setAutoTransform(true);
-    const QImage image = reader.read();
-    const QSize most = (picture.most * kDotsOfAMm).toSize();
-    if (image.isNull() || (image.width() <= most.width() && image.height() <= most.height())) {
-      return image;
-    }
-    return image.scaled(most, Qt::KeepAspectRatio, Qt::SmoothTransformation);
   }
 
   QByteArray html_;

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <QTextLayout>
+#include <QBuffer>
+#include <QImage>
 
 #include "paper/Pdf.h"
 
@@ -94,6 +95,20 @@ TEST(LayoutTest, EveryCharacterOfAForeignScriptIsLaidOut) {
   const Document document = With({{Paragraph{Plain(text)}}});
   const Layout layout(document, kA4, kPdfDots);
   EXPECT_EQ(LinesOf(layout, 2), QStringList(text));
+}
+
+TEST(LayoutTest, APhotographOf100MegapixelsIsUnpackedAsSmallAsItStands) {
+  QImage photograph(10000, 10000, QImage::Format_Grayscale8);
+  photograph.fill(Qt::gray);
+  QBuffer file;
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  ASSERT_TRUE(photograph.save(&file, "JPEG"));
+  QString why;
+  const Picture picture{photograph.size(), [&] { return file.data(); }, {10, 10}, {}, {}, true};
+  EXPECT_EQ(ImageOf(picture, QSize(500, 300), why).size(), QSize(300, 300));
+  const Picture broken{photograph.size(), [&] { return file.data().left(60); }, {}, {}, {}, true};
+  EXPECT_TRUE(ImageOf(broken, QSize(500, 300), why).isNull());
+  EXPECT_FALSE(why.isEmpty());
 }
 
 TEST(LayoutTest, ABreakAtTheEndMakesNoEmptyPage) {
