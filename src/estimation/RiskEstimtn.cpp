@@ -1,9 +1,5 @@
 #include "estimation/RiskEstimtn.h"
 
-#include "estimation/RiskEstimtnPictures.h"
-
-#include "formkit/ClickLabel.h"
-#include "formkit/Controls.h"
 #include "platform/FileSystem.h"
 #include "shell/CommonDialog.h"
 #include "store/Recordset.h"
@@ -45,9 +41,6 @@ void RiskEstimtn::Load() {
 }
 
 void RiskEstimtn::QueryUnload() {
-  for (const Parameter parameter : model::kParameters) {
-    Store(Fields().LevelOf(parameter), model::UnsetWordOf(parameter).toString());
-  }
   for (const Parameter parameter : model::kParameters) {
     const QString text = LevelText(parameter);
     const bool chosen = !model::IsUnsetLevel(text);

@@ -6,6 +6,7 @@
 
 #include "estimation/RiskGraphState.h"
 #include "estimation/model/RiskModel.h"
+#include "formkit/PictureView.h"
 #include "shell/SessionForm.h"
 
 class QCheckBox;
@@ -15,7 +16,6 @@ class QLabel;
 
 namespace kestrix {
 
-class PictureView;
 namespace Ui {
 class RiskEstimtn;
 }
@@ -35,7 +35,7 @@ class RiskEstimtn : public SessionForm {
   ~RiskEstimtn() override;
 
  Q_SIGNALS:
-  /// "Done": this form was unloaded; the evaluation form is to be shown modally.
+  /// This form was unloaded by its button.
   void Done();
 
  protected:
@@ -59,10 +59,6 @@ class RiskEstimtn : public SessionForm {
   void ExposureCbo_Click();
   void occurrenceCbo_Click();
   void avoidanceCbo_Click();
-  void SevertyCbo_GotFocus();
-  void ExposureCbo_GotFocus();
-  void occurrenceCbo_GotFocus();
-  void avoidanceCbo_GotFocus();
   void TakeParameter(Parameter parameter);
   void Offer(Parameter parameter, std::span<const QStringView> items);
   void CloseFrom(Parameter first);
@@ -94,14 +90,17 @@ class RiskEstimtn : public SessionForm {
   void ReplayStage(Replay when);
   void ResetChain();
   void SwitchStage();
-  void RskBfrAftrChk_Click();
   void RsltDsplRiskLbl_Click();
   void clsfrm_Click();
   void ShowToolTips();
-  void SetToolTips(const QString& tip);
 
   // The pictures.
-  struct PictureSlot;
+  struct PictureSlot {
+    PictureView view;
+    QStringView field;         ///< that names it
+    bool by_title;             ///< the file dialog's title tells that one was chosen, else its name
+    bool chosen_anew = false;  ///< a person has been at it since the form came up
+  };
   void LoadPictures();
   void LoadStoredPicture(PictureSlot& slot, const std::function<void()>& then);
   void GoOnLoading(bool failed, const std::function<void()>& then);
@@ -112,10 +111,6 @@ class RiskEstimtn : public SessionForm {
   void PictureFailed(PictureSlot& slot, const QString& title);
   [[nodiscard]] bool IsPictureOfATask(const QString& title) const;
   void ClearPicture(PictureSlot& slot);
-  void ImgSltdDwgBfr_Click();
-  void ImgSltdDwgAfter_Click();
-  void ImgBfore_DblClick();
-  void ImgAfter_DblClick();
   [[nodiscard]] QString PicturePath(const QString& name) const;
 
   [[nodiscard]] Recordset& Task() const;

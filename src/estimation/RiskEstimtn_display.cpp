@@ -33,7 +33,6 @@ void RiskEstimtn::RefreshRiskDisplay() {
   ui_->RiskIdxARsltDsp->setText(QString::number(s.RiskIndexAfter));
 
   if (s.RiskIndexBefore == 0) ShowIndexBand(0, ui_->RiskShape1, ui_->RiskShape1, ui_->RskTxtLbl);
-  if (s.RiskIndexAfter == 0) ShowIndexBand(0, ui_->RiskShape2, ui_->RiskShape2, ui_->RskTxtLbl2);
   ui_->HasRiskRdsLbl->setText(model::Verdict(s.RiskIndexBefore, s.RiskIndexAfter).toString());
 
   // A before index of 0 paints the after shape here; the after band repaints it right behind.

@@ -12,15 +12,11 @@ using model::Parameter;
 constexpr std::array kBehindSeverity{Parameter::kExposure, Parameter::kOccurrence,
                                      Parameter::kAvoidance};
 
-struct Caption {
-  Parameter parameter;
-  const char16_t* text;
-};
-constexpr std::array kStatementCaptions{
-    Caption{Parameter::kSeverity, u"Hazard description : Severity"},
-    Caption{Parameter::kExposure, u"Hazard description : Frequency of exposure"},
-    Caption{Parameter::kOccurrence, u"Hazard description : Probability of occurrence hazard event"},
-    Caption{Parameter::kAvoidance, u"Hazard description : Possibility of avoidance"}};
+/// In the order of `Parameter`.
+constexpr std::array<QStringView, 4> kStatementCaptions{
+    u"Hazard description : Severity", u"Hazard description : Frequency of exposure",
+    u"Hazard description : Probability of occurrence hazard event",
+    u"Hazard description : Possibility of avoidance"};
 
 }  // namespace
 
@@ -29,19 +25,14 @@ void RiskEstimtn::ConnectLevels() {
   On(ui_->ExposureCbo, &QComboBox::activated, &RiskEstimtn::ExposureCbo_Click);
   On(ui_->occurrenceCbo, &QComboBox::activated, &RiskEstimtn::occurrenceCbo_Click);
   On(ui_->avoidanceCbo, &QComboBox::activated, &RiskEstimtn::avoidanceCbo_Click);
-  OnGotFocus(ui_->SevertyCbo, &RiskEstimtn::SevertyCbo_GotFocus);
-  OnGotFocus(ui_->ExposureCbo, &RiskEstimtn::ExposureCbo_GotFocus);
-  OnGotFocus(ui_->occurrenceCbo, &RiskEstimtn::occurrenceCbo_GotFocus);
-  OnGotFocus(ui_->avoidanceCbo, &RiskEstimtn::avoidanceCbo_GotFocus);
-  for (const Parameter parameter : model::kParameters) new PickOnlyCombo(BoxOf(parameter));
+  for (const Parameter parameter : model::kParameters) {
+    OnGotFocus(BoxOf(parameter), [this, parameter] { TakeParameter(parameter); });
+    new PickOnlyCombo(BoxOf(parameter));
+  }
 }
 
 void RiskEstimtn::SevertyCbo_Click() {
-  graph_.ResetSeverityLines();
-  graph_.ResetExposureLines();
-  graph_.ResetOccurrenceLines();
-  graph_.ResetAvoidanceLines();
-  graph_.ResetIndexLabels();
+  graph_.PutOutFrom(Parameter::kSeverity);
   CloseFrom(Parameter::kExposure);
 
   const QString text = LevelText(Parameter::kSeverity);
@@ -81,10 +72,7 @@ void RiskEstimtn::EndPath(int index, QStringView index_label) {
 }
 
 void RiskEstimtn::ExposureCbo_Click() {
-  graph_.ResetExposureLines();
-  graph_.ResetOccurrenceLines();
-  graph_.ResetAvoidanceLines();
-  graph_.ResetIndexLabels();
+  graph_.PutOutFrom(Parameter::kExposure);
   const QString text = LevelText(Parameter::kExposure);
   if (const model::ExposureRule* rule =
           model::ExposureRuleFor(text, LevelText(Parameter::kSeverity))) {
@@ -97,9 +85,7 @@ void RiskEstimtn::ExposureCbo_Click() {
 }
 
 void RiskEstimtn::occurrenceCbo_Click() {
-  graph_.ResetOccurrenceLines();
-  graph_.ResetAvoidanceLines();
-  graph_.ResetIndexLabels();
+  graph_.PutOutFrom(Parameter::kOccurrence);
   const QString text = LevelText(Parameter::kOccurrence);
   if (const model::OccurrenceRule* rule =
           model::OccurrenceRuleFor(text, LevelText(Parameter::kExposure))) {
@@ -116,8 +102,7 @@ void RiskEstimtn::occurrenceCbo_Click() {
 }
 
 void RiskEstimtn::avoidanceCbo_Click() {
-  graph_.ResetAvoidanceLines();
-  graph_.ResetIndexLabels();
+  graph_.PutOutFrom(Parameter::kAvoidance);
   const QString text = LevelText(Parameter::kAvoidance);
   if (const model::AvoidanceRule* rule = model::AvoidanceRuleFor(
           text, LevelText(Parameter::kOccurrence), LevelText(Parameter::kExposure))) {
@@ -128,25 +113,11 @@ void RiskEstimtn::avoidanceCbo_Click() {
   RefreshRiskDisplay();
 }
 
-void RiskEstimtn::SevertyCbo_GotFocus() {
-  TakeParameter(Parameter::kSeverity);
-}
-void RiskEstimtn::ExposureCbo_GotFocus() {
-  TakeParameter(Parameter::kExposure);
-}
-void RiskEstimtn::occurrenceCbo_GotFocus() {
-  TakeParameter(Parameter::kOccurrence);
-}
-void RiskEstimtn::avoidanceCbo_GotFocus() {
-  TakeParameter(Parameter::kAvoidance);
-}
-
 void RiskEstimtn::TakeParameter(Parameter parameter) {
   session().ActiveParameterBox = BoxOf(parameter)->objectName();
   MarkActiveParameter();
   LoadStatements(parameter);
-  ui_->HzrdDscptnLbl->setText(
-      QString::fromUtf16(kStatementCaptions[model::IndexOf(parameter)].text));
+  ui_->HzrdDscptnLbl->setText(kStatementCaptions[model::IndexOf(parameter)].toString());
 }
 
 /// Opens a box with these items and no text.

@@ -1,4 +1,4 @@
-#include "estimation/RiskEstimtnPictures.h"
+#include "estimation/RiskEstimtn.h"
 #include "formkit/ClickLabel.h"
 #include "platform/FileSystem.h"
 #include "shell/CommonDialog.h"
@@ -15,14 +15,16 @@ const QString kNoPicture = QStringLiteral("NoPicSlted.jpg");
 }  // namespace
 
 void RiskEstimtn::ConnectPictures() {
-  before_ = std::make_unique<PictureSlot>(ui_->ImgBfore, model::FieldsOf(Stage::kBefore).picture,
-                                          PictureSlot::ChosenBy::kTitle);
-  after_ = std::make_unique<PictureSlot>(ui_->ImgAfter, model::FieldsOf(Stage::kAfter).picture,
-                                         PictureSlot::ChosenBy::kName);
-  On(ui_->ImgSltdDwgBfr, &QPushButton::clicked, &RiskEstimtn::ImgSltdDwgBfr_Click);
-  On(ui_->ImgSltdDwgAfter, &QPushButton::clicked, &RiskEstimtn::ImgSltdDwgAfter_Click);
-  On(ui_->ImgBfore, &ClickLabel::DblClick, &RiskEstimtn::ImgBfore_DblClick);
-  On(ui_->ImgAfter, &ClickLabel::DblClick, &RiskEstimtn::ImgAfter_DblClick);
+  before_.reset(new PictureSlot{.view = PictureView(ui_->ImgBfore),
+                                .field = model::FieldsOf(Stage::kBefore).picture,
+                                .by_title = true});
+  after_.reset(new PictureSlot{.view = PictureView(ui_->ImgAfter),
+                               .field = model::FieldsOf(Stage::kAfter).picture,
+                               .by_title = false});
+  On(ui_->ImgSltdDwgBfr, &QPushButton::clicked, [this] { SelectPicture(*before_); });
+  On(ui_->ImgSltdDwgAfter, &QPushButton::clicked, [this] { SelectPicture(*after_); });
+  On(ui_->ImgBfore, &ClickLabel::DblClick, [this] { ClearPicture(*before_); });
+  On(ui_->ImgAfter, &ClickLabel::DblClick, [this] { ClearPicture(*after_); });
 }
 
 /// The name is appended as it stands: a field that holds a whole path names no file here.
@@ -81,9 +83,7 @@ void RiskEstimtn::SelectPicture(PictureSlot& slot) {
     AskForPicture();
     const QString title = dialog().FileTitle();
     if (!dialog().FileName.isEmpty() && !IsCopied(dialog().FileName, title)) return;
-    const bool chosen = slot.chosen_by == PictureSlot::ChosenBy::kTitle
-                            ? !title.isEmpty()
-                            : !dialog().FileName.isEmpty();
+    const bool chosen = !(slot.by_title ? title : dialog().FileName).isEmpty();
     if (chosen) Store(slot.field, title);
     const auto then = [this, &slot, title](PictureView::Outcome outcome) {
       if (outcome != PictureView::Outcome::kFailed) return;
@@ -117,7 +117,7 @@ bool RiskEstimtn::IsCopied(const QString& source, const QString& title) {
     if (files().IsSameFile(source, PicturePath(title))) throw;
   }
   if (!copied) {
-    Tell(Icon::kInformation, QStringLiteral("BELTROVAN"),
+    Tell(Icon::kInformation, title::kProgram,
          QStringLiteral("Failed to copy picture file. Seek Administrator approval for writing. "
                         "Unable to continue."));
   }
@@ -150,19 +150,6 @@ void RiskEstimtn::ClearPicture(PictureSlot& slot) {
   slot.chosen_anew = true;
   Store(slot.field, installation().NoPicture());
   slot.view.Load(installation().NoPicture());
-}
-
-void RiskEstimtn::ImgSltdDwgBfr_Click() {
-  SelectPicture(*before_);
-}
-void RiskEstimtn::ImgSltdDwgAfter_Click() {
-  SelectPicture(*after_);
-}
-void RiskEstimtn::ImgBfore_DblClick() {
-  ClearPicture(*before_);
-}
-void RiskEstimtn::ImgAfter_DblClick() {
-  ClearPicture(*after_);
 }
 
 }  // namespace kestrix

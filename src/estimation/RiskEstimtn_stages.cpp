@@ -32,7 +32,7 @@ const StageLook& LookOf(Stage stage) {
 }  // namespace
 
 void RiskEstimtn::ConnectStages() {
-  On(ui_->RskBfrAftrChk, &QPushButton::toggled, &RiskEstimtn::RskBfrAftrChk_Click);
+  On(ui_->RskBfrAftrChk, &QPushButton::toggled, &RiskEstimtn::SwitchStage);
   On(ui_->RsltDsplRiskLbl, &ClickLabel::Click, &RiskEstimtn::RsltDsplRiskLbl_Click);
   On(ui_->clsfrm, &QPushButton::clicked, &RiskEstimtn::clsfrm_Click);
   const StageLook& look = LookOf(Stage::kBefore);
@@ -69,17 +69,9 @@ void RiskEstimtn::ReplayStage(Replay when) {
 }
 
 void RiskEstimtn::ResetChain() {
-  graph_.ResetSeverityLines();
-  graph_.ResetExposureLines();
-  graph_.ResetOccurrenceLines();
-  graph_.ResetAvoidanceLines();
-  graph_.ResetIndexLabels();
+  graph_.PutOutFrom(Parameter::kSeverity);
   ShowLevel(Parameter::kSeverity, model::kSeverityReset.toString());
   CloseFrom(Parameter::kExposure);
-}
-
-void RiskEstimtn::RskBfrAftrChk_Click() {
-  SwitchStage();
 }
 
 void RiskEstimtn::SwitchStage() {
@@ -93,24 +85,18 @@ void RiskEstimtn::SwitchStage() {
   ReplayStage(Replay::kOnSwitch);
   ShowStatementLabels();
   RefreshRiskDisplay();
-  SevertyCbo_GotFocus();
+  TakeParameter(Parameter::kSeverity);
 }
 
 /// The caption is a second switch. The toggle's own change switches as well, so the stage is
 /// replayed twice, with the same outcome.
 void RiskEstimtn::RsltDsplRiskLbl_Click() {
-  const bool to_after = !ui_->RskBfrAftrChk->isChecked();
-  ui_->RskBfrAftrChk->setChecked(to_after);
-  SetToolTips(to_after ? QStringLiteral("Click to estimation risk after recommendations")
-                       : QStringLiteral("Click to estimation risk before recommendations"));
+  ui_->RskBfrAftrChk->toggle();
   SwitchStage();
 }
 
 void RiskEstimtn::ShowToolTips() {
-  SetToolTips(QString::fromUtf16(LookOf(StageInHand()).tip));
-}
-
-void RiskEstimtn::SetToolTips(const QString& tip) {
+  const QString tip = QString::fromUtf16(LookOf(StageInHand()).tip);
   ui_->RskBfrAftrChk->setToolTip(tip);
   ui_->RsltDsplRiskLbl->setToolTip(tip);
 }

@@ -15,8 +15,7 @@ using model::kLastStatementBox;
 
 void RiskEstimtn::ConnectStatements() {
   for (int number = kFirstStatementBox; number <= kLastStatementBox; ++number) {
-    connect(Chk(number), &QCheckBox::toggled, this,
-            [this, number] { Guarded([&] { Chk_Click(number); }); });
+    On(Chk(number), &QCheckBox::toggled, [this, number] { Chk_Click(number); });
     connect(new QShortcut(QKeySequence(Qt::ALT | static_cast<Qt::Key>(Qt::Key_0 + number)), this),
             &QShortcut::activated, this, [this, number] { TickByKey(number); });
   }
@@ -71,21 +70,13 @@ void RiskEstimtn::LoadStatements(Parameter parameter) {
 }
 
 void RiskEstimtn::ShowStatementLabels() {
-  struct Row {
-    Parameter parameter;
-    QLabel* statement;
-    QLabel* score;
-    const char16_t* prefix;
-  };
-  const std::array rows{
-      Row{Parameter::kSeverity, ui_->SerChkStd, ui_->SerScrStd, u"Severty :"},
-      Row{Parameter::kExposure, ui_->ExChkStdStd, ui_->ExScrStd, u"Exposure :"},
-      Row{Parameter::kOccurrence, ui_->OcrChkStd, ui_->OCrScrStd, u"Occurrence :"},
-      Row{Parameter::kAvoidance, ui_->AvrChkStd, ui_->AvrScrStd, u"Avoidance :"}};
-  for (const Row& row : rows) {
-    row.statement->setText(QString::fromUtf16(row.prefix) +
-                           Stored(Fields().StatementOf(row.parameter)));
-    row.score->setText(Stored(Fields().ScoreOf(row.parameter)));
+  constexpr std::array<QStringView, 4> kPrefixes{u"Severty :", u"Exposure :", u"Occurrence :",
+                                                 u"Avoidance :"};
+  for (const Parameter parameter : model::kParameters) {
+    const auto [statement, score] = ResultsOf(parameter);
+    statement->setText(kPrefixes[model::IndexOf(parameter)].toString() +
+                       Stored(Fields().StatementOf(parameter)));
+    score->setText(Stored(Fields().ScoreOf(parameter)));
   }
 }
 
@@ -127,7 +118,7 @@ void RiskEstimtn::PressOnResult(const QObject* pressed) {
 }
 
 void RiskEstimtn::RestartBtn_Click() {
-  session().MsgAnswer = Ask(Icon::kInformation, QStringLiteral("BELTROVAN"),
+  session().MsgAnswer = Ask(Icon::kInformation, title::kProgram,
                             QStringLiteral("Wish to clear all selections and restart."));
   if (session().MsgAnswer != Button::kYes) return;
   RestartStatements();

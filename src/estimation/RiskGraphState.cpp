@@ -11,32 +11,18 @@ QString RiskGraphState::markedCell() const {
   return marks_.cell == nullptr ? QString() : marks_.cell->name.toString();
 }
 
-QRect RiskGraphState::MarkerPlace() const {
-  return marker_cell_ == nullptr ? QRect() : MarkerPlaceOn(*marker_cell_);
+void RiskGraphState::PutOut(unsigned groups) {
+  if (marks_.PutOut(groups)) Q_EMIT LitLinesChanged();
 }
 
-void RiskGraphState::ResetSeverityLines() {
-  PutOut(kSeverityGroup);
-}
-
-void RiskGraphState::ResetExposureLines() {
-  PutOut(kExposureGroup);
-}
-
-void RiskGraphState::ResetOccurrenceLines() {
-  PutOut(kOccurrenceGroup);
-}
-
-void RiskGraphState::ResetAvoidanceLines() {
-  PutOut(kAvoidanceGroup);
-}
-
-void RiskGraphState::ResetIndexLabels() {
+void RiskGraphState::PutOutIndexLabels() {
   if (marks_.PutOutIndexLabels()) Q_EMIT LitIndexLabelsChanged();
 }
 
-void RiskGraphState::PutOut(LineGroup group) {
-  if (marks_.PutOut(group)) Q_EMIT LitLinesChanged();
+void RiskGraphState::PutOutFrom(model::Parameter first) {
+  // The groups lie in the order of the parameters, each a bit of its own.
+  PutOut(~0U << model::IndexOf(first));
+  PutOutIndexLabels();
 }
 
 void RiskGraphState::Light(std::span<const QStringView> lines) {
@@ -58,7 +44,7 @@ void RiskGraphState::SetStage(Stage stage) {
 void RiskGraphState::MarkCell(QStringView cell) {
   const CellPlace* place = CellNamed(cell);
   if (place == nullptr || marks_.cell == place) return;
-  marks_.cell = marker_cell_ = place;
+  marks_.cell = place;
   Q_EMIT MarkedCellChanged();
 }
 

@@ -20,14 +20,12 @@ class RiskGraphState : public QObject {
   [[nodiscard]] const RiskMarks& marks() const { return marks_; }
   /// The cell that shows the marker; empty while the marker is hidden.
   [[nodiscard]] QString markedCell() const;
-  /// Where the marker was last put, in twips. A hidden marker stays there; null before the first.
-  [[nodiscard]] QRect MarkerPlace() const;
 
-  void ResetSeverityLines();
-  void ResetExposureLines();
-  void ResetOccurrenceLines();
-  void ResetAvoidanceLines();
-  void ResetIndexLabels();
+  /// Puts out the lines of these groups (LineGroup values joined by "or"). Labels stay.
+  void PutOut(unsigned groups);
+  void PutOutIndexLabels();
+  /// Puts out the lines of this parameter and of all behind it, and the index labels.
+  void PutOutFrom(model::Parameter first);
 
   /// Lights these lines in the colour of the stage in hand; others stay as they are. A name that
   /// stands for no line that can be lit lights nothing.
@@ -51,10 +49,7 @@ class RiskGraphState : public QObject {
   void StageChanged();
 
  private:
-  void PutOut(risk_graph::LineGroup group);
-
   RiskMarks marks_;
-  const risk_graph::CellPlace* marker_cell_ = nullptr;  ///< where the marker was last put
 };
 
 }  // namespace kestrix

@@ -37,10 +37,10 @@ void RiskGraphView::Show(const RiskGraphState& state, Part part) {
                                            : QStringLiteral("Risk matrix"));
   }
   const auto repaint_later = [this] { update(); };
-  connect(&state, &RiskGraphState::LitLinesChanged, this, repaint_later);
-  connect(&state, &RiskGraphState::LitIndexLabelsChanged, this, repaint_later);
-  connect(&state, &RiskGraphState::MarkedCellChanged, this, repaint_later);
-  connect(&state, &RiskGraphState::StageChanged, this, repaint_later);
+  for (const auto changed :
+       {&RiskGraphState::LitLinesChanged, &RiskGraphState::StageChanged,
+        &RiskGraphState::LitIndexLabelsChanged, &RiskGraphState::MarkedCellChanged})
+    connect(&state, changed, this, repaint_later);
   connect(&state, &QObject::destroyed, this, repaint_later);
   connect(&state, &RiskGraphState::LitLinesChanged, this, &RiskGraphView::LitLinesChanged);
   connect(&state, &RiskGraphState::LitIndexLabelsChanged, this,

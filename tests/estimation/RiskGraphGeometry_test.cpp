@@ -117,9 +117,9 @@ TEST(RiskGraphGeometryTest, ExposureLeadsToItsOccurrence) {
 TEST(RiskGraphGeometryTest, OccurrenceLeadsToTheAvoidanceOrToTheEnd) {
   for (const model::OccurrenceRule& rule : model::kOccurrenceRules) {
     const QPoint end = Walk(AfterExposure(rule.exposure), rule.lines);
-    const int column = rule.OpensAvoidance() ? kAvoidanceColumn : kEndColumn;
+    const int column = !rule.index ? kAvoidanceColumn : kEndColumn;
     EXPECT_NEAR(end.x(), column, kTolerance) << rule.occurrence.toString().toStdString();
-    if (rule.OpensAvoidance()) continue;
+    if (!rule.index) continue;
     EXPECT_NEAR(end.y(), kIndexRows[static_cast<std::size_t>(*rule.index)], kTolerance);
   }
 }
@@ -134,7 +134,7 @@ TEST(RiskGraphGeometryTest, AvoidanceLeadsFromItsOccurrenceToTheRowOfItsIndex) {
     EXPECT_TRUE(EndsAtIndex(*line, rule.index));
     EXPECT_EQ(IndexLabelNamed(rule.index_label)->index, rule.index);
     const auto* occurrence = model::OccurrenceRuleFor(rule.occurrence, rule.exposure);
-    if (!occurrence->OpensAvoidance()) continue;
+    if (occurrence->index) continue;
     EXPECT_TRUE(Near(line->from, Walk(AfterExposure(rule.exposure), occurrence->lines)))
         << rule.line.toString().toStdString();
     ++joined;

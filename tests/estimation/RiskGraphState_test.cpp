@@ -28,7 +28,6 @@ TEST_F(RiskGraphStateTest, NothingIsLitAtFirst) {
   EXPECT_THAT(state_.marks().LitLines(), IsEmpty());
   EXPECT_THAT(state_.marks().LitIndexLabels(), IsEmpty());
   EXPECT_EQ(state_.markedCell(), QString());
-  EXPECT_TRUE(state_.MarkerPlace().isNull());
 }
 
 TEST_F(RiskGraphStateTest, LitLinesAreToldInTheOrderOfTheTable) {
@@ -38,16 +37,11 @@ TEST_F(RiskGraphStateTest, LitLinesAreToldInTheOrderOfTheTable) {
 }
 
 TEST_F(RiskGraphStateTest, EachStepPutsOutItsOwnLines) {
-  using Step = void (RiskGraphState::*)();
-  const std::vector<std::pair<Step, risk_graph::LineGroup>> steps{
-      {&RiskGraphState::ResetSeverityLines, risk_graph::kSeverityGroup},
-      {&RiskGraphState::ResetExposureLines, risk_graph::kExposureGroup},
-      {&RiskGraphState::ResetOccurrenceLines, risk_graph::kOccurrenceGroup},
-      {&RiskGraphState::ResetAvoidanceLines, risk_graph::kAvoidanceGroup}};
-  for (const auto& [step, group] : steps) {
+  for (const auto group : {risk_graph::kSeverityGroup, risk_graph::kExposureGroup,
+                           risk_graph::kOccurrenceGroup, risk_graph::kAvoidanceGroup}) {
     LightEverything();
     ASSERT_EQ(state_.marks().LitLines().size(), 32);
-    (state_.*step)();
+    state_.PutOut(group);
     for (const auto& line : risk_graph::kLines) {
       const bool expected = line.groups != 0 && !line.IsIn(group);
       EXPECT_EQ(state_.marks().LitStageOf(line.name).has_value(), expected)
@@ -59,10 +53,10 @@ TEST_F(RiskGraphStateTest, EachStepPutsOutItsOwnLines) {
 
 TEST_F(RiskGraphStateTest, SharedStretchGoesDarkWithEitherOfItsGroups) {
   state_.Light(u"NoneLn2");
-  state_.ResetSeverityLines();
+  state_.PutOut(risk_graph::kSeverityGroup);
   EXPECT_THAT(state_.marks().LitLines(), IsEmpty());
   state_.Light(u"NoneLn2");
-  state_.ResetOccurrenceLines();
+  state_.PutOut(risk_graph::kOccurrenceGroup);
   EXPECT_THAT(state_.marks().LitLines(), IsEmpty());
 }
 
@@ -96,18 +90,18 @@ TEST_F(RiskGraphStateTest, IndexLabelsGoWhiteTogether) {
   state_.LightIndexLabel(u"RILb2");
   EXPECT_THAT(state_.marks().LitIndexLabels(), ElementsAre("RILb2", "RILbl6"));
   EXPECT_TRUE(state_.marks().IsIndexLabelLit(u"RILb2"));
-  state_.ResetIndexLabels();
+  state_.PutOutIndexLabels();
   EXPECT_THAT(state_.marks().LitIndexLabels(), IsEmpty());
   EXPECT_FALSE(state_.marks().IsIndexLabelLit(u"RILb2"));
 }
 
-TEST_F(RiskGraphStateTest, MarkerMovesToItsCellAndStaysThereWhenHidden) {
+TEST_F(RiskGraphStateTest, MarkerMovesToItsCellAndComesBackThereWhenHidden) {
   state_.MarkCell(u"Rsk17");
   EXPECT_EQ(state_.markedCell(), "Rsk17");
-  EXPECT_EQ(state_.MarkerPlace(), QRect(9165 + 270, 3090 + 140, 375, 300));
+  EXPECT_EQ(risk_graph::MarkerPlaceOn(*state_.marks().cell),
+            QRect(9165 + 270, 3090 + 140, 375, 300));
   state_.HideMarker();
   EXPECT_EQ(state_.markedCell(), QString());
-  EXPECT_EQ(state_.MarkerPlace(), QRect(9165 + 270, 3090 + 140, 375, 300));
   state_.MarkCell(u"Rsk17");
   EXPECT_EQ(state_.markedCell(), "Rsk17");
 }
@@ -117,8 +111,8 @@ TEST_F(RiskGraphStateTest, EveryChangeIsToldOnceAndNoChangeIsNot) {
   QSignalSpy labels(&state_, &RiskGraphState::LitIndexLabelsChanged);
   QSignalSpy marker(&state_, &RiskGraphState::MarkedCellChanged);
   QSignalSpy stage(&state_, &RiskGraphState::StageChanged);
-  state_.ResetSeverityLines();
-  state_.ResetIndexLabels();
+  state_.PutOut(risk_graph::kSeverityGroup);
+  state_.PutOutIndexLabels();
   state_.HideMarker();
   state_.SetStage(Stage::kBefore);
   EXPECT_EQ(lines.size() + labels.size() + marker.size() + stage.size(), 0);

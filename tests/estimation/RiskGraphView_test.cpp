@@ -117,8 +117,8 @@ TEST_F(RiskGraphViewTest, PropertiesFollowTheStateInBothViews) {
     EXPECT_THAT(view->property("litIndexLabels").toStringList(), ElementsAre("RILb1"));
     EXPECT_EQ(view->property("markedCell").toString(), "Rsk12");
   }
-  state_.ResetSeverityLines();
-  state_.ResetIndexLabels();
+  state_.PutOut(risk_graph::kSeverityGroup);
+  state_.PutOutIndexLabels();
   state_.HideMarker();
   for (RiskGraphView* view : {&graph_, &matrix_}) {
     EXPECT_THAT(view->property("litLines").toStringList(), IsEmpty());
@@ -189,10 +189,10 @@ TEST_F(RiskGraphViewTest, EveryLitLineHasTheColourOfItsStageInEveryThemeAndScale
           state_.Light(line.name);
           EXPECT_TRUE(HasColourAt(ImageOf(graph_, ratio), OnLine(graph_, line.name, 0.2), colour))
               << line.name.toString().toStdString() << " " << theme.name << " " << ratio;
-          state_.ResetSeverityLines();
-          state_.ResetExposureLines();
-          state_.ResetOccurrenceLines();
-          state_.ResetAvoidanceLines();
+          state_.PutOut(risk_graph::kSeverityGroup);
+          state_.PutOut(risk_graph::kExposureGroup);
+          state_.PutOut(risk_graph::kOccurrenceGroup);
+          state_.PutOut(risk_graph::kAvoidanceGroup);
         }
       }
     }
@@ -262,7 +262,7 @@ TEST_F(RiskGraphViewTest, IndexLabelIsWhiteAtRestAndCyanWhenLitInBothStages) {
       EXPECT_TRUE(HasColourAt(ImageOf(graph_, 2), place, QColor(0xFFFFFF)));
       state_.LightIndexLabel(label.name);
       EXPECT_TRUE(HasColourAt(ImageOf(graph_, 2), place, QColor(0x80FFFF)));
-      state_.ResetIndexLabels();
+      state_.PutOutIndexLabels();
     }
   }
 }

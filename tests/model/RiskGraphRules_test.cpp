@@ -150,7 +150,7 @@ TEST(RiskGraphRulesTest, OccurrenceHasNineRules) {
       if (rule == nullptr) continue;
       EXPECT_EQ(TextsOf(rule->lines), expected->second);
       const bool ends = occurrence == "O1, Low" && exposure == "F1, F2";
-      EXPECT_EQ(rule->OpensAvoidance(), !ends);
+      EXPECT_EQ(rule->index.has_value(), ends);
       EXPECT_EQ(rule->index, ends ? std::optional<int>(0) : std::nullopt);
       EXPECT_EQ(rule->index_label.toString(), ends ? QString("RILbl0") : QString());
       ++found;

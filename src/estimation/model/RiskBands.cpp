@@ -48,9 +48,4 @@ QString CaptionOf(int number, const LabelBand& band) {
   return QString::number(number).append(band.word);
 }
 
-QString IndexCaption(int index) {
-  const std::optional<LabelBand> band = IndexLabelOf(index);
-  return band ? CaptionOf(index, *band) : QString::number(index);
-}
-
 }  // namespace kestrix::model

@@ -84,8 +84,4 @@ struct LabelBand {
 /// The number followed by the band's word, as "5 (High Risk)".
 [[nodiscard]] QString CaptionOf(int number, const LabelBand& band);
 
-/// The caption of a label with a risk index: the number with its word, or, where it has no band,
-/// the number alone.
-[[nodiscard]] QString IndexCaption(int index);
-
 }  // namespace kestrix::model

@@ -69,8 +69,6 @@ struct OccurrenceRule {
   LineNames lines;
   QStringView index_label;   ///< empty unless the path ends here
   std::optional<int> index;  ///< set where the path ends here
-
-  [[nodiscard]] constexpr bool OpensAvoidance() const { return !index.has_value(); }
 };
 
 inline constexpr std::array<OccurrenceRule, 9> kOccurrenceRules{{
