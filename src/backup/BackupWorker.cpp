@@ -5,9 +5,7 @@
 #include <cmath>
 
 #include "platform/Failure.h"
-#include "platform/FileCopy.h"
 #include "platform/Messages.h"
-#include "shell/BackupMode.h"
 #include "store/Database.h"
 #include "store/Recordset.h"
 
@@ -239,12 +237,12 @@ void BackupWorker::TellLinks() {
   if (links_.isEmpty()) return;
   QStringList shown = links_.first(std::min(links_.size(), kMost));
   if (shown.size() < links_.size()) shown += QStringLiteral("…");
-  platform_.messages.Show(Tell(Icon::kInformation, QStringLiteral("BELTROVAN"),
+  platform_.messages.Show(Tell(Icon::kInformation, title::kProgram,
                                QStringLiteral("Links were left out:\n%1").arg(shown.join(u'\n'))));
 }
 
 void BackupWorker::TellFailed(const QString& what) {
-  platform_.messages.Show(Tell(Icon::kInformation, QStringLiteral("BELTROVAN"),
+  platform_.messages.Show(Tell(Icon::kInformation, title::kProgram,
                                QStringLiteral("Failed to %1. Seek Administrator approval for "
                                               "writing. Unable to continue.")
                                    .arg(what)));

@@ -7,7 +7,6 @@
 #include "backup/BackupSet.h"
 #include "formkit/Controls.h"
 #include "platform/FileSystem.h"
-#include "shell/BackupMode.h"
 #include "store/RecordSources.h"
 #include "ui_BkUpfrm.h"
 

@@ -39,15 +39,14 @@ class BkUpfrm : public BackupForm {
   void SetMainCaption(const QString& caption);
 
  Q_SIGNALS:
-  /// The folder dialog is to be shown. This form unloads itself behind that.
+  /// This form unloads itself behind that.
   void FolderDialogRequested();
-  /// Loading failed, which has been told, and this form is unloaded: the notice is to be shown,
-  /// modally.
+  /// Loading failed, which has been told, and this form is unloaded.
   void LoadFailed();
-  /// Copying failed: the folder dialog is to be unloaded. This form unloads itself behind that.
+  /// This form unloads itself behind that.
   void CopyingFailed();
-  /// A restore is over and this form was unloaded in it: SetMainCaption is to be called with
-  /// `caption` on the form that a reference to BkUpfrm now means, which loads one. It isn't shown.
+  /// A restore is over and this form was unloaded in it: `caption` is meant for the main button of
+  /// the form that a reference now loads. It isn't shown.
   void CaptionDue(const QString& caption);
 
  protected:

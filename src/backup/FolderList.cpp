@@ -4,7 +4,7 @@
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
 
-#include "backup/PathLabel.h"
+#include "formkit/Controls.h"
 #include "platform/FileSystem.h"
 
 namespace kestrix {
@@ -85,7 +85,7 @@ void FolderList::AddFolder(const QString& name, const QString& path, int depth) 
   auto* folder = new QListWidgetItem(folder_, name, this);
   folder->setData(kPathRole, path);
   folder->setData(kDepthRole, depth);
-  folder->setToolTip(PathTip(path));
+  folder->setToolTip(PlainTip(path));
 }
 
 /// The highlighted row is not always the open folder: a click moves the highlight alone.

@@ -3,15 +3,14 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QFileInfo>
-#include <QLineEdit>
 #include <QSignalBlocker>
 #include <algorithm>
 
 #include "backup/BackupSet.h"
+#include "formkit/Controls.h"
 #include "formkit/DrawnIcon.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
-#include "shell/BackupMode.h"
 #include "ui_opnflddlg.h"
 
 namespace kestrix {
@@ -49,8 +48,8 @@ opnflddlg::opnflddlg(Context& context)
 
   On(ui_->ktxdrv, &QComboBox::currentIndexChanged, &opnflddlg::ktxdrv_Change);
   On(ui_->ktxdrv, &QComboBox::activated, &opnflddlg::ktxdrv_Click);
-  On(ui_->ktxDir, &FolderList::Change, &opnflddlg::ktxDir_Change);
-  On(ui_->ktxDir, &FolderList::clicked, &opnflddlg::ktxDir_Change);
+  On(ui_->ktxDir, &FolderList::Change, &opnflddlg::TakePath);
+  On(ui_->ktxDir, &FolderList::clicked, &opnflddlg::TakePath);
   On(ui_->ktxDir, &FolderList::Wanted, &opnflddlg::ktxDir_Wanted);
   On(ui_->crtfldbtn, &QToolButton::clicked, &opnflddlg::crtfldbtn_Click);
   OnLostFocus(ui_->crtfldnme, &opnflddlg::crtfldnme_LostFocus);
@@ -64,7 +63,8 @@ void opnflddlg::Load() {
   // What is set up here is no change yet: BackupFolder stays until the dialog is in front.
   const QSignalBlocker drives_are_silent(ui_->ktxdrv);
   const QSignalBlocker folders_are_silent(ui_->ktxDir);
-  FillDrives();
+  ui_->ktxdrv->clear();
+  ui_->ktxdrv->addItems(platform().environment.Drives());
   SelectDrive(platform().environment.Variable(QStringLiteral("SYSTEMDRIVE")));
   documents_ = platform().environment.DocumentsFolder();
   ui_->crtfldnme->clear();
@@ -73,16 +73,11 @@ void opnflddlg::Load() {
   const bool is_there = !before.isEmpty() && files().FolderExists(before);
   OpenFirstFolder(is_there ? before : documents_);
   const bool is_gone = !before.isEmpty() && !is_there;
-  ui_->curntpathlbl->ShowPath(is_gone ? before : ui_->ktxDir->Path());
+  ui_->curntpathlbl->ShowText(is_gone ? before : ui_->ktxDir->Path());
 
   const bool makes_folders = session().BackupMode == backup_mode::kBackup;
   ui_->crtfldbtn->setVisible(makes_folders);
   ui_->crtfldnme->setVisible(makes_folders);
-}
-
-void opnflddlg::FillDrives() {
-  ui_->ktxdrv->clear();
-  ui_->ktxdrv->addItems(platform().environment.Drives());
 }
 
 /// The drive that `path` lies on; of nested ones, the innermost.
@@ -117,9 +112,9 @@ void opnflddlg::closeEvent(QCloseEvent* event) {
 }
 
 void opnflddlg::TakePath() {
-  ui_->curntpathlbl->ShowPath(ui_->ktxDir->Path());
+  ui_->curntpathlbl->ShowText(ui_->ktxDir->Path());
   session().BackupFolder = ui_->ktxDir->Path();
-  ui_->slctfld->setToolTip(PathTip(QStringLiteral("Select ") + ui_->ktxDir->Path()));
+  ui_->slctfld->setToolTip(PlainTip(QStringLiteral("Select ") + ui_->ktxDir->Path()));
 }
 
 void opnflddlg::ktxdrv_Change() {
@@ -135,10 +130,6 @@ void opnflddlg::ktxdrv_Change() {
 /// The drive that stands in the box already changes nothing there when it is picked.
 void opnflddlg::ktxdrv_Click() {
   if (ui_->ktxDir->Path() != ui_->ktxdrv->currentText()) ktxdrv_Change();
-}
-
-void opnflddlg::ktxDir_Change() {
-  TakePath();
 }
 
 void opnflddlg::ktxDir_Wanted(const QString& path) {

@@ -22,15 +22,12 @@ class opnflddlg : public BackupForm {
   ~opnflddlg() override;
 
  Q_SIGNALS:
-  /// A folder for a backup was taken: the main button of BkUpfrm gets the caption
-  /// BkUpfrm::kBackup, which loads that form, and it is shown. This dialog unloads itself behind
-  /// that.
+  /// This dialog unloads itself behind that.
   void BackupFolderChosen();
-  /// A folder with a set was taken: a BkUpfrm that is there is unloaded, and a new one gets the
-  /// caption BkUpfrm::kRestore and is shown. This dialog unloads itself behind that; in the
-  /// reserved mode it is unloaded already.
+  /// A folder with a set. This dialog unloads itself behind that; in the reserved mode it is
+  /// unloaded already.
   void RestoreFolderChosen();
-  /// No folder was taken for a backup and this dialog is unloaded: BkUpfrm is shown again.
+  /// No folder was taken for a backup, and this dialog is unloaded.
   void Cancelled();
 
  protected:
@@ -41,14 +38,12 @@ class opnflddlg : public BackupForm {
  private:
   void ktxdrv_Change();
   void ktxdrv_Click();
-  void ktxDir_Change();
   void ktxDir_Wanted(const QString& path);
   void crtfldbtn_Click();
   void crtfldnme_LostFocus();
   void slctfld_Click();
   void cls1_Click();
 
-  void FillDrives();
   void SelectDrive(const QString& path);
   void OpenFirstFolder(const QString& folder);
   void MakeFolder(const QString& name);

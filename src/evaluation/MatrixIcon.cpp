@@ -10,33 +10,25 @@ namespace {
 
 constexpr qreal kGap = 1;
 
-class MatrixPicture : public PaintedIcon {
- public:
-  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Qt::NoPen);
-    if (mode == QIcon::Disabled) painter->setOpacity(0.4);
-    const qreal width = (rect.width() - kGap * (model::kMatrixColumns - 1)) / model::kMatrixColumns;
-    const qreal height = (rect.height() - kGap * (model::kMatrixRows - 1)) / model::kMatrixRows;
-    for (std::size_t i = 0; i < model::kMatrixCells.size(); ++i) {
-      const auto& cell = model::kMatrixCells[i];
-      const int column = static_cast<int>(i) % model::kMatrixColumns;
-      const int row = model::kMatrixRows - cell.severity;  // severity 1 lies at the bottom
-      painter->setBrush(QColor::fromRgb(cell.colour));
-      painter->drawRect(QRectF(rect.left() + column * (width + kGap),
-                               rect.top() + row * (height + kGap), width, height));
-    }
-    painter->restore();
+void PaintMatrix(QPainter& painter, const QRect& room, QIcon::Mode mode) {
+  painter.setPen(Qt::NoPen);
+  if (mode == QIcon::Disabled) painter.setOpacity(0.4);
+  const qreal width = (room.width() - kGap * (model::kMatrixColumns - 1)) / model::kMatrixColumns;
+  const qreal height = (room.height() - kGap * (model::kMatrixRows - 1)) / model::kMatrixRows;
+  for (std::size_t i = 0; i < model::kMatrixCells.size(); ++i) {
+    const auto& cell = model::kMatrixCells[i];
+    const int column = static_cast<int>(i) % model::kMatrixColumns;
+    const int row = model::kMatrixRows - cell.severity;  // severity 1 lies at the bottom
+    painter.setBrush(QColor::fromRgb(cell.colour));
+    painter.drawRect(QRectF(room.left() + column * (width + kGap),
+                            room.top() + row * (height + kGap), width, height));
   }
-
-  [[nodiscard]] QIconEngine* clone() const override { return new MatrixPicture(*this); }
-};
+}
 
 }  // namespace
 
 QIcon MatrixIcon() {
-  return QIcon(new MatrixPicture);
+  return PaintedIcon(PaintMatrix);
 }
 
 }  // namespace kestrix

@@ -1,9 +1,5 @@
 #include "evaluation/RiskEvalFrm_1.h"
 
-#include <QComboBox>
-#include <QHeaderView>
-#include <QLineEdit>
-
 #include "evaluation/MatrixIcon.h"
 #include "formkit/Controls.h"
 #include "store/RecordSources.h"
@@ -79,7 +75,7 @@ void RiskEvalFrm_1::ConnectTasks() {
   connect(&dtsorce2_, &DataControl::Shown, this, &Me::SettleTyping);
   connect(&dtsorce2_, &DataControl::Shown, this, [this] { controls_.ShowBeginnings(); });
   On(ui_->DB1, &Grid::RowColChange, [this] { navigation_.RowChanged(); });
-  OnGotFocus(ui_->DB1, &Me::DB1_GotFocus);
+  OnGotFocus(ui_->DB1, [this] { ui_->DB1->SetAllowUpdate(false); });
   ui_->addNewRcd->grabShortcut(Qt::Key_Insert);
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter})
     ui_->RiskEsmtBtn->grabShortcut(Qt::CTRL | key);
@@ -106,18 +102,18 @@ void RiskEvalFrm_1::ConnectLists() {
 
 void RiskEvalFrm_1::ConnectFields() {
   using Me = RiskEvalFrm_1;
-  On(ui_->dateOfRcd, &QLineEdit::textChanged, &Me::dateOfRcd_Change);
+  for (QLineEdit* date : {ui_->dateOfRcd, ui_->actnDt}) {
+    On(date, &QLineEdit::textChanged, [this, date] { DateChanged(date); });
+    OnLostFocus(date, [this, date] { DateLeft(date); });
+  }
   OnGotFocus(ui_->dateOfRcd, &Me::dateOfRcd_GotFocus);
-  OnLostFocus(ui_->dateOfRcd, &Me::dateOfRcd_LostFocus);
-  On(ui_->actnDt, &QLineEdit::textChanged, &Me::actnDt_Change);
   OnGotFocus(ui_->actnDt, &Me::actnDt_GotFocus);
-  OnLostFocus(ui_->actnDt, &Me::actnDt_LostFocus);
   OnLostFocus(ui_->RefNo, &Me::RefNo_LostFocus);
   On(ui_->ActntkenOptnY_N, &QCheckBox::toggled, &Me::ActntkenOptnY_N_Click);
   On(ui_->RskRdsdtnY_N, &QCheckBox::toggled, &Me::RskRdsdtnY_N_Click);
   OnLostFocus(ui_->FuntnTaskMachry, &Me::FuntnTaskMachry_LostFocus);
   On(ui_->FndESINo, &QLineEdit::textChanged, [this] { navigation_.Find(); });
-  OnLostFocus(ui_->FndESINo, &Me::FndESINo_LostFocus);
+  OnLostFocus(ui_->FndESINo, [this] { navigation_.LeaveFind(); });
 }
 
 void RiskEvalFrm_1::Load() {
@@ -221,11 +217,10 @@ void RiskEvalFrm_1::SettleTyping() {
 }
 
 void RiskEvalFrm_1::RiskEsmtBtn_Click() {
-  if (TaskCount() == 0) {
-    Tell(Icon::kInformation, title::kProgram, QStringLiteral("No task entered. Please add task."));
-    return;
-  }
-  HideForm();
+  if (TaskCount() == 0)
+    return Tell(Icon::kInformation, title::kProgram,
+                QStringLiteral("No task entered. Please add task."));
+  hide();
   Q_EMIT EstimationRequested();
 }
 

@@ -39,15 +39,12 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   [[nodiscard]] Recordset& Tasks() override;
 
  Q_SIGNALS:
-  /// This form has hidden itself; the estimation form is to be shown modally. Its "Done" shows this
-  /// form modally again.
+  /// This form has hidden itself, until the estimation is done.
   void EstimationRequested();
-  /// The form was unloaded by its Exit button; the project form is to be shown modally.
+  /// The form was unloaded by its Exit button.
   void Closed();
-  /// The load failed: the organisation form and the project form are to be unloaded, in this order.
-  /// A message and FrameUnloadRequested follow.
+  /// The load failed. A message and FrameUnloadRequested follow.
   void ProjectAndOrganisationUnloadRequested();
-  /// The load failed and the user was told: the frame is to be unloaded, which ends the session.
   void FrameUnloadRequested();
 
  protected:
@@ -81,7 +78,6 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   /// Does nothing while there is a task.
   void ShowNoTask();
   void DeleteTask();
-  void DB1_GotFocus();
   void addNewRcd_Click();
   void CpyTaskCmd_Click();
   void DleteRcd_Click();
@@ -90,17 +86,12 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
   void DateChanged(QLineEdit* box);
   void DateLeft(QLineEdit* box);
   [[nodiscard]] QString Today() const;
-  void dateOfRcd_Change();
   void dateOfRcd_GotFocus();
-  void dateOfRcd_LostFocus();
-  void actnDt_Change();
   void actnDt_GotFocus();
-  void actnDt_LostFocus();
   void RefNo_LostFocus();
   void ActntkenOptnY_N_Click();
   void RskRdsdtnY_N_Click();
   void FuntnTaskMachry_LostFocus();
-  void FndESINo_LostFocus() { navigation_.LeaveFind(); }
   void PrimaryHazard_LostFocus();
   void HazardType_LostFocus();
 

@@ -1,7 +1,6 @@
 // The rules of the single fields: dates, reference number, check boxes, task title, find box.
 #include "evaluation/DateMask.h"
 #include "evaluation/RiskEvalFrm_1.h"
-#include "evaluation/TaskFields.h"
 #include "formkit/Controls.h"
 #include "store/LookupList.h"
 #include "store/ReferenceNumber.h"
@@ -46,39 +45,20 @@ void RiskEvalFrm_1::DateLeft(QLineEdit* box) {
   FocusLater(box);
 }
 
-void RiskEvalFrm_1::dateOfRcd_Change() {
-  DateChanged(ui_->dateOfRcd);
-}
-
 void RiskEvalFrm_1::dateOfRcd_GotFocus() {
   if (ui_->dateOfRcd->text().isEmpty()) ui_->dateOfRcd->setText(DateMask::kEmpty);
   SelectWhole(ui_->dateOfRcd);
 }
 
-void RiskEvalFrm_1::dateOfRcd_LostFocus() {
-  DateLeft(ui_->dateOfRcd);
-}
-
-void RiskEvalFrm_1::actnDt_Change() {
-  DateChanged(ui_->actnDt);
-}
-
 /// A date that is due is corrected place by place: the Tab key doesn't select it as a whole.
 void RiskEvalFrm_1::actnDt_GotFocus() {
   ui_->actnDt->deselect();
-  actnDt_Change();
-}
-
-void RiskEvalFrm_1::actnDt_LostFocus() {
-  DateLeft(ui_->actnDt);
+  DateChanged(ui_->actnDt);
 }
 
 void RiskEvalFrm_1::RefNo_LostFocus() {
   if (ui_->RefNo->text().isEmpty()) return;
-  if (const auto number = ReferenceNumber(ui_->RefNo->text())) {
-    ui_->RefNo->setText(*number);
-    return;
-  }
+  if (const auto number = ReferenceNumber(ui_->RefNo->text())) return ui_->RefNo->setText(*number);
   Tell(Icon::kInformation, title::kProgram, QStringLiteral("Enter number."));
   FocusLater(ui_->RefNo);
 }

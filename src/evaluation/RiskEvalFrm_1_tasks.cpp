@@ -18,10 +18,6 @@ void RiskEvalFrm_1::SaveTask() {
   PassOver([this] { controls_.SaveTask(Tasks()); });
 }
 
-void RiskEvalFrm_1::DB1_GotFocus() {
-  ui_->DB1->SetAllowUpdate(false);
-}
-
 void RiskEvalFrm_1::NewTaskDefaults() {
   const QString number = context().project.ESI_No();
   ui_->ESINoLBLCp->setText(number);
@@ -65,9 +61,8 @@ void RiskEvalFrm_1::AddTask(const std::function<void()>& fill) {
 
 void RiskEvalFrm_1::CpyTaskCmd_Click() {
   if (TaskCount() == 0) {
-    Tell(Icon::kInformation, title::kProgram,
-         QStringLiteral("No records to copy and Add as new task. Add new records first."));
-    return;
+    return Tell(Icon::kInformation, title::kProgram,
+                QStringLiteral("No records to copy and Add as new task. Add new records first."));
   }
   SaveTask();
   CopyTaskOut();

@@ -88,16 +88,8 @@ void RiskSummary::ShowIndexes() {
   const int after = session_.RiskIndexAfter;
   // Each label gets its text once, after all rules: one that stays costs no repaint.
   QString before_text = QString::number(before);
-  QString after_text = QString::number(after);
-  if (before == 0) {
-    Paint(controls_.index_before, model::kGreen);
-    // Stays only beside an index after that has no band.
-    after_text = NoRisk(before);
-  }
-  if (after == 0) {
-    Paint(controls_.index_after, model::kGreen);
-    after_text = NoRisk(after);
-  }
+  // "No Risk" stays only beside an index after that has no band.
+  QString after_text = before == 0 ? NoRisk(before) : QString::number(after);
   ShowVerdict(model::Verdict(before, after).toString());
   if (const auto band = model::IndexLabelOf(before)) {
     before_text = model::CaptionOf(before, *band);

@@ -1,11 +1,5 @@
 #include "evaluation/TaskControls.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-
 #include "evaluation/TaskFields.h"
 #include "formkit/Controls.h"
 #include "formkit/FieldBinding.h"
@@ -41,7 +35,7 @@ TaskControls::TaskControls(const Ui::RiskEvalFrm_1& ui, DataControl& source)
                       {u"ActntkenOptnY_N", ui.ActntkenOptnY_N, no_tick}};
   for (const auto& [field, control, unset] : rows) {
     const QString name = QString::fromUtf16(field);
-    fields_.push_back({control, FieldBinding::Tie(source, name, control), unset});
+    fields_.push_back({control, new FieldBinding(source, name, control), unset});
   }
 }
 
@@ -68,8 +62,7 @@ void TaskControls::ShowUnset(const QString& today) const {
 void TaskControls::AllowTyping(bool allow) const {
   for (const auto& [control, binding, unset] : fields_) {
     if (unset.isNull()) continue;
-    if (auto* box = qobject_cast<QLineEdit*>(control)) SetLocked(box, !allow);
-    if (auto* box = qobject_cast<QPlainTextEdit*>(control)) SetLocked(box, !allow);
+    SetLocked(control, !allow);
   }
 }
 
@@ -77,9 +70,7 @@ void TaskControls::ShowBeginnings() const {
   for (const auto& [control, binding, unset] : fields_) {
     // In a date box the cursor stands where the next digit belongs.
     if (unset.isNull()) continue;
-    auto* box = qobject_cast<QLineEdit*>(control);
-    if (const auto* combo = qobject_cast<const QComboBox*>(control)) box = combo->lineEdit();
-    if (box != nullptr) ShowBeginning(box);
+    if (QLineEdit* box = LineOf(control)) ShowBeginning(box);
   }
 }
 

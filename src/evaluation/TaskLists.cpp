@@ -1,8 +1,5 @@
 #include "evaluation/TaskLists.h"
 
-#include <QComboBox>
-#include <QPushButton>
-
 #include "formkit/Controls.h"
 #include "shell/SessionForm.h"
 #include "store/DataControl.h"

@@ -6,7 +6,6 @@
 #include <QComboBox>
 #include <QFocusEvent>
 #include <QLineEdit>
-#include <QPalette>
 #include <QPlainTextEdit>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -39,15 +38,6 @@ QString PlainTextOf(QString text) {
     if (at == QChar::Nbsp) at = u' ';
   }
   return text;
-}
-
-template <class Box>
-void Lock(Box* box, bool locked) {
-  box->setReadOnly(locked);
-  QPalette palette;
-  if (locked)
-    palette.setColor(QPalette::Base, box->parentWidget()->palette().color(QPalette::Window));
-  box->setPalette(palette);
 }
 
 Roles RolesOf(const QWidget* control) {
@@ -106,8 +96,6 @@ void SelectAll(Box* box) {
   QMetaObject::invokeMethod(box, select, Qt::QueuedConnection);
 }
 
-constexpr auto kFilledBefore = "kestrix_filled_before";
-
 /// Turns the wheel away from a combo box: it belongs to the list below or to the page. And keeps
 /// what is selected in the box while its list is open: the toolkit takes the list's focus for one
 /// that has gone for good.
@@ -150,18 +138,11 @@ void SetBackColour(QWidget* control, QRgb colour) {
   if (qobject_cast<QComboBox*>(control) || qobject_cast<QAbstractButton*>(control))
     Paint(palette, kButton, colour);
   control->setPalette(palette);
-  if (roles.back != QPalette::Window) return;
-  if (!control->property(kFilledBefore).isValid())
-    control->setProperty(kFilledBefore, control->autoFillBackground());
-  control->setAutoFillBackground(true);
+  if (roles.back == QPalette::Window) control->setAutoFillBackground(true);
 }
 
 void SetSystemBack(QWidget* control) {
   control->setPalette(QPalette());
-  const QVariant filled = control->property(kFilledBefore);
-  if (!filled.isValid()) return;
-  control->setAutoFillBackground(filled.toBool());
-  control->setProperty(kFilledBefore, QVariant());
 }
 
 double Contrast(const QColor& one, const QColor& other) {
@@ -216,12 +197,23 @@ void FillCombo(QComboBox* combo, const QStringList& entries) {
   combo->setCurrentIndex(-1);
 }
 
-void SetLocked(QLineEdit* box, bool locked) {
-  Lock(box, locked);
+void SetLocked(QWidget* box, bool locked) {
+  constexpr auto kReadOnly = "readOnly";
+  if (!box->property(kReadOnly).isValid()) return;
+  box->setProperty(kReadOnly, locked);
+  QPalette palette;
+  if (locked)
+    palette.setColor(QPalette::Base, box->parentWidget()->palette().color(QPalette::Window));
+  box->setPalette(palette);
 }
 
-void SetLocked(QPlainTextEdit* box, bool locked) {
-  Lock(box, locked);
+QLineEdit* LineOf(QWidget* control) {
+  const auto* combo = qobject_cast<QComboBox*>(control);
+  return combo ? combo->lineEdit() : qobject_cast<QLineEdit*>(control);
+}
+
+QString PlainTip(const QString& text) {
+  return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text.trimmed();
 }
 
 QString ShownIn(const QLineEdit* box, const QString& text) {
@@ -251,8 +243,7 @@ void GiveFindKeys(QLineEdit* box) {
 }
 
 void SelectPlaceholder(QWidget* control) {
-  auto* combo = qobject_cast<QComboBox*>(control);
-  if (auto* box = combo ? combo->lineEdit() : qobject_cast<QLineEdit*>(control)) {
+  if (QLineEdit* box = LineOf(control)) {
     if (!box->isReadOnly() && IsPlaceholder(box->text())) SelectAll(box);
   } else if (auto* lines = qobject_cast<QPlainTextEdit*>(control)) {
     if (!lines->isReadOnly() && IsPlaceholder(lines->toPlainText())) SelectAll(lines);

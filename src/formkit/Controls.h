@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QColor>
-#include <QCursor>
 #include <QPalette>
 #include <QRgb>
 #include <QStringList>
@@ -18,8 +17,7 @@ class WaitCursor {
  public:
   WaitCursor();
   ~WaitCursor();
-  WaitCursor(const WaitCursor&) = delete;
-  WaitCursor& operator=(const WaitCursor&) = delete;
+  Q_DISABLE_COPY_MOVE(WaitCursor)
   void Restore();
 
  private:
@@ -56,9 +54,14 @@ void SettleCombo(QComboBox* combo);
 /// Replaces the entries of a combo box, and takes its text away; none of them is chosen.
 void FillCombo(QComboBox* combo, const QStringList& entries);
 
-/// A text box that takes no typing, and looks so; its text can be selected and copied.
-void SetLocked(QLineEdit* box, bool locked);
-void SetLocked(QPlainTextEdit* box, bool locked);
+/// A text box, of one line or several, that takes no typing, and looks so; its text can be selected
+/// and copied. Does nothing to any other control.
+void SetLocked(QWidget* box, bool locked);
+
+/// The line that is typed into: a box of one line itself, or that of a combo box; else null.
+[[nodiscard]] QLineEdit* LineOf(QWidget* control);
+/// The text of a tool tip that reads `text` as it is: a name with angle brackets is no markup.
+[[nodiscard]] QString PlainTip(const QString& text);
 
 /// What `box` shows of a stored text, and gives back as long as nobody changes it: no more than it
 /// takes, and in several lines with one kind of line end.

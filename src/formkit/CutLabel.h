@@ -4,8 +4,9 @@
 
 namespace kestrix {
 
-/// A label of one line that takes the width it is given: a text that is wider ends in "…". Its text
-/// is always the whole one, and stands in the tool tip.
+/// A label that takes the width it is given: a text of one line that is wider ends in "…". One that
+/// wraps is broken anywhere, as a path is, and its middle is left out when the lines are too few.
+/// Its text is always the whole one, and stands in the tool tip.
 class CutLabel : public QLabel {
   Q_OBJECT
 

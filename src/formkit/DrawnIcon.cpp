@@ -54,45 +54,35 @@ constexpr std::array kHouse{Line{kHouseWalls, true}, Line{kHouseRoof, false}};
 constexpr std::array<std::span<const Line>, 7> kDrawings{
     {kFolder, kOpenFolder, kNewFolder, kDisk, kPage, kPencil, kHouse}};
 
-class LinesEngine : public PaintedIcon {
- public:
-  explicit LinesEngine(Drawing drawing) : drawing_(drawing) {}
-
-  [[nodiscard]] QIconEngine* clone() const override { return new LinesEngine(drawing_); }
-
-  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
-             QIcon::State /*state*/) override {
-    // Asked for each time, since a desktop may turn dark while the program runs.
-    const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
-    const auto role = mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::ButtonText;
-    const QColor colour = QGuiApplication::palette().color(group, role);
-    QColor filling = colour;
-    filling.setAlphaF(kFilling);
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->translate(rect.topLeft());
-    painter->scale(rect.width() / kGrid, rect.height() / kGrid);
-    painter->setPen(QPen(colour, kLineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter->setBrush(filling);
-    for (const auto& [points, is_closed] : kDrawings[static_cast<std::size_t>(drawing_)]) {
-      const int count = static_cast<int>(points.size());
-      if (is_closed) {
-        painter->drawPolygon(points.data(), count);
-      } else {
-        painter->drawPolyline(points.data(), count);
-      }
+void PaintLines(std::span<const Line> lines, QPainter& painter, const QRect& room,
+                QIcon::Mode mode) {
+  // Asked for each time, since a desktop may turn dark while the program runs.
+  const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+  const auto role = mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::ButtonText;
+  const QColor colour = QGuiApplication::palette().color(group, role);
+  QColor filling = colour;
+  filling.setAlphaF(kFilling);
+  painter.translate(room.topLeft());
+  painter.scale(room.width() / kGrid, room.height() / kGrid);
+  painter.setPen(QPen(colour, kLineWidth, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.setBrush(filling);
+  for (const auto& [points, is_closed] : lines) {
+    const int count = static_cast<int>(points.size());
+    if (is_closed) {
+      painter.drawPolygon(points.data(), count);
+    } else {
+      painter.drawPolyline(points.data(), count);
     }
-    painter->restore();
   }
-
- private:
-  Drawing drawing_;
-};
+}
 
 }  // namespace
 
 QIcon DrawnIcon(Drawing drawing) {
-  return QIcon(new LinesEngine(drawing));
+  const auto lines = kDrawings[static_cast<std::size_t>(drawing)];
+  return PaintedIcon([lines](QPainter& painter, const QRect& room, QIcon::Mode mode) {
+    PaintLines(lines, painter, room, mode);
+  });
 }
 
 }  // namespace kestrix

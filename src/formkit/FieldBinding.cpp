@@ -1,9 +1,7 @@
 #include "formkit/FieldBinding.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
+#include <QMetaMethod>
 #include <QPlainTextEdit>
 #include <algorithm>
 #include <utility>
@@ -14,79 +12,21 @@
 #include "store/DataControl.h"
 
 namespace kestrix {
-namespace {
 
-QString ShownInCombo(const QComboBox* box, const QString& text) {
-  return box->lineEdit() ? ShownIn(box->lineEdit(), text) : text;
-}
-
-void Limit(QLineEdit* box, int most) {
-  if (box != nullptr) box->setMaxLength(std::min(box->maxLength(), most));
-}
-
-}  // namespace
-
-FieldBinding* FieldBinding::Tie(DataControl& source, const QString& field, QWidget* control) {
-  if (auto* box = qobject_cast<QLineEdit*>(control)) return new FieldBinding(source, field, box);
-  if (auto* box = qobject_cast<QPlainTextEdit*>(control))
-    return new FieldBinding(source, field, box);
-  if (auto* box = qobject_cast<QComboBox*>(control)) return new FieldBinding(source, field, box);
-  if (auto* box = qobject_cast<QCheckBox*>(control)) return new FieldBinding(source, field, box);
-  return new FieldBinding(source, field, static_cast<QLabel*>(control));
-}
-
-FieldBinding::FieldBinding(DataControl& source, const QString& field, QLineEdit* control)
-    : FieldBinding(source, field, control,
-                   {[control](const QVariant& value) { control->setText(value.toString()); },
-                    [control] { return control->text(); },
-                    [control](const QVariant& value) { return ShownIn(control, value.toString()); },
-                    [control](int most) { Limit(control, most); }}) {
-  connect(control, &QLineEdit::textChanged, this, &FieldBinding::Take);
-}
-
-FieldBinding::FieldBinding(DataControl& source, const QString& field, QPlainTextEdit* control)
-    : FieldBinding(source, field, control,
-                   {[control](const QVariant& value) { control->setPlainText(value.toString()); },
-                    [control] { return control->toPlainText(); },
-                    [control](const QVariant& value) { return ShownIn(control, value.toString()); },
-                    [control](int most) { new TextLimit(control, most); }}) {
-  connect(control, &QPlainTextEdit::textChanged, this, &FieldBinding::Take);
-}
-
-FieldBinding::FieldBinding(DataControl& source, const QString& field, QComboBox* control)
-    : FieldBinding(
-          source, field, control,
-          {[control](const QVariant& value) { control->setCurrentText(value.toString()); },
-           [control] { return control->currentText(); },
-           [control](const QVariant& value) { return ShownInCombo(control, value.toString()); },
-           [control](int most) { Limit(control->lineEdit(), most); }}) {
-  connect(control, &QComboBox::currentTextChanged, this, &FieldBinding::Take);
-  connect(control, &QComboBox::editTextChanged, this, &FieldBinding::Take);
-}
-
-FieldBinding::FieldBinding(DataControl& source, const QString& field, QCheckBox* control)
-    : FieldBinding(source, field, control,
-                   {[control](const QVariant& value) { control->setChecked(value.toBool()); },
-                    [control] { return control->isChecked(); },
-                    [](const QVariant& value) { return value.toBool(); }}) {
-  connect(control, &QCheckBox::toggled, this, &FieldBinding::Take);
-}
-
-FieldBinding::FieldBinding(DataControl& source, const QString& field, QLabel* control)
-    : FieldBinding(source, field, control,
-                   {[control](const QVariant& value) { control->setText(value.toString()); },
-                    [control] { return control->text(); },
-                    [](const QVariant& value) { return value.toString(); }}) {}
-
-FieldBinding::FieldBinding(DataControl& source, const QString& field, QObject* control, Face face)
-    : QObject(control), source_(source), field_(field), face_(std::move(face)) {
-  connect(&source, &DataControl::Shown, this, &FieldBinding::Show);
+FieldBinding::FieldBinding(DataControl& source, const QString& field, QWidget* control)
+    : QObject(control),
+      source_(source),
+      field_(field),
+      control_(control),
+      shown_(control->metaObject()->userProperty()) {
+  const QMetaObject* meta = control->metaObject();
+  if (!shown_.isValid()) shown_ = meta->property(meta->indexOfProperty("text"));  // of a label
+  connect(&source, &DataControl::Shown, this, [this] { ShowField(-1); });
   connect(&source, &DataControl::FieldChanged, this, &FieldBinding::ShowField);
-  if (source.HasRecordset()) Show();
-}
-
-void FieldBinding::Show() {
-  ShowField(-1);
+  if (source.HasRecordset()) ShowField(-1);
+  if (!shown_.hasNotifySignal()) return;
+  const int take = staticMetaObject.indexOfMethod("Take()");
+  connect(control, shown_.notifySignal(), this, staticMetaObject.method(take));
 }
 
 void FieldBinding::ShowField(int field) {
@@ -110,17 +50,29 @@ void FieldBinding::ShowField(int field) {
 
 QVariant FieldBinding::RowValue(int field) const {
   const Recordset& rows = source_.Recordset();
-  if (face_.value().typeId() == QMetaType::Bool) return rows.Truth(field);
+  if (shown_.typeId() == QMetaType::Bool) return rows.Truth(field);
   return rows.Text(field);
+}
+
+/// What the control makes of a value that it is given to show.
+QVariant FieldBinding::ShownAs(const QVariant& value) const {
+  if (shown_.typeId() == QMetaType::Bool) return value.toBool();
+  if (auto* lines = qobject_cast<QPlainTextEdit*>(control_))
+    return ShownIn(lines, value.toString());
+  const QLineEdit* line = LineOf(control_);
+  return line ? ShownIn(line, value.toString()) : value.toString();
 }
 
 void FieldBinding::Put(const QVariant& value) {
   // A control that shows the value already is left alone, with its cursor and its selection.
-  if (face_.shown_as(value) != face_.value()) face_.show(value);
+  const QVariant shown = ShownAs(value);
+  if (shown != shown_.read(control_)) shown_.write(control_, shown);
 }
 
 void FieldBinding::LimitTo(int most) {
-  if (most >= 0 && face_.limit) face_.limit(most);
+  if (most < 0) return;
+  if (QLineEdit* line = LineOf(control_)) line->setMaxLength(std::min(line->maxLength(), most));
+  if (auto* lines = qobject_cast<QPlainTextEdit*>(control_)) new TextLimit(lines, most);
 }
 
 void FieldBinding::Load() {
@@ -131,8 +83,8 @@ void FieldBinding::Save() const {
   Recordset& rows = source_.Recordset();
   const int field = rows.FieldIndex(field_);
   // The control is asked for what it shows now: a change rule may have changed it again since.
-  const QVariant mine = face_.value();
-  if (face_.shown_as(RowValue(field)) != mine) rows.Set(field, mine);
+  const QVariant mine = shown_.read(control_);
+  if (ShownAs(RowValue(field)) != mine) rows.Set(field, mine);
 }
 
 void FieldBinding::Take() {
@@ -141,7 +93,7 @@ void FieldBinding::Take() {
   } catch (const Failure& failure) {
     // The row keeps what it had; whoever commits it hears of the failure. But nobody commits what
     // can't be written: the control shows at once that it takes nothing.
-    if (failure.number() == failure::kReadOnly) Show();
+    if (failure.number() == failure::kReadOnly) ShowField(-1);
   }
 }
 

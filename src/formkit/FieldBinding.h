@@ -1,15 +1,10 @@
 #pragma once
 
+#include <QMetaProperty>
 #include <QObject>
 #include <QString>
 #include <QVariant>
-#include <functional>
 
-class QCheckBox;
-class QComboBox;
-class QLabel;
-class QLineEdit;
-class QPlainTextEdit;
 class QWidget;
 
 namespace kestrix {
@@ -17,24 +12,20 @@ namespace kestrix {
 class DataControl;
 
 /// Ties a control to a field of the current row: the control shows the field, and every change of
-/// the control, by hand or by program, goes into the row's pending edit. With no current row the
-/// control is empty and its changes go nowhere, though they stay on the screen. A field that the
-/// record source doesn't have leaves the control alone. A text box takes no more than the column
-/// holds. A change that the row refuses leaves the row as it was; rows that can't be written at all
-/// give the control its old value back.
+/// the control, by hand or by program, goes into the row's pending edit. A label shows only. With
+/// no current row the control is empty and its changes go nowhere, though they stay on the screen.
+/// A field that the record source doesn't have leaves the control alone. A text box takes no more
+/// than the column holds. A change that the row refuses leaves the row as it was; rows that can't
+/// be written at all give the control its old value back.
 ///
 /// A binding belongs to its control, and ends with it.
 class FieldBinding : public QObject {
   Q_OBJECT
 
  public:
-  FieldBinding(DataControl& source, const QString& field, QLineEdit* control);
-  FieldBinding(DataControl& source, const QString& field, QPlainTextEdit* control);
-  FieldBinding(DataControl& source, const QString& field, QComboBox* control);  ///< its edit text
-  FieldBinding(DataControl& source, const QString& field, QCheckBox* control);
-  FieldBinding(DataControl& source, const QString& field, QLabel* control);  ///< shows only
-  /// The binding of a control of any of these kinds.
-  static FieldBinding* Tie(DataControl& source, const QString& field, QWidget* control);
+  /// `control` is a box of text, of one line or several, a combo box, of which the text counts, a
+  /// check box or a label.
+  FieldBinding(DataControl& source, const QString& field, QWidget* control);
 
   /// Shows the field again. Fails as Recordset::Text does.
   void Load();
@@ -45,25 +36,17 @@ class FieldBinding : public QObject {
   void Put(const QVariant& value);
 
  private:
-  /// How one kind of control shows a value, tells its own, and what it makes of a value that it is
-  /// given to show. A control that only shows tells none.
-  struct Face {
-    std::function<void(const QVariant&)> show;
-    std::function<QVariant()> value;
-    std::function<QVariant(const QVariant&)> shown_as;
-    std::function<void(int)> limit = {};  ///< to so many characters
-  };
-
-  FieldBinding(DataControl& source, const QString& field, QObject* control, Face face);
-  void Show();
+  /// If it is this one; the one of this binding for -1.
   void ShowField(int field);
   void LimitTo(int most);
-  void Take();
+  Q_INVOKABLE void Take();
   [[nodiscard]] QVariant RowValue(int field) const;
+  [[nodiscard]] QVariant ShownAs(const QVariant& value) const;
 
   DataControl& source_;
   QString field_;
-  Face face_;
+  QWidget* control_;
+  QMetaProperty shown_;   ///< what the control shows
   bool known_ = false;    ///< the record source has, or had last, the field
   bool limited_ = false;  ///< the control knows how much the column holds
 };

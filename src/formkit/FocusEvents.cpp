@@ -41,8 +41,6 @@ FocusEvents::FocusEvents(QObject* parent) : QObject(parent) {
   connect(qApp, &QApplication::focusChanged, this, &FocusEvents::FocusMoved);
 }
 
-FocusEvents::~FocusEvents() = default;
-
 FocusEvents::Handlers& FocusEvents::HandlersOf(QWidget* control) {
   if (!handlers_.contains(control))
     connect(control, &QObject::destroyed, this, [this, control] { handlers_.remove(control); });
@@ -116,7 +114,7 @@ QWidget* FocusEvents::ControlOf(QWidget* widget) const {
   return widget;
 }
 
-void FocusEvents::FocusMoved(QWidget* /*old*/, QWidget* /*now*/) {
+void FocusEvents::FocusMoved() {
   const bool by_press = coming_ == Coming::kMovedFocus;
   if (by_press) coming_ = Coming::kNothing;
   if (telling_ != Telling::kNothing)

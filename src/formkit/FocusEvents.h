@@ -27,7 +27,6 @@ class FocusEvents : public QObject {
 
  public:
   explicit FocusEvents(QObject* parent = nullptr);
-  ~FocusEvents() override;
 
   using Handler = std::function<void()>;
   /// One handler a control and event; a later one replaces it. Forgotten when the control goes.
@@ -62,7 +61,7 @@ class FocusEvents : public QObject {
 
   Handlers& HandlersOf(QWidget* control);
   [[nodiscard]] QWidget* ControlOf(QWidget* widget) const;
-  void FocusMoved(QWidget* old, QWidget* now);
+  void FocusMoved();
   void FollowFocus();
   [[nodiscard]] bool Leave();
   void TellGot(QWidget* control);

@@ -12,7 +12,6 @@
 
 #include "formkit/ActiveForms.h"
 #include "formkit/Controls.h"
-#include "formkit/FocusEvents.h"
 #include "formkit/Grid.h"
 #include "store/DataControl.h"
 
@@ -94,10 +93,6 @@ void Form::TakePlace() {
   move(std::max(place.left(), screen.left()), std::max(place.top(), screen.top()));
 }
 
-void Form::HideForm() {
-  hide();
-}
-
 void Form::UnloadForm() {
   if (IsUnloading()) return;
   life_ = Life::kUnloading;
@@ -168,24 +163,16 @@ void Form::Guarded(const std::function<void()>& work) {
 void Form::GuardedAlways(const std::function<void()>& work) {
   const QPointer<Form> form = this;
   ++running_;
-  RunOrTell(work);
+  try {
+    work();
+  } catch (const Failure& failure) {
+    if (!failure.IsTold()) TellFailure(failure.description());
+  } catch (const std::exception& error) {
+    TellFailure(QString::fromUtf8(error.what()));
+  }
   if (!form) return;
   --running_;
   DeleteWhenDone();
-}
-
-void Form::RunOrTell(const std::function<void()>& work) const {
-  QString description;
-  try {
-    work();
-    return;
-  } catch (const Failure& failure) {
-    if (failure.IsTold()) return;
-    description = failure.description();
-  } catch (const std::exception& error) {
-    description = QString::fromUtf8(error.what());
-  }
-  Tell(Icon::kCritical, title::kProgram, description);
 }
 
 void Form::TellFailure(const QString& why) {
@@ -205,12 +192,8 @@ void Form::Commit(DataControl& source) {
 }
 
 void Form::FocusLater(QWidget* control, std::function<void()> then) {
-  if (!then) {
-    kit_.focus.FocusLater(control);
-    return;
-  }
   kit_.focus.FocusLater(control, [form = QPointer<Form>(this), then = std::move(then)] {
-    if (form) form->Guarded(then);
+    if (form && then) form->Guarded(then);
   });
 }
 
@@ -232,14 +215,6 @@ void Form::Tell(Icon icon, const QString& title, const QString& text) const {
 
 Button Form::Ask(Icon icon, const QString& title, const QString& text) const {
   return messages().Show(kestrix::Ask(icon, title, text));
-}
-
-void Form::ConnectGotFocus(QWidget* control, std::function<void()> handler) {
-  kit_.focus.OnGotFocus(control, [this, handler = std::move(handler)] { Guarded(handler); });
-}
-
-void Form::ConnectLostFocus(QWidget* control, std::function<void()> handler) {
-  kit_.focus.OnLostFocus(control, [this, handler = std::move(handler)] { Guarded(handler); });
 }
 
 }  // namespace kestrix

@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <functional>
 
+#include "formkit/FocusEvents.h"
 #include "platform/Failure.h"
 #include "platform/Messages.h"
 #include "platform/Services.h"
@@ -11,7 +12,6 @@ namespace kestrix {
 
 class ActiveForms;
 class DataControl;
-class FocusEvents;
 
 /// What every form needs to live: the desktop, and the two that watch focus and front.
 struct FormKit {
@@ -42,7 +42,6 @@ class Form : public QMainWindow {
   /// An unloaded form isn't shown any more.
   void ShowForm();
   void ShowFormModal();
-  void HideForm();
 
   /// Query-unload, unload, and away: the form is hidden, the data controls that are its children
   /// commit their pending edits and let go of their files, and the next reference makes a new one.
@@ -76,12 +75,11 @@ class Form : public QMainWindow {
   /// form has been unloaded.
   void Guarded(const std::function<void()>& work);
 
-  /// Connects a signal to a handler of this form, guarded. Further arguments of the signal are
-  /// passed on as far as the handler takes them.
-  template <class Sender, class Signal, class Me>
-  void On(Sender* sender, Signal signal, void (Me::*handler)()) {
-    connect(sender, signal, this,
-            [this, handler] { Guarded([&] { (static_cast<Me*>(this)->*handler)(); }); });
+  /// Connects a signal to a handler of this form, guarded: a method, or anything else that can be
+  /// called. An argument of the signal is passed on to a method that takes it.
+  template <class Sender, class Signal, class Handler>
+  void On(Sender* sender, Signal signal, Handler handler) {
+    connect(sender, signal, this, Guard(std::move(handler)));
   }
   template <class Sender, class Signal, class Me, class Argument>
   void On(Sender* sender, Signal signal, void (Me::*handler)(Argument)) {
@@ -89,22 +87,13 @@ class Form : public QMainWindow {
       Guarded([&] { (static_cast<Me*>(this)->*handler)(argument); });
     });
   }
-  /// The same for a handler of a part of the form, and for one of many that differ by a row of a
-  /// table.
-  template <class Sender, class Signal>
-  void On(Sender* sender, Signal signal, std::function<void()> handler) {
-    connect(sender, signal, this, [this, handler = std::move(handler)] { Guarded(handler); });
+  template <class Handler>
+  void OnGotFocus(QWidget* control, Handler handler) {
+    kit_.focus.OnGotFocus(control, Guard(std::move(handler)));
   }
-  void OnGotFocus(QWidget* control, std::function<void()> handler) {
-    ConnectGotFocus(control, std::move(handler));
-  }
-  template <class Me>
-  void OnGotFocus(QWidget* control, void (Me::*handler)()) {
-    ConnectGotFocus(control, [this, handler] { (static_cast<Me*>(this)->*handler)(); });
-  }
-  template <class Me>
-  void OnLostFocus(QWidget* control, void (Me::*handler)()) {
-    ConnectLostFocus(control, [this, handler] { (static_cast<Me*>(this)->*handler)(); });
+  template <class Handler>
+  void OnLostFocus(QWidget* control, Handler handler) {
+    kit_.focus.OnLostFocus(control, Guard(std::move(handler)));
   }
 
   /// Sends the focus to a control of this form behind the event in hand, then runs `then`.
@@ -128,15 +117,19 @@ class Form : public QMainWindow {
   void Commit(DataControl& source);
 
  private:
-  void ConnectGotFocus(QWidget* control, std::function<void()> handler);
-  void ConnectLostFocus(QWidget* control, std::function<void()> handler);
+  std::function<void()> Guard(std::function<void()> handler) {
+    return [this, handler = std::move(handler)] { Guarded(handler); };
+  }
+  template <class Me>
+  std::function<void()> Guard(void (Me::*handler)()) {
+    return Guard([this, handler] { (static_cast<Me*>(this)->*handler)(); });
+  }
   void SettleControls();
   void ComeUp();
   void Restore();
   void TakePlace();
   void KeepAboveFrame();
   void GuardedAlways(const std::function<void()>& work);
-  void RunOrTell(const std::function<void()>& work) const;
   void DeleteWhenDone();
 
   FormKit& kit_;

@@ -14,8 +14,7 @@ class FormSlot {
  public:
   explicit FormSlot(std::function<std::unique_ptr<F>()> make) : make_(std::move(make)) {}
   ~FormSlot() { delete form_.data(); }
-  FormSlot(const FormSlot&) = delete;
-  FormSlot& operator=(const FormSlot&) = delete;
+  Q_DISABLE_COPY_MOVE(FormSlot)
 
   /// The form, loaded. A form whose load unloaded it again is still there until control is back in
   /// the event loop, so that the caller can end what it was doing.

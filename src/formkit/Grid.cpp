@@ -163,10 +163,7 @@ void Grid::FollowCursor() {
   if (!model_ || model_->IsChanging()) return;
   const QScopedValueRollback<bool> following(following_, true);
   const int row = CursorRow();
-  if (row < 0) {
-    selectionModel()->clear();
-    return;
-  }
+  if (row < 0) return selectionModel()->clear();
   const QModelIndex there = model_->index(row, std::max(currentIndex().column(), 0));
   selectionModel()->setCurrentIndex(
       there, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
@@ -253,10 +250,9 @@ void Grid::keyPressEvent(QKeyEvent* event) {
     return;
   }
   const bool home = event->key() == Qt::Key_Home;
-  if ((home || event->key() == Qt::Key_End) && Row() >= 0) {
-    setCurrentIndex(model_->index(home ? 0 : model_->rowCount() - 1, currentIndex().column()));
-    return;
-  }
+  if ((home || event->key() == Qt::Key_End) && Row() >= 0)
+    return setCurrentIndex(
+        model_->index(home ? 0 : model_->rowCount() - 1, currentIndex().column()));
   QTableView::keyPressEvent(event);
 }
 

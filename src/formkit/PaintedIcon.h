@@ -1,14 +1,15 @@
 #pragma once
 
-#include <QIconEngine>
+#include <QIcon>
+#include <functional>
+
+class QPainter;
 
 namespace kestrix {
 
-/// What icons share that no file holds: each picture of one is painted anew, at the size that is
-/// asked for, on nothing. What is painted, and how a copy is made, is the subclass's.
-class PaintedIcon : public QIconEngine {
- public:
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override;
-};
+/// An icon that no file holds: each picture of it is painted by `paint`, smoothly and at the size
+/// that is asked for, on nothing.
+[[nodiscard]] QIcon PaintedIcon(
+    const std::function<void(QPainter& painter, const QRect& room, QIcon::Mode mode)>& paint);
 
 }  // namespace kestrix

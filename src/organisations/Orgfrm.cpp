@@ -1,7 +1,6 @@
 #include "organisations/Orgfrm.h"
 
 #include <QEvent>
-#include <QLineEdit>
 #include <QSignalBlocker>
 
 #include "formkit/Controls.h"
@@ -44,7 +43,7 @@ Orgfrm::Orgfrm(Context& context)
   On(ui_->clsd, &QPushButton::clicked, &Orgfrm::clsd_Click);
   On(ui_->addorncmd, &QPushButton::clicked, &Orgfrm::addorncmd_Click);
   On(ui_->delte, &QPushButton::clicked, &Orgfrm::delte_Click);
-  On(ui_->clsed, &QPushButton::clicked, &Orgfrm::clsed_Click);
+  On(ui_->clsed, &QPushButton::clicked, &Form::UnloadForm);
   On(ui_->fle, &QMenu::aboutToShow, &Orgfrm::fle_Click);
   On(ui_->hstry, &QAction::triggered, &Orgfrm::hstry_Click);
 }
@@ -263,10 +262,6 @@ void Orgfrm::DropEntry() {
   ui_->orgnmecbotxt->setReadOnly(true);
   ui_->orgnmecbo->setEnabled(true);
   ui_->addorncmd->setEnabled(true);
-}
-
-void Orgfrm::clsed_Click() {
-  UnloadForm();
 }
 
 }  // namespace kestrix

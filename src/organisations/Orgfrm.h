@@ -31,22 +31,16 @@ class Orgfrm : public SessionForm {
   void GiveWay();
 
  Q_SIGNALS:
-  /// An organisation was opened: the project form takes `caption` (a blank and the name) as that of
-  /// Orglbltxt. That reference loads the project form, and its load shows it. This form unloads
-  /// itself right behind it.
+  /// `caption` is that of the project form, which comes up with it: a blank and the name. This form
+  /// unloads itself right behind it.
   void OrganisationOpened(const QString& caption);
-  /// This form is being unloaded, by whichever route: the project form, loaded if it isn't, draws
-  /// its caption anew, holds the front (ProjectFormHolds becomes 1) and enables or disables the
-  /// commands that need an organisation.
+  /// This form is being unloaded, by whichever route.
   void Closing();
-  /// The project form is to be unloaded if it is loaded: files of the installation are missing, the
-  /// person was told, and this form is unloaded already.
+  /// Files of the installation are missing, which was told; this form is unloaded already.
   void ProjectFormUnloadRequested();
-  /// The load failed; the person was told, this form and the project form are unloaded. The notice
-  /// of required files is to be shown modally.
+  /// The load failed and was told; this form and the project form are unloaded.
   void LoadFailed();
-  /// The study that is being deleted is in use: the project form, loaded if it isn't, points its
-  /// rows at the empty template and clears its caption.
+  /// The study that is being deleted is in use: the project form is to let go of it.
   void StudyReleaseRequested();
 
  protected:
@@ -75,7 +69,6 @@ class Orgfrm : public SessionForm {
   void fle_Click();
   void hstry_Click();
   void DropEntry();
-  void clsed_Click();
 
   // Orgfrm_open.cpp: making the chosen organisation the active one.
   void clsd_Click();

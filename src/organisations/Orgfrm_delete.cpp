@@ -35,10 +35,10 @@ void Orgfrm::DeleteWhatIsChosen() {
     EnteredOrgName_ = Name();
     ui_->orgnmecbotxt->setText(Name());
     if (AnyStudyIsInUse()) {
-      Tell(Icon::kInformation, title::kProgram,
-           QStringLiteral("All users need to logout/Close/Exit Risk Assessment module and needs to "
-                          "be reopened by only one user to delete records."));
-      return;
+      return Tell(
+          Icon::kInformation, title::kProgram,
+          QStringLiteral("All users need to logout/Close/Exit Risk Assessment module and needs to "
+                         "be reopened by only one user to delete records."));
     }
     session().ActiveOrgName = Name();
   } catch (const Failure&) {

@@ -1,9 +1,5 @@
 #include "projects/ProjectNumbers.h"
 
-#include <QLineEdit>
-#include <algorithm>
-#include <limits>
-
 #include "formkit/Controls.h"
 #include "shell/Companions.h"
 #include "shell/SessionForm.h"
@@ -31,7 +27,7 @@ ProjectNumbers::ProjectNumbers(SessionForm& form, const Ui::mnfrm& ui, DataContr
     : form_(form), ui_(ui), source_(projects) {}
 
 void ProjectNumbers::Begin() {
-  if (companions::ReportWindowGuard(form_.context(), companions::kReportPreview)) return;
+  if (companions::ReportWindowGuard(form_.context())) return;
   ui_.ESI_No_temp->setVisible(true);
   ui_.ESI_No->setVisible(false);
   form_.FocusLater(ui_.ESI_No_temp);
@@ -90,11 +86,10 @@ bool ProjectNumbers::GoTo(const QString& number) {
   Recordset& projects = source_.Recordset();
   const Recordset::Walk walk(projects);
   projects.Requery();  // others number projects too
-  constexpr int kMost = std::numeric_limits<qint16>::max();
   if (projects.RecordCount() == 0) return false;
   const bool found = lookup::WalkTo(projects, number, kProjectNumber);
   const int steps = found ? projects.AbsolutePosition() : projects.RecordCount();
-  form_.session().LoopIndex = static_cast<qint16>(std::min(steps, kMost));
+  form_.session().LoopIndex = Capped(steps);
   return found;
 }
 
@@ -167,7 +162,7 @@ void ProjectNumbers::Find() {
 
 void ProjectNumbers::Delete() {
   try {
-    if (companions::ReportWindowGuard(form_.context(), companions::kReportPreview)) return;
+    if (companions::ReportWindowGuard(form_.context())) return;
     if (ui_.ESI_No->text().isEmpty()) {
       return form_.Tell(Icon::kInformation, title::kProgram, QStringLiteral("No records selceted"));
     }

@@ -18,11 +18,13 @@ int RememberedStudies::SlotOf(const QString& organisation) const {
 }
 
 bool RememberedStudies::IsNamed(int slot, const QString& organisation) const {
-  return slot >= 1 && slot <= kSlots && Name(slot) == organisation;
+  return slot >= 1 && slot <= kSlots &&
+         slots_[static_cast<std::size_t>(slot - 1)].organisation == organisation;
 }
 
 bool RememberedStudies::Holds(int slot, const QString& organisation, qint16 study_no) const {
-  return IsNamed(slot, organisation) && StudyNo(slot) == study_no;
+  return IsNamed(slot, organisation) &&
+         slots_[static_cast<std::size_t>(slot - 1)].study_no == study_no;
 }
 
 int RememberedStudies::Remember(const QString& organisation, qint16 study_no) {
@@ -40,10 +42,6 @@ int RememberedStudies::Remember(const QString& organisation, qint16 study_no) {
 
 void RememberedStudies::ForgetNames() {
   for (Slot& slot : slots_) slot.organisation = kFreed;
-}
-
-const RememberedStudies::Slot& RememberedStudies::At(int slot) const {
-  return slots_.at(static_cast<std::size_t>(slot - 1));
 }
 
 }  // namespace kestrix

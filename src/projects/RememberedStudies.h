@@ -28,16 +28,11 @@ class RememberedStudies {
   /// Frees all slots. Their numbers stay.
   void ForgetNames();
 
-  /// For slots 1 to 3.
-  [[nodiscard]] const QString& Name(int slot) const { return At(slot).organisation; }
-  [[nodiscard]] qint16 StudyNo(int slot) const { return At(slot).study_no; }
-
  private:
   struct Slot {
     QString organisation;
     qint16 study_no = 0;
   };
-  [[nodiscard]] const Slot& At(int slot) const;
 
   std::array<Slot, kSlots> slots_;
 };

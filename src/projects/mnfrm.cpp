@@ -1,16 +1,11 @@
 #include "projects/mnfrm.h"
 
-#include <QLineEdit>
-#include <QTimer>
-#include <algorithm>
-#include <limits>
-
 #include "formkit/Controls.h"
 #include "formkit/DrawnIcon.h"
 #include "formkit/FieldBinding.h"
 #include "platform/FileSystem.h"
+#include "shell/Companions.h"
 #include "shell/Frame.h"
-#include "store/DataControl.h"
 #include "store/LookupList.h"
 #include "store/RecordSources.h"
 #include "ui_mnfrm.h"
@@ -26,13 +21,7 @@ constexpr int kTimerInterval = 4000;
 }  // namespace
 
 mnfrm::mnfrm(Context& context)
-    : SessionForm(context),
-      ui_(std::make_unique<Ui::mnfrm>()),
-      dtsorce1_(*new DataControl(QStringLiteral("dtsorce1"), this)),
-      CboBxLstDB_(*new DataControl(QStringLiteral("CboBxLstDB"), this)),
-      AccdDptBd_(*new DataControl(QStringLiteral("AccdDptBd"), this)),
-      Timer2_(*new QTimer(this)),
-      numbers_(*this, *ui_, dtsorce1_) {
+    : SessionForm(context), ui_(std::make_unique<Ui::mnfrm>()), numbers_(*this, *ui_, dtsorce1_) {
   ui_->setupUi(this);
   Timer2_.setObjectName(QStringLiteral("Timer2"));
   Timer2_.setInterval(kTimerInterval);
@@ -78,7 +67,7 @@ void mnfrm::Connect() {
       ShowBeginning(box);
     }
   });
-  OnGotFocus(ui_->DB1, &mnfrm::DB1_GotFocus);
+  OnGotFocus(ui_->DB1, [this] { ui_->DB1->SetAllowUpdate(false); });
   OnLostFocus(ui_->DB1, &mnfrm::DB1_LostFocus);
   On(ui_->DB1, &Grid::Click, &mnfrm::DB1_Click);
   On(ui_->DB1, &Grid::DblClick, &mnfrm::simultn1_Click);
@@ -87,8 +76,8 @@ void mnfrm::Connect() {
   GiveFindKeys(ui_->FndESINo);
   On(ui_->NwESINo, &QPushButton::clicked, [this] { numbers_.Begin(); });
   OnGotFocus(ui_->ESI_No_temp, [this] { SelectWhole(ui_->ESI_No_temp); });
-  OnLostFocus(ui_->ESI_No_temp, &mnfrm::ESI_No_temp_LostFocus);
-  OnLostFocus(ui_->ESI_No, &mnfrm::ESI_No_LostFocus);
+  OnLostFocus(ui_->ESI_No_temp, [this] { numbers_.LeaveEntry(); });
+  OnLostFocus(ui_->ESI_No, [this] { numbers_.Enter(); });
   OnLostFocus(ui_->ProjectDescription, &mnfrm::ProjectDescription_LostFocus);
   On(ui_->FndESINo, &QLineEdit::textChanged, [this] { numbers_.Find(); });
   On(ui_->delteZapNo, &QPushButton::clicked, [this] { numbers_.Delete(); });
@@ -102,8 +91,8 @@ void mnfrm::Connect() {
   On(ui_->repotview, &QPushButton::clicked, &mnfrm::repotview_Click);
   On(ui_->LnkDwgs, &QPushButton::clicked, &mnfrm::LnkDwgs_Click);
   On(ui_->nworg, &QPushButton::clicked, &mnfrm::nworg_Click);
-  On(ui_->clsdfrm, &QPushButton::clicked, &mnfrm::clsdfrm_Click);
-  On(ui_->HlpHzp, &ClickLabel::Click, &mnfrm::HlpHzp_Click);
+  On(ui_->clsdfrm, &QPushButton::clicked, &Form::UnloadForm);
+  On(ui_->HlpHzp, &ClickLabel::Click, [this] { companions::OpenHelpPage(context()); });
   On(ui_->HlpHzp, &ClickLabel::Hovered, &mnfrm::HlpHzp_Hover);
   On(ui_->homepage, &QToolButton::clicked, &mnfrm::homepage_Click);
 }
@@ -255,11 +244,6 @@ qint16 mnfrm::StudyNumberShown() const {
   return ui_->StudyNoAuto->text().toShort();
 }
 
-qint16 mnfrm::Capped(int count) {
-  constexpr int kMost = std::numeric_limits<qint16>::max();
-  return static_cast<qint16>(std::min(count, kMost));
-}
-
 void mnfrm::StoreProject() {
   Commit(dtsorce1_);
 }
@@ -297,10 +281,6 @@ void mnfrm::ProjectDescription_LostFocus() {
   } catch (const Failure&) {
     // The row shows again what it holds.
   }
-}
-
-void mnfrm::DB1_GotFocus() {
-  ui_->DB1->SetAllowUpdate(false);
 }
 
 void mnfrm::DB1_Click() {

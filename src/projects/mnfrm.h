@@ -1,18 +1,16 @@
 #pragma once
 
+#include <QTimer>
 #include <memory>
 
 #include "projects/ProjectNumbers.h"
 #include "projects/RememberedStudies.h"
 #include "shell/SessionForm.h"
-
-class QTimer;
+#include "store/DataControl.h"
 
 namespace kestrix {
 
-class DataControl;
 class LookupBox;
-class Recordset;
 
 namespace Ui {
 class mnfrm;
@@ -39,12 +37,10 @@ class mnfrm : public SessionForm, public ProjectInHand {
   [[nodiscard]] QString ESI_No() override;
   [[nodiscard]] QString ProjectDescription() override;
 
-  /// The caption of Orglbltxt: the organisation form writes a blank and the name when it has opened
-  /// an organisation.
+  /// The caption of Orglbltxt: a blank and the name of the organisation that was opened.
   void SetOrganisationCaption(const QString& caption);
-  /// What the unload of the organisation form does to this form: the caption is drawn anew, the
-  /// form holds the front again, and the four commands that need an organisation are enabled if
-  /// there is one.
+  /// The organisation form was unloaded: this one holds the front again, and the commands that need
+  /// an organisation are enabled if there is one.
   void OrganisationFormClosed();
   /// Showing the organisation form, asked for by OrganisationsRequested, failed: this form and that
   /// one are unloaded.
@@ -55,24 +51,18 @@ class mnfrm : public SessionForm, public ProjectInHand {
   void LetGoOfStudy();
 
  Q_SIGNALS:
-  /// The organisation form is to be unloaded if it is loaded.
   void OrganisationFormUnloadRequested();
-  /// The evaluation form is to be unloaded if it is loaded; this form is closing.
+  /// This form is closing.
   void EvaluationFormUnloadRequested();
-  /// The load failed; the organisation form and this one are unloaded and the person was told. The
-  /// frame is to be unloaded, then the notice of required files to be shown modally.
+  /// The load failed and was told; the organisation form and this one are unloaded.
   void LoadFailed();
-  /// The evaluation form is to be shown modally. This form has hidden itself; it wants to be shown
-  /// modally when that one closes.
+  /// This form has hidden itself; it wants to be shown modally when the evaluation form closes.
   void EvaluationRequested();
-  /// The form of linked files is to be shown modally, over this one. Its closing sets
-  /// ProjectFormHolds.
+  /// Over this form. The closing of that one sets ProjectFormHolds.
   void LinkedFilesRequested();
-  /// The organisation form is to be shown modally, over this one. When that fails,
-  /// OrganisationFormNotShown is to be called.
+  /// Over this form. When that fails, OrganisationFormNotShown is to be called.
   void OrganisationsRequested();
-  /// The home page was started in place of this program, and this form is unloaded: the other forms
-  /// that are open are to be unloaded, then the frame.
+  /// The home page was started in place of this program, and this form is unloaded.
   void HomePageTakesOver();
 
  protected:
@@ -95,15 +85,10 @@ class mnfrm : public SessionForm, public ProjectInHand {
   void EnableProjectCommands();
   [[nodiscard]] QString OrganisationCaption() const;
   [[nodiscard]] qint16 StudyNumberShown() const;
-  /// `count` as far as a value of the session can hold it.
-  [[nodiscard]] static qint16 Capped(int count);
   /// Stores the pending edit of the current project. What can't be stored stays on the screen and
   /// is tried again by the next commit. Fails as Commit does.
   void StoreProject();
-  void ESI_No_temp_LostFocus() { numbers_.LeaveEntry(); }
-  void ESI_No_LostFocus() { numbers_.Enter(); }
   void ProjectDescription_LostFocus();
-  void DB1_GotFocus();
   void DB1_LostFocus();
   void DB1_Click();
 
@@ -116,23 +101,20 @@ class mnfrm : public SessionForm, public ProjectInHand {
   void EnableStageCommands();
 
   // mnfrm_commands.cpp: the ways out of the form.
-  /// True when the report preview runs, which reads the same files: the person was told to close
-  /// it.
-  [[nodiscard]] bool ReportWindowIsOpen();
   void simultn1_Click();
   void repotview_Click();
   void LnkDwgs_Click();
   void nworg_Click();
-  void clsdfrm_Click();
-  void HlpHzp_Click();
   void HlpHzp_Hover(bool over);
   void homepage_Click();
 
   std::unique_ptr<Ui::mnfrm> ui_;
-  DataControl& dtsorce1_;    ///< the projects of the organisation in work
-  DataControl& CboBxLstDB_;  ///< the project stages
-  DataControl& AccdDptBd_;   ///< given the support database at load, and not used further
-  QTimer& Timer2_;  ///< runs from the first start of the reports on; nothing follows its tick
+  /// The projects of the organisation in work.
+  DataControl dtsorce1_{QStringLiteral("dtsorce1"), this};
+  DataControl CboBxLstDB_{QStringLiteral("CboBxLstDB"), this};  ///< the project stages
+  /// Given the support database at load, and not used further.
+  DataControl AccdDptBd_{QStringLiteral("AccdDptBd"), this};
+  QTimer Timer2_{this};  ///< runs from the first start of the reports on; nothing follows its tick
 
   ProjectNumbers numbers_;
   RememberedStudies remembered_;

@@ -1,8 +1,6 @@
 // The ways out of the project form: to the tasks, the reports, the linked files, the organisations,
 // the help page, the home page, and out.
 
-#include <QTimer>
-
 #include "formkit/Controls.h"
 #include "platform/Failure.h"
 #include "platform/FileSystem.h"
@@ -11,9 +9,6 @@
 #include "ui_mnfrm.h"
 
 namespace kestrix {
-bool mnfrm::ReportWindowIsOpen() {
-  return companions::ReportWindowGuard(context(), companions::kReportPreview);
-}
 
 void mnfrm::simultn1_Click() {
   try {
@@ -23,10 +18,10 @@ void mnfrm::simultn1_Click() {
            QStringLiteral("Add new organization./ESI number : ") + session().ActiveOrgName);
       return FocusLater(ui_->simultn1);
     }
-    if (ReportWindowIsOpen()) return;
+    if (companions::ReportWindowGuard(context())) return;
     session().ProjectFormHolds = 0;
     StoreProject();
-    HideForm();
+    hide();
     Q_EMIT EvaluationRequested();
   } catch (const Failure&) {
     // The form stays.
@@ -43,18 +38,10 @@ void mnfrm::LnkDwgs_Click() {
 }
 
 void mnfrm::nworg_Click() {
-  if (ReportWindowIsOpen()) return;
+  if (companions::ReportWindowGuard(context())) return;
   session().ProjectFormHolds = 0;
   session().StudyConnected = 0;
   Q_EMIT OrganisationsRequested();
-}
-
-void mnfrm::clsdfrm_Click() {
-  UnloadForm();
-}
-
-void mnfrm::HlpHzp_Click() {
-  companions::OpenHelpPage(context());
 }
 
 void mnfrm::HlpHzp_Hover(bool over) {

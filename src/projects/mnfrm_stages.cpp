@@ -15,10 +15,7 @@ void mnfrm::PrjStgCbo_GotFocus() {
   LastComboText_ = ui_->PrjStgCbo->currentText();
   CboBxLstDB_.SetRecordSource(sources::kPrjstage);
   CboBxLstDB_.Refresh();
-  Recordset& stages = CboBxLstDB_.Recordset();
-  stages.MoveFirst();
-  stages.MoveNext();
-  stages.MoveFirst();
+  CboBxLstDB_.Recordset().MoveFirst();  // which an empty list refuses
   Stages().Fill(LastComboText_);
   EnableStageCommands();
   SelectWhole(ui_->PrjStgCbo->lineEdit());

@@ -18,8 +18,8 @@ Platform& PlatformOf(Context& context) {
   return context.kit.platform;
 }
 
-void TellPerson(Context& context, Icon icon, const QString& title, const QString& text) {
-  PlatformOf(context).messages.Show(Tell(icon, title, text));
+void TellPerson(Context& context, const QString& text) {
+  PlatformOf(context).messages.Show(Tell(Icon::kInformation, title::kProgram, text));
 }
 
 bool IsOpen(Context& context, const QString& title) {
@@ -42,8 +42,7 @@ void Start(Context& context, const QString& program) {
 /// False when the file isn't there: the person was told.
 bool HelpFileExists(Context& context, const QString& path) {
   if (PlatformOf(context).files.FileExists(path)) return true;
-  TellPerson(context, Icon::kInformation, title::kProgram,
-             QStringLiteral("Help file does not exisit, contact BELTROVAN"));
+  TellPerson(context, QStringLiteral("Help file does not exisit, contact BELTROVAN"));
   return false;
 }
 
@@ -78,14 +77,12 @@ bool GoToHomePage(Context& context) {
     return false;
   }
   if (IsOpen(context, kHomePage)) {
-    TellPerson(context, Icon::kInformation, title::kProgram,
-               QStringLiteral("Home page already open."));
+    TellPerson(context, QStringLiteral("Home page already open."));
     Activate(context, kHomePage);
     return false;
   }
   if (!files.FileExists(JoinPath(files.CurrentFolder(), kHomeProgram))) {
-    TellPerson(context, Icon::kInformation, title::kProgram,
-               QStringLiteral("Installed files missing."));
+    TellPerson(context, QStringLiteral("Installed files missing."));
     return false;
   }
   const Button answer = AskToClose(context);
@@ -95,22 +92,21 @@ bool GoToHomePage(Context& context) {
 
 bool ReportWindowGuard(Context& context, const QString& title) {
   if (!IsOpen(context, title)) return false;
-  TellPerson(context, Icon::kInformation, title::kProgram, QStringLiteral("Close Report preview."));
+  TellPerson(context, QStringLiteral("Close Report preview."));
   Activate(context, kReportPreview);
   return true;
 }
 
 bool StartReportPreview(Context& context) {
   if (!PlatformOf(context).files.FileExists(context.installation.ReportProgram())) {
-    TellPerson(context, Icon::kCritical, title::kFilesMissing,
-               QStringLiteral("1. Installed Files missing"));
+    PlatformOf(context).messages.Show(
+        Tell(Icon::kCritical, title::kFilesMissing, QStringLiteral("1. Installed Files missing")));
     return false;
   }
   try {
     PlatformOf(context).files.ChangeFolder(context.installation.ApplicationFolder());
     if (IsOpen(context, kReportPreview)) {
-      TellPerson(context, Icon::kInformation, title::kProgram,
-                 QStringLiteral("Report preview already open."));
+      TellPerson(context, QStringLiteral("Report preview already open."));
       Activate(context, kReportPreview);
       return false;
     }
@@ -141,9 +137,10 @@ void OpenChapter(Context& context, const QString& form) {
 }
 
 void SearchHelp(Context& context) {
-  TellPerson(context, Icon::kInformation, PlatformOf(context).environment.ApplicationTitle(),
-             QStringLiteral("Unable to display Help Contents. There is no Help associated with "
-                            "this project."));
+  PlatformOf(context).messages.Show(
+      Tell(Icon::kInformation, PlatformOf(context).environment.ApplicationTitle(),
+           QStringLiteral("Unable to display Help Contents. There is no Help associated with "
+                          "this project.")));
 }
 
 void ActivateHomePage(Context& context) {

@@ -22,9 +22,10 @@ inline const QString kSiblingPreview = QStringLiteral("CaseBookRpts");
 /// is to unload its forms and the frame.
 [[nodiscard]] bool GoToHomePage(Context& context);
 
-/// True when a window titled `title` exists: the person is told to close the report preview, the
-/// preview comes to the front if it can, and the caller's command ends.
-[[nodiscard]] bool ReportWindowGuard(Context& context, const QString& title);
+/// True when a window titled `title` exists, which may read the same files: the person is told to
+/// close the report preview, the preview comes to the front if it can, and the caller's command
+/// ends.
+[[nodiscard]] bool ReportWindowGuard(Context& context, const QString& title = kReportPreview);
 
 /// Brings the report preview to the front, or starts it from the application's folder. True when it
 /// was started.

@@ -109,25 +109,24 @@ void Documents::Save() {
   frmDocument* child = Active();
   if (!child) return;
   if (!child->Caption().startsWith(kUnnamed)) return child->SaveFile(child->Caption());
-  context_.dialog.DialogTitle = QStringLiteral("Save");
-  context_.dialog.Filter = kDocumentFile;
-  context_.dialog.ShowSave();
-  const QString name = context_.dialog.FileName;
-  if (name.isEmpty()) return;
-  child->SetCaption(name);
-  child->SaveFile(name + kExtension);
+  SaveUnder(QStringLiteral("Save"), kExtension);
 }
 
 void Documents::SaveAs() {
+  SaveUnder(QStringLiteral("Save As"), {});
+}
+
+/// The file gets the name that a person gives with `extension`, and the caption without it.
+void Documents::SaveUnder(const QString& title, const QString& extension) {
   frmDocument* child = Active();
   if (!child) return;
-  context_.dialog.DialogTitle = QStringLiteral("Save As");
+  context_.dialog.DialogTitle = title;
   context_.dialog.Filter = kDocumentFile;
   context_.dialog.ShowSave();
   const QString name = context_.dialog.FileName;
   if (name.isEmpty()) return;
   child->SetCaption(name);
-  child->SaveFile(name);
+  child->SaveFile(name + extension);
 }
 
 void Documents::PageSetup() {

@@ -37,6 +37,7 @@ class Documents {
  private:
   void ShowChild(frmDocument& child);
   [[nodiscard]] frmDocument* Active() const;
+  void SaveUnder(const QString& title, const QString& extension);
   void Tile(Qt::Orientation orientation);
 
   Context& context_;

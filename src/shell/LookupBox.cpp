@@ -1,8 +1,6 @@
 #include "shell/LookupBox.h"
 
 #include <QComboBox>
-#include <algorithm>
-#include <limits>
 
 #include "formkit/Controls.h"
 #include "shell/SessionForm.h"
@@ -10,15 +8,6 @@
 #include "store/LookupList.h"
 
 namespace kestrix {
-namespace {
-
-/// Where a count from 1 over so many rows ends.
-qint16 PastLast(int rows) {
-  constexpr int kMost = std::numeric_limits<qint16>::max();
-  return static_cast<qint16>(std::min(rows + 1, kMost));
-}
-
-}  // namespace
 
 LookupBox::LookupBox(SessionForm& form, DataControl& source, QComboBox* box, const Select* sql,
                      QString& kept)
@@ -54,7 +43,7 @@ bool LookupBox::AddEntry(const QString* parent) {
   Recordset& rows = source_.Recordset();
   SessionState& state = form_.session();
   if (lookup::Knows(rows, kept_, parent)) state.ListTextKnown = 1;
-  if (sql_ != nullptr) state.LoopIndex = PastLast(rows.RecordCount());
+  if (sql_ != nullptr) state.LoopIndex = Capped(rows.RecordCount() + 1);
   if (state.ListTextKnown == 1 || form_.LacksText(box_, kept_, kept_)) return false;
   lookup::Add(rows, kept_, parent);
   return true;

@@ -10,7 +10,6 @@
 #include <QUrl>
 #include <QVariant>
 #include <algorithm>
-#include <optional>
 
 #include "formkit/TextBox.h"
 

@@ -1,9 +1,8 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 #include <QVariant>
-#include <QtGlobal>
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -12,6 +11,15 @@
 #include "store/RecordSources.h"
 
 namespace kestrix {
+
+/// What BackupMode of the session stands on. In the reserved ones nothing is copied, and no menu
+/// leads to them.
+namespace backup_mode {
+inline constexpr qint16 kBackup = 0;
+inline constexpr qint16 kRestore = 1;
+inline constexpr qint16 kList = 2;     ///< reserved
+inline constexpr qint16 kPresets = 3;  ///< reserved
+}  // namespace backup_mode
 
 /// What all forms share for one run, each value under the name that the rules of the program give
 /// it. Forms read and write it directly; its 16-bit integers are 16-bit on purpose.
@@ -86,6 +94,11 @@ struct SessionState {
   if (value < Limits::min() || value > Limits::max())
     throw Failure(failure::kOverflow, QStringLiteral("Overflow."));
   return static_cast<qint16>(value);
+}
+
+/// `count` as far as one of these integers can hold it.
+[[nodiscard]] inline qint16 Capped(int count) {
+  return static_cast<qint16>(std::min<int>(count, std::numeric_limits<qint16>::max()));
 }
 
 }  // namespace kestrix

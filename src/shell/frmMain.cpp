@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QLocale>
-#include <QMdiArea>
 #include <QScreen>
 #include <QShortcut>
 #include <QToolButton>
@@ -17,7 +16,6 @@
 #include "formkit/DrawnIcon.h"
 #include "platform/FileSystem.h"
 #include "platform/Measures.h"
-#include "shell/BackupMode.h"
 #include "shell/Companions.h"
 #include "shell/Documents.h"
 #include "shell/frmDocument.h"
@@ -125,8 +123,8 @@ void frmMain::ConnectCommands() {
   On(ui_->RtrBkUp, &QAction::triggered, &frmMain::RtrBkUp_Click);
   On(ui_->homepage, &QAction::triggered, &frmMain::homepage_Click);
   On(ui_->mnuFileExit, &QAction::triggered, [this] { UnloadForm(); });
-  On(ui_->mnuViewToolbar, &QAction::triggered, &frmMain::mnuViewToolbar_Click);
-  On(ui_->mnuViewStatusBar, &QAction::triggered, &frmMain::mnuViewStatusBar_Click);
+  connect(ui_->mnuViewToolbar, &QAction::triggered, ui_->tbToolBar, &QWidget::setVisible);
+  connect(ui_->mnuViewStatusBar, &QAction::triggered, ui_->sbStatusBar, &QWidget::setVisible);
   On(ui_->Help, &QAction::triggered, [this] { companions::OpenManual(context()); });
   On(ui_->mnuHelpSearchForHelpOn, &QAction::triggered,
      [this] { companions::SearchHelp(context()); });
@@ -138,18 +136,14 @@ void frmMain::ConnectCommands() {
 
 void frmMain::ConnectPlaceholders() {
   const auto connect_to = [this](QAction* action, const QString& text) {
-    connect(action, &QAction::triggered, this,
-            [this, text] { Guarded([&] { Placeholder(text); }); });
+    On(action, &QAction::triggered,
+       [this, text] { Tell(Icon::kNone, platform().environment.ApplicationTitle(), text); });
   };
   for (const Entry entry : kPlaceholders) {
     QAction* action = ui_.get()->*entry;
     connect_to(action, QStringLiteral("Add '%1_Click' code.").arg(action->objectName()));
   }
   connect_to(ui_->tbFreeform, QStringLiteral("Add 'Freeform' button code."));
-}
-
-void frmMain::Placeholder(const QString& text) {
-  Tell(Icon::kNone, platform().environment.ApplicationTitle(), text);
 }
 
 void frmMain::SetStatusText(const QString& text) {
@@ -224,14 +218,12 @@ void frmMain::Load() {
 }
 
 int frmMain::Setting(const char* key, int default_value) const {
-  const QString text =
-      platform().settings.Get(kSection, QString::fromLatin1(key), QString::number(default_value));
+  const QString text = platform().settings.Get(kSection, key, QString::number(default_value));
   bool is_number = false;
   const double twips = text.trimmed().toDouble(&is_number);
   if (!is_number || !std::isfinite(twips))
-    throw Failure(
-        failure::kTypeMismatch,
-        QStringLiteral("The setting %1 is no number: \"%2\".").arg(QString::fromLatin1(key), text));
+    throw Failure(failure::kTypeMismatch,
+                  QStringLiteral("The setting %1 is no number: \"%2\".").arg(key, text));
   constexpr double kMost = 1e9;
   return static_cast<int>(std::clamp(std::round(twips), -kMost, kMost));
 }
@@ -256,14 +248,10 @@ void frmMain::StorePlacement() {
   if (isMinimized()) return;
   // Of a maximised frame the place that it goes back to.
   const QRect place = isMaximized() ? normal_place_ : Place();
-  const auto save = [this](const char* key, int pixels) {
-    platform().settings.Save(kSection, QString::fromLatin1(key),
-                             QString::number(TwipsFromPixels(pixels)));
-  };
-  save(kLeft, place.x());
-  save(kTop, place.y());
-  save(kWidth, place.width());
-  save(kHeight, place.height());
+  const std::pair<const char*, int> values[] = {
+      {kLeft, place.x()}, {kTop, place.y()}, {kWidth, place.width()}, {kHeight, place.height()}};
+  for (const auto& [key, pixels] : values)
+    platform().settings.Save(kSection, key, QString::number(TwipsFromPixels(pixels)));
 }
 
 void frmMain::QueryUnload() {
@@ -320,14 +308,6 @@ void frmMain::RtrBkUp_Click() {
 
 void frmMain::homepage_Click() {
   if (companions::GoToHomePage(context())) UnloadForm();
-}
-
-void frmMain::mnuViewToolbar_Click() {
-  ui_->tbToolBar->setVisible(ui_->mnuViewToolbar->isChecked());
-}
-
-void frmMain::mnuViewStatusBar_Click() {
-  ui_->sbStatusBar->setVisible(ui_->mnuViewStatusBar->isChecked());
 }
 
 }  // namespace kestrix

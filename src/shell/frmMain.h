@@ -7,8 +7,6 @@
 #include "shell/Frame.h"
 #include "shell/SessionForm.h"
 
-class QAction;
-
 namespace kestrix {
 
 class CutLabel;
@@ -37,24 +35,14 @@ class frmMain : public SessionForm, public Frame {
   void MaximiseIfMinimised() override;
 
  Q_SIGNALS:
-  /// The load failed and was told; the frame is unloaded already. The project form is to be
-  /// unloaded.
+  /// The load failed and was told; the frame is unloaded already.
   void LoadFailed();
-  /// The files are there and no preview is open: the organisation form is to be shown, not modal.
-  /// A failure is passed over here.
+  /// The files are there and no preview is open. A failure is passed over here.
   void OrganisationsRequested();
-  /// The customization form is to be shown modally.
   void CustomizationRequested();
-  /// The session stands on backup. The backup form is to be shown; then its caption is to be
-  /// " BELTROVAN: Backup Risk Assessment files", its `orgmnelbl` "LIST of Name of Organization /
-  /// Section to Backup:" and its `clsd` "&Select folder"; then the project form and the evaluation
-  /// form are to be unloaded.
-  void BackupRequested();
-  /// The session stands on restore. The folder dialog is to be shown.
-  void RestoreRequested();
-  /// The frame is about to be unloaded. `mnfrm`, `Orgfrm`, `RiskEvalFrm_1`, `opnflddlg`, `BkUpfrm`
-  /// and `tagdwgsfrm` are to be unloaded, in this order, as far as they are loaded, whatever
-  /// becomes of each.
+  void BackupRequested();   ///< the session stands on backup
+  void RestoreRequested();  ///< the session stands on restore
+  /// The frame is about to be unloaded, and all that it led to with it.
   void Closing();
 
  protected:
@@ -87,9 +75,6 @@ class frmMain : public SessionForm, public Frame {
   void Bkup_Click();
   void RtrBkUp_Click();
   void homepage_Click();
-  void mnuViewToolbar_Click();
-  void mnuViewStatusBar_Click();
-  void Placeholder(const QString& text);
 
   std::unique_ptr<Ui::frmMain> ui_;
   std::unique_ptr<Documents> documents_;

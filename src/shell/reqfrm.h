@@ -21,8 +21,7 @@ class reqfrm : public SessionForm {
   ~reqfrm() override;
 
  Q_SIGNALS:
-  /// The button was pressed. `frmMain`, `Orgfrm` and `mnfrm` are to be unloaded, in this order;
-  /// this form unloads itself right after, and the program ends.
+  /// The button was pressed. This form unloads itself right after, and the program ends.
   void ProgramEndRequested();
 
  private:

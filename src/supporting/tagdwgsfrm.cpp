@@ -2,12 +2,9 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QHeaderView>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPointer>
-#include <QTreeWidget>
 #include <utility>
 
 #include "formkit/Controls.h"
@@ -46,7 +43,7 @@ tagdwgsfrm::tagdwgsfrm(Context& context)
   ui_->fllst->installEventFilter(this);
   On(ui_->LnkFls_1, &QPushButton::clicked, &tagdwgsfrm::LnkFls_1_Click);
   On(ui_->DeltFle, &QPushButton::clicked, &tagdwgsfrm::DeltFle_Click);
-  On(ui_->cls_1, &QPushButton::clicked, &tagdwgsfrm::cls_1_Click);
+  On(ui_->cls_1, &QPushButton::clicked, &Form::UnloadForm);
 }
 
 tagdwgsfrm::~tagdwgsfrm() = default;
@@ -91,41 +88,28 @@ bool tagdwgsfrm::eventFilter(QObject* watched, QEvent* event) {
 
 /// True when the list has nothing more to do with the event.
 bool tagdwgsfrm::FollowMouse(const QEvent& event) {
-  switch (event.type()) {
-    case QEvent::MouseButtonDblClick:
-      clicked_twice_ = true;
-      Select(static_cast<const QMouseEvent&>(event));
-      Guarded([this] { fllst_DblClick(); });
-      return true;
-    case QEvent::MouseButtonPress:
-      FollowPress(static_cast<const QMouseEvent&>(event));
-      return false;
-    case QEvent::MouseButtonRelease:
-      FollowRelease(static_cast<const QMouseEvent&>(event));
-      return false;
-    default:
-      return false;
-  }
-}
-
-/// The two presses of a double click may have hit two rows: the last one counts.
-void tagdwgsfrm::Select(const QMouseEvent& mouse) {
+  if (event.type() != QEvent::MouseButtonDblClick && event.type() != QEvent::MouseButtonPress &&
+      event.type() != QEvent::MouseButtonRelease)
+    return false;
+  const auto& mouse = static_cast<const QMouseEvent&>(event);
   QTreeWidgetItem* hit = ui_->fllst->itemAt(mouse.position().toPoint());
-  if (hit != nullptr) ui_->fllst->setCurrentItem(hit);
-}
-
-/// A file may have changed since it was shown: one that is clicked again is shown anew.
-void tagdwgsfrm::FollowPress(const QMouseEvent& mouse) {
-  const QTreeWidgetItem* hit = ui_->fllst->itemAt(mouse.position().toPoint());
-  if (mouse.button() != Qt::LeftButton || hit == nullptr || hit != ui_->fllst->currentItem())
-    return;
-  Guarded([this] { fllst_ItemClick(); });
-}
-
-/// The second release of a double click ends no click of its own.
-void tagdwgsfrm::FollowRelease(const QMouseEvent& mouse) {
-  const bool second = std::exchange(clicked_twice_, false);
-  if (mouse.button() == Qt::LeftButton && !second) Guarded([this] { fllst_Click(); });
+  if (event.type() == QEvent::MouseButtonDblClick) {
+    clicked_twice_ = true;
+    // The two presses of a double click may have hit two rows: the last one counts.
+    if (hit != nullptr) ui_->fllst->setCurrentItem(hit);
+    Guarded([this] { fllst_DblClick(); });
+    return true;
+  }
+  const bool left = mouse.button() == Qt::LeftButton;
+  if (event.type() == QEvent::MouseButtonPress) {
+    // A file may have changed since it was shown: one that is clicked again is shown once more.
+    const bool again = hit != nullptr && hit == ui_->fllst->currentItem();
+    if (left && again) Guarded([this] { fllst_ItemClick(); });
+  } else if (!std::exchange(clicked_twice_, false) && left) {
+    // The second release of a double click ends no click of its own.
+    Guarded([this] { fllst_Click(); });
+  }
+  return false;
 }
 
 bool tagdwgsfrm::FollowKey(const QEvent& event) {
@@ -143,10 +127,6 @@ bool tagdwgsfrm::IsSelectionTold() const {
   if (selected == nullptr) return true;
   const QString told = ui_->pathdsply->text();
   return told == selected->text(kPath) || told == u' ' + selected->text(kPath);
-}
-
-void tagdwgsfrm::cls_1_Click() {
-  UnloadForm();
 }
 
 void tagdwgsfrm::FillList() {
@@ -235,9 +215,8 @@ void tagdwgsfrm::LinkChosenFile() {
   const QString path = dialog().FileName;
   const QString title = dialog().FileTitle();
   if (Links().RecordCount() > 0 && lookup::WalkTo(Links(), path, kFilePath)) {
-    Tell(Icon::kInformation, QStringLiteral("BELTROVAN: Duplicate linking."),
-         QStringLiteral("File already exists."));
-    return;
+    return Tell(Icon::kInformation, QStringLiteral("BELTROVAN: Duplicate linking."),
+                QStringLiteral("File already exists."));
   }
   ui_->fllst->addTopLevelItem(ItemOf(path, title));
   AddLink(path, title);
@@ -312,9 +291,8 @@ void tagdwgsfrm::OpenSelectedFile() {
   opened_path_ = SelectedItem().text(kPath);
   ui_->Pathlenstr->setText(opened_path_);
   if (!files().FileExists(opened_path_)) {
-    Tell(Icon::kInformation, QStringLiteral("BELTROVAN: File missing."),
-         QStringLiteral("File moved or Deleted."));
-    return;
+    return Tell(Icon::kInformation, QStringLiteral("BELTROVAN: File missing."),
+                QStringLiteral("File moved or Deleted."));
   }
   CutFolderToScratch(opened_path_, SelectedItem().text(kName));
   const QString folder = ui_->Pathlenstr->text();

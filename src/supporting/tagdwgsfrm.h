@@ -6,7 +6,6 @@
 #include "shell/SessionForm.h"
 #include "store/DataControl.h"
 
-class QMouseEvent;
 class QTreeWidgetItem;
 
 namespace kestrix {
@@ -38,12 +37,8 @@ class tagdwgsfrm : public SessionForm {
   void fllst_DblClick();
   void LnkFls_1_Click();
   void DeltFle_Click();
-  void cls_1_Click();
 
   [[nodiscard]] bool FollowMouse(const QEvent& event);
-  void Select(const QMouseEvent& mouse);
-  void FollowPress(const QMouseEvent& mouse);
-  void FollowRelease(const QMouseEvent& mouse);
   [[nodiscard]] bool FollowKey(const QEvent& event);
   [[nodiscard]] bool IsSelectionTold() const;
   void LinkChosenFile();

@@ -325,7 +325,7 @@ TEST_F(BkUpfrmTest, ToolTipFollowsTheCaptionWhenTheFormComesToTheFront) {
        {"Select folder", "Backup Study files", "Backup complete", "Restore Study files"}) {
     Control<QPushButton>("clsd").setText('&' + tip);
     Control<QPushButton>("clsd").setToolTip("stale");
-    form.HideForm();
+    form.hide();
     Settle();
     form.ShowForm();
     Settle();

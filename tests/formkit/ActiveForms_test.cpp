@@ -83,7 +83,7 @@ TEST_F(ActiveFormsTest, WindowThatIsNoFormTellsNoForm) {
 }
 
 TEST_F(ActiveFormsTest, HiddenFormIsntToldThatItLost) {
-  a->HideForm();
+  a->hide();
   b->ShowForm();
   ASSERT_TRUE(ComesForward(*b));
   EXPECT_FALSE(log.contains("a inactive"));
@@ -93,14 +93,14 @@ TEST_F(ActiveFormsTest, HiddenFormIsntToldThatItLost) {
 TEST_F(ActiveFormsTest, HidingBringsBackTheFormThatWasActiveLast) {
   Show(*b);
   log.clear();
-  b->HideForm();
+  b->hide();
   ASSERT_TRUE(ComesForward(*a));
   EXPECT_EQ(log, Log({"b_box lost", "a active", "a_box got"}));
 }
 
 TEST_F(ActiveFormsTest, FormThatWasActiveLastComesThoughTheWindowManagerGaveTheFrontToAnother) {
   Show(*b);
-  b->HideForm();
+  b->hide();
   QApplication::setActiveWindow(frame);
   ASSERT_EQ(active(), frame);
   EXPECT_TRUE(ComesForward(*a));
@@ -108,7 +108,7 @@ TEST_F(ActiveFormsTest, FormThatWasActiveLastComesThoughTheWindowManagerGaveTheF
 
 TEST_F(ActiveFormsTest, FormThatAsksForTheFrontOfOneThatWentKeepsIt) {
   Show(*b);
-  b->HideForm();
+  b->hide();
   frame->ShowForm();
   ASSERT_TRUE(ComesForward(*frame));
   EXPECT_EQ(active(), frame);
@@ -135,7 +135,7 @@ TEST_F(ActiveFormsTest, ReferenceIsEmptyBeforeTheNextFormIsActive) {
 TEST_F(ActiveFormsTest, InactiveFormThatHidesBringsNobodyForward) {
   Show(*b);
   log.clear();
-  a->HideForm();
+  a->hide();
   Settle();
   EXPECT_EQ(log, Log());
   EXPECT_EQ(active(), b);
@@ -151,7 +151,7 @@ TEST_F(ActiveFormsTest, ModalFormBarsTheOthersUntilItIsGone) {
   Settle();
   EXPECT_EQ(active(), b);
 
-  b->HideForm();
+  b->hide();
   ASSERT_TRUE(ComesForward(*a));
   TypeInto("a_box", "free");
   EXPECT_EQ(TextOf("a_box"), "free");
@@ -160,7 +160,7 @@ TEST_F(ActiveFormsTest, ModalFormBarsTheOthersUntilItIsGone) {
 TEST_F(ActiveFormsTest, ModalFormHandsOverToAnotherModalForm) {
   ShowModal(*b);
   log.clear();
-  b->HideForm();
+  b->hide();
   a->ShowFormModal();
   ASSERT_TRUE(ComesForward(*a));
   EXPECT_EQ(QApplication::activeModalWidget(), a);
@@ -195,7 +195,7 @@ TEST_F(ActiveFormsTest, FormThatHoldsTheFrontLetsGoWhenItIsUnloaded) {
 
 TEST_F(ActiveFormsTest, ActivationThatHandsOnToAThirdFormTellsEachOnce) {
   b->on_activate = [this] {
-    b->HideForm();
+    b->hide();
     frame->ShowForm();
   };
   b->ShowForm();

@@ -250,7 +250,7 @@ TEST_F(FormPlaceTest, AFormComesUpWholeInTheMiddleOfTheScreenAndStaysWhereItIsPu
   EXPECT_LE(std::abs(off.y()), 1);
   const QPoint corner = screen.topLeft() + QPoint(7, 9);
   form.move(corner);
-  form.HideForm();
+  form.hide();
   ShowModal(form);
   EXPECT_EQ(form.pos(), corner);
 }
