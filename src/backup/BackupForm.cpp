@@ -10,11 +10,6 @@ BackupForm::BackupForm(Context& context) : SessionForm(context) {
   HoldFront();
 }
 
-void BackupForm::SetKeys(QAbstractButton* first, QAbstractButton* way_out) {
-  first_ = first;
-  way_out_ = way_out;
-}
-
 void BackupForm::Refuse(const QString& title, const QString& text) {
   messages().Beep();
   Tell(Icon::kCritical, title, text);

@@ -21,7 +21,10 @@ class BackupForm : public SessionForm {
       QStringLiteral("1. Restored Files missing. contact M/s. BELTROVAN");
 
   /// Called once, when the buttons are there.
-  void SetKeys(QAbstractButton* first, QAbstractButton* way_out);
+  void SetKeys(QAbstractButton* first, QAbstractButton* way_out) {
+    first_ = first;
+    way_out_ = way_out;
+  }
   /// Beeps and says why something can't be done.
   void Refuse(const QString& title, const QString& text);
   void Deactivate() override;

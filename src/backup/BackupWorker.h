@@ -21,12 +21,10 @@ class Recordset;
 /// a plain copy of the databases under other names, and of the picture folders; every row of the
 /// register takes part.
 ///
-/// It knows no window. It talks through Messages, and copies through a runner, so that whoever
-/// shows the progress stays alive meanwhile; while the runner runs, the session is left alone.
-///
-/// At every moment each file it writes is the old one or the new one, whole, and all of it is on
-/// the disk when Run returns. It takes nothing back: what was copied or deleted before a failure
-/// stays so.
+/// It knows no window: it copies through a runner, so that whoever shows the progress stays alive
+/// meanwhile; while the runner runs, the session is left alone. Each file is old or new, whole, at
+/// every moment, and all of it is on the disk when Run returns. What was copied or deleted before a
+/// failure stays so.
 class BackupWorker {
  public:
   /// How a run ended that didn't fail. A run that a message stopped is at its end too.

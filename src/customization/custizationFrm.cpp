@@ -223,12 +223,7 @@ QString custizationFrm::SelectedEntry() const {
 
 void custizationFrm::SelectEntry(const QString& text) {
   const QSignalBlocker no_click(ui_->ActnByLst);
-  for (int row = 0; row < ui_->ActnByLst->count(); ++row) {
-    if (ui_->ActnByLst->item(row)->text() != text) continue;
-    ui_->ActnByLst->setCurrentRow(row);
-    return;
-  }
-  ui_->ActnByLst->setCurrentRow(-1);
+  ui_->ActnByLst->setCurrentItem(ui_->ActnByLst->findItems(text, Qt::MatchExactly).value(0));
 }
 
 /// Whether the types that are shown are those of `hazard`: the one that was picked, or the one that

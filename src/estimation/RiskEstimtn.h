@@ -62,7 +62,7 @@ class RiskEstimtn : public SessionForm {
   void TakeParameter(Parameter parameter);
   void Offer(Parameter parameter, std::span<const QStringView> items);
   void CloseFrom(Parameter first);
-  void StoreUnsetLevels(std::span<const Parameter> parameters);
+  void StoreUnsetLevelsBehindSeverity();
   void ResetStage();
   void EndPath(int index, QStringView index_label);
   void ShowLevel(Parameter parameter, const QString& text);

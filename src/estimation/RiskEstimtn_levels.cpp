@@ -9,9 +9,6 @@ namespace {
 
 using model::Parameter;
 
-constexpr std::array kBehindSeverity{Parameter::kExposure, Parameter::kOccurrence,
-                                     Parameter::kAvoidance};
-
 /// In the order of `Parameter`.
 constexpr std::array<QStringView, 4> kStatementCaptions{
     u"Hazard description : Severity", u"Hazard description : Frequency of exposure",
@@ -42,7 +39,7 @@ void RiskEstimtn::SevertyCbo_Click() {
   } else if (const model::SeverityRule* rule = model::SeverityRuleFor(text)) {
     graph_.Light(rule->lines);
     if (rule->index) {
-      StoreUnsetLevels(kBehindSeverity);
+      StoreUnsetLevelsBehindSeverity();
       EndPath(*rule->index, rule->index_label);
     } else {
       Offer(Parameter::kExposure, model::ExposureItemsOf(text));
@@ -58,7 +55,7 @@ void RiskEstimtn::SevertyCbo_Click() {
 
 /// The stage is as no one had ever estimated it, its index included; its statements stay.
 void RiskEstimtn::ResetStage() {
-  StoreUnsetLevels(kBehindSeverity);
+  StoreUnsetLevelsBehindSeverity();
   const bool before = StageInHand() == Stage::kBefore;
   SetBackColour(before ? ui_->RiskShape1 : ui_->RiskShape2, model::kLightGreen);
   (before ? ui_->RskTxtLbl : ui_->RskTxtLbl2)->setText(model::kNoRiskText.toString());
@@ -138,10 +135,10 @@ void RiskEstimtn::CloseFrom(Parameter first) {
   }
 }
 
-void RiskEstimtn::StoreUnsetLevels(std::span<const Parameter> parameters) {
-  for (const Parameter parameter : parameters) {
+void RiskEstimtn::StoreUnsetLevelsBehindSeverity() {
+  for (const Parameter parameter :
+       {Parameter::kExposure, Parameter::kOccurrence, Parameter::kAvoidance})
     Store(Fields().LevelOf(parameter), model::UnsetWordOf(parameter).toString());
-  }
 }
 
 void RiskEstimtn::ShowLevel(Parameter parameter, const QString& text) {

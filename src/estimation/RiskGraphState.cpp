@@ -5,8 +5,6 @@ namespace kestrix {
 using model::Stage;
 using namespace risk_graph;
 
-RiskGraphState::RiskGraphState(QObject* parent) : QObject(parent) {}
-
 QString RiskGraphState::markedCell() const {
   return marks_.cell == nullptr ? QString() : marks_.cell->name.toString();
 }

@@ -14,7 +14,7 @@ class RiskGraphState : public QObject {
   Q_OBJECT
 
  public:
-  explicit RiskGraphState(QObject* parent = nullptr);
+  using QObject::QObject;
 
   /// What is lit and marked now.
   [[nodiscard]] const RiskMarks& marks() const { return marks_; }

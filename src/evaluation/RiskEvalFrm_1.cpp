@@ -25,18 +25,8 @@ RiskEvalFrm_1::RiskEvalFrm_1(Context& context)
       // The bindings come first, so that a change rule that corrects a text has the last word.
       controls_(*ui_, dtsorce2_),
       lists_(*this, *ui_, CboBxLstDB_),
-      summary_({.index_before = ui_->RIBRtxt,
-                .index_after = ui_->RIARtxt,
-                .class_before = ui_->ClassScorLBL,
-                .class_after = ui_->ClassScorLBLA,
-                .reduced = ui_->RskRdsdtnY_N},
-               session()),
-      navigation_(*this, {.tasks = dtsorce2_,
-                          .controls = controls_,
-                          .lists = lists_,
-                          .summary = summary_,
-                          .position = ui_->TotAcdRCDDsply,
-                          .find = ui_->FndESINo}) {
+      summary_(*ui_, session()),
+      navigation_(*this, *ui_, dtsorce2_, controls_, lists_, summary_) {
   ui_->DB1->SetSource(dtsorce2_,
                       {{QStringLiteral("Ref.No."), QStringLiteral("RefNo")},
                        {QStringLiteral("Functions and Task "), QStringLiteral("FuntnTaskMachry")},
@@ -190,10 +180,6 @@ void RiskEvalFrm_1::QueryUnload() {
     TellFailure(failure.description());
     Stay();
   }
-}
-
-Recordset& RiskEvalFrm_1::Tasks() {
-  return dtsorce2_.Recordset();
 }
 
 void RiskEvalFrm_1::ClearTaskForm() {

@@ -36,7 +36,7 @@ class RiskEvalFrm_1 : public SessionForm, public TaskInHand {
 
   /// The tasks of the project, on the task in hand. Fails with kObjectNotSet when the load failed
   /// before they were opened.
-  [[nodiscard]] Recordset& Tasks() override;
+  [[nodiscard]] Recordset& Tasks() override { return dtsorce2_.Recordset(); }
 
  Q_SIGNALS:
   /// This form has hidden itself, until the estimation is done.

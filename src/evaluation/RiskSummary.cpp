@@ -1,7 +1,5 @@
 #include "evaluation/RiskSummary.h"
 
-#include <QCheckBox>
-#include <QLabel>
 #include <algorithm>
 
 #include "estimation/model/RiskModel.h"
@@ -10,6 +8,7 @@
 #include "formkit/Form.h"
 #include "shell/SessionState.h"
 #include "store/Recordset.h"
+#include "ui_RiskEvalFrm_1.h"
 
 namespace kestrix {
 namespace {
@@ -63,9 +62,6 @@ void ShowClass(QLabel* label, int severity, int class_score) {
 
 }  // namespace
 
-RiskSummary::RiskSummary(const Controls& controls, SessionState& session)
-    : controls_(controls), session_(session) {}
-
 void RiskSummary::Show(const Recordset& task) {
   ReadIndexes(task);
   ShowIndexes();
@@ -73,8 +69,8 @@ void RiskSummary::Show(const Recordset& task) {
   session_.SeverityAfter = SeverityOf(task, Stage::kAfter);
   session_.ClassBefore = ClassOf(task, Stage::kBefore);
   session_.ClassAfter = ClassOf(task, Stage::kAfter);
-  ShowClass(controls_.class_before, session_.SeverityBefore, session_.ClassBefore);
-  ShowClass(controls_.class_after, session_.SeverityAfter, session_.ClassAfter);
+  ShowClass(ui_.ClassScorLBL, session_.SeverityBefore, session_.ClassBefore);
+  ShowClass(ui_.ClassScorLBLA, session_.SeverityAfter, session_.ClassAfter);
   ShowHints(task);
 }
 
@@ -93,14 +89,14 @@ void RiskSummary::ShowIndexes() {
   ShowVerdict(model::Verdict(before, after).toString());
   if (const auto band = model::IndexLabelOf(before)) {
     before_text = model::CaptionOf(before, *band);
-    Paint(controls_.index_before, band->colour);
+    Paint(ui_.RIBRtxt, band->colour);
   }
   if (const auto band = model::IndexLabelOf(after)) {
     after_text = model::CaptionOf(after, *band);
-    Paint(controls_.index_after, band->colour);
+    Paint(ui_.RIARtxt, band->colour);
   }
-  controls_.index_before->setText(before_text);
-  controls_.index_after->setText(after_text);
+  ui_.RIBRtxt->setText(before_text);
+  ui_.RIARtxt->setText(after_text);
 }
 
 /// Why a label reads "No Risk" though nobody has judged the risk.
@@ -111,8 +107,8 @@ void RiskSummary::ShowHints(const Recordset& task) {
     QLabel* class_score;
   };
   for (const auto& [stage, index, class_score] :
-       {StageLabels{Stage::kBefore, controls_.index_before, controls_.class_before},
-        StageLabels{Stage::kAfter, controls_.index_after, controls_.class_after}}) {
+       {StageLabels{Stage::kBefore, ui_.RIBRtxt, ui_.ClassScorLBL},
+        StageLabels{Stage::kAfter, ui_.RIARtxt, ui_.ClassScorLBLA}}) {
     const StageFields& fields = model::FieldsOf(stage);
     const QString level = task.Text(fields.LevelOf(Parameter::kSeverity).toString());
     const auto unset = [&](const QLabel* label) {
@@ -130,20 +126,20 @@ void RiskSummary::ShowHints(const Recordset& task) {
 
 /// The label beside the box asks the question; the sentence in the box answers it.
 void RiskSummary::ShowVerdict(const QString& verdict) {
-  controls_.reduced->setText(verdict);
-  controls_.reduced->setAccessibleDescription(verdict);
+  ui_.RskRdsdtnY_N->setText(verdict);
+  ui_.RskRdsdtnY_N->setAccessibleDescription(verdict);
 }
 
 void RiskSummary::SyncReducedCheck(const Recordset& task) {
   PassOver([&] {
     ReadIndexes(task);
-    controls_.reduced->setChecked(
+    ui_.RskRdsdtnY_N->setChecked(
         model::IsReduced(session_.RiskIndexBefore, session_.RiskIndexAfter));
   });
 }
 
 void RiskSummary::Clear() {
-  for (QLabel* label : {controls_.index_before, controls_.index_after}) {
+  for (QLabel* label : {ui_.RIBRtxt, ui_.RIARtxt}) {
     label->setText(QStringLiteral("0"));
     label->setToolTip(QString());
   }

@@ -2,11 +2,11 @@
 
 #include <QString>
 
-class QCheckBox;
-class QLabel;
-
 namespace kestrix {
 
+namespace Ui {
+class RiskEvalFrm_1;
+}
 class Recordset;
 struct SessionState;
 
@@ -14,14 +14,7 @@ struct SessionState;
 /// controls. It reads the task and the session alone, and computes nothing to be stored.
 class RiskSummary {
  public:
-  struct Controls {
-    QLabel* index_before;
-    QLabel* index_after;
-    QLabel* class_before;
-    QLabel* class_after;
-    QCheckBox* reduced;  ///< its text is the verdict
-  };
-  RiskSummary(const Controls& controls, SessionState& session);
+  RiskSummary(const Ui::RiskEvalFrm_1& ui, SessionState& session) : ui_(ui), session_(session) {}
 
   /// Of the current row of `task`. Fails as its fields do, and on one that holds no number.
   void Show(const Recordset& task);
@@ -39,7 +32,7 @@ class RiskSummary {
   void ShowIndexes();
   void ShowHints(const Recordset& task);
 
-  Controls controls_;
+  const Ui::RiskEvalFrm_1& ui_;
   SessionState& session_;
 };
 

@@ -1,8 +1,5 @@
 #include "evaluation/TaskNavigation.h"
 
-#include <QLabel>
-#include <QLineEdit>
-
 #include "evaluation/RiskSummary.h"
 #include "evaluation/TaskControls.h"
 #include "evaluation/TaskFields.h"
@@ -10,11 +7,12 @@
 #include "formkit/Controls.h"
 #include "shell/SessionForm.h"
 #include "store/DataControl.h"
+#include "ui_RiskEvalFrm_1.h"
 
 namespace kestrix {
 
 int TaskNavigation::Count() const {
-  return parts_.tasks.HasRecordset() ? parts_.tasks.Recordset().RecordCount() : 0;
+  return tasks_.HasRecordset() ? tasks_.Recordset().RecordCount() : 0;
 }
 
 void TaskNavigation::Tell(const QString& text) {
@@ -22,10 +20,10 @@ void TaskNavigation::Tell(const QString& text) {
 }
 
 void TaskNavigation::ShowPosition() {
-  const Recordset& tasks = parts_.tasks.Recordset();
-  parts_.position->setText(QStringLiteral(" Recorded task %1 of %2 ")
-                               .arg(tasks.AbsolutePosition())
-                               .arg(tasks.RecordCount()));
+  const Recordset& tasks = tasks_.Recordset();
+  ui_.TotAcdRCDDsply->setText(QStringLiteral(" Recorded task %1 of %2 ")
+                                  .arg(tasks.AbsolutePosition())
+                                  .arg(tasks.RecordCount()));
 }
 
 void TaskNavigation::RememberPosition(int position) {
@@ -36,12 +34,12 @@ void TaskNavigation::RememberPosition(int position) {
 void TaskNavigation::RowChanged() {
   if (is_opening_) return;
   try {
-    Recordset& tasks = parts_.tasks.Recordset();
+    Recordset& tasks = tasks_.Recordset();
     RememberPosition(tasks.AbsolutePosition());
     if (Count() < 1 || find_active_) return;
-    parts_.controls.SaveTask(tasks);
-    parts_.summary.SyncReducedCheck(tasks);
-    parts_.summary.Show(tasks);
+    controls_.SaveTask(tasks);
+    summary_.SyncReducedCheck(tasks);
+    summary_.Show(tasks);
     ShowPosition();
   } catch (const Failure&) {
     // A row that can't be read shows nothing; the next one will.
@@ -49,12 +47,12 @@ void TaskNavigation::RowChanged() {
 }
 
 void TaskNavigation::Next() {
-  Recordset& tasks = parts_.tasks.Recordset();
+  Recordset& tasks = tasks_.Recordset();
   try {
     const int position = Narrow(tasks.AbsolutePosition());
     if (Count() != 0) {
-      parts_.controls.SaveTask(tasks);
-      parts_.controls.ShowTask(tasks);
+      controls_.SaveTask(tasks);
+      controls_.ShowTask(tasks);
       ShowPosition();
     } else {
       Tell(QStringLiteral("No records."));
@@ -67,14 +65,14 @@ void TaskNavigation::Next() {
 }
 
 void TaskNavigation::Previous() {
-  Recordset& tasks = parts_.tasks.Recordset();
+  Recordset& tasks = tasks_.Recordset();
   try {
     if (Count() == 0) return Tell(QStringLiteral("No records."));
-    parts_.controls.SaveTask(tasks);
+    controls_.SaveTask(tasks);
     if (tasks.AbsolutePosition() == 0) return Tell(QStringLiteral("You are on First record."));
     // Commits the task, and stays on it.
     tasks.SetAbsolutePosition(tasks.AbsolutePosition());
-    parts_.controls.ShowTask(tasks);
+    controls_.ShowTask(tasks);
     ShowPosition();
   } catch (const Failure&) {
     Tell(QStringLiteral("You are on first record."));
@@ -84,30 +82,30 @@ void TaskNavigation::Previous() {
 
 void TaskNavigation::Find() {
   find_active_ = true;
-  const QString wanted = parts_.find->text();
-  SetSystemBack(parts_.find);
+  const QString wanted = ui_.FndESINo->text();
+  SetSystemBack(ui_.FndESINo);
   if (Count() == 0) return;
-  Recordset& tasks = parts_.tasks.Recordset();
+  Recordset& tasks = tasks_.Recordset();
   {
     const Recordset::Walk walk(tasks);
     tasks.Find(task_field::kTitle, [&](const QString& title) { return title.startsWith(wanted); });
-    if (tasks.AbsolutePosition() != 1) parts_.lists.EnableCombos(false);
+    if (tasks.AbsolutePosition() != 1) lists_.EnableCombos(false);
   }
   // The list stood on each row in turn, on the last one at the end.
   if (!tasks.Eof()) return;
   RememberPosition(Count());
-  SetBackColour(parts_.find, colour::kWarning);
+  SetBackColour(ui_.FndESINo, colour::kWarning);
 }
 
 void TaskNavigation::LeaveFind() {
   find_active_ = false;
-  const bool goes_on = !parts_.find->text().isEmpty();
+  const bool goes_on = !ui_.FndESINo->text().isEmpty();
   // Set, not cleared, so that the box doesn't keep all that is ever looked for, to undo it. Where
   // there is a text, this finds the first task, and with that the form stays in the find until it
   // is loaded again.
-  parts_.find->setText(QString());
+  ui_.FndESINo->setText(QString());
   // A find that missed and was taken back by hand has barred the lists too.
-  if (goes_on || Count() != 0) parts_.lists.EnableCombos(true);
+  if (goes_on || Count() != 0) lists_.EnableCombos(true);
 }
 
 }  // namespace kestrix

@@ -3,11 +3,11 @@
 #include <QScopedValueRollback>
 #include <QString>
 
-class QLabel;
-class QLineEdit;
-
 namespace kestrix {
 
+namespace Ui {
+class RiskEvalFrm_1;
+}
 class DataControl;
 class RiskSummary;
 class SessionForm;
@@ -19,16 +19,14 @@ class TaskLists;
 /// risk; the session remembers the place.
 class TaskNavigation {
  public:
-  /// What it works on, and works with.
-  struct Parts {
-    DataControl& tasks;
-    const TaskControls& controls;
-    const TaskLists& lists;
-    RiskSummary& summary;
-    QLabel* position;
-    QLineEdit* find;
-  };
-  TaskNavigation(SessionForm& form, const Parts& parts) : form_(form), parts_(parts) {}
+  TaskNavigation(SessionForm& form, const Ui::RiskEvalFrm_1& ui, DataControl& tasks,
+                 const TaskControls& controls, const TaskLists& lists, RiskSummary& summary)
+      : form_(form),
+        ui_(ui),
+        tasks_(tasks),
+        controls_(controls),
+        lists_(lists),
+        summary_(summary) {}
 
   [[nodiscard]] int Count() const;
   /// From the first use of the find box on: changes of row save nothing.
@@ -50,7 +48,11 @@ class TaskNavigation {
   void RememberPosition(int position);
 
   SessionForm& form_;
-  Parts parts_;
+  const Ui::RiskEvalFrm_1& ui_;
+  DataControl& tasks_;
+  const TaskControls& controls_;
+  const TaskLists& lists_;
+  RiskSummary& summary_;
   bool is_opening_ = false;
   bool find_active_ = false;
 };

@@ -1,7 +1,6 @@
 #include "organisations/Orgfrm.h"
 
 #include <QEvent>
-#include <QSignalBlocker>
 
 #include "formkit/Controls.h"
 #include "platform/FileSystem.h"
@@ -69,10 +68,7 @@ void Orgfrm::Load() {
 /// The combo lists the names, and its text stays.
 void Orgfrm::ListNames(const QStringList& names) {
   const QString name = Name();
-  const QSignalBlocker silent(ui_->orgnmecbo);
-  ui_->orgnmecbo->clear();
-  ui_->orgnmecbo->addItems(names);
-  ui_->orgnmecbo->setCurrentIndex(-1);
+  FillCombo(ui_->orgnmecbo, names);
   SetName(name);
 }
 

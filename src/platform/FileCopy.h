@@ -16,12 +16,10 @@ namespace kestrix {
                                        const QString& action = QStringLiteral("use"),
                                        int missing = failure::kFileNotFound);
 
-/// Copies that come onto the disk together, which is far faster than one at a time: all those that
-/// go to the disk of one folder. A file that is replaced takes its place only when its successor is
-/// on the disk, with others or at the end; one that is new stands in its place at once, and may be
-/// lost or torn if the machine stops before SyncDisk. A copy that goes elsewhere comes onto its
-/// disk at once. A group that is given up without a Finish brings what it has to its places as far
-/// as it goes.
+/// Copies to the disk of one folder that come onto it together, which is far faster than one at a
+/// time; copies to other disks come onto theirs at once. A file that is replaced is old or new,
+/// whole; one that is new may be lost or torn if the machine stops before SyncDisk. Without a
+/// Finish what was copied comes to its place as far as it goes.
 class CopyGroup {
  public:
   /// `folder` lies on the disk that is synced at the end.
@@ -53,14 +51,12 @@ struct Sync {
 inline constexpr Sync Sync::kNow{nullptr, true};
 inline constexpr Sync Sync::kBytesNow{nullptr, false};
 
-/// Copies the file `source` over `target`, a full path with a file name. The bytes are written
-/// beside the target, synced, and renamed over it, so that at every moment `target` is the old file
-/// or the new one, whole; both file and name are on the disk on return. The time of the last change
-/// is kept. A target that is a link to a file stays a link and the file behind it is replaced; one
-/// that exists keeps its access rights. What a killed process left of its copies into that folder
-/// goes first. Fails with kFileNotFound, kPathNotFound, kPermissionDenied
-/// (also for a file onto itself, by whatever names, and for a write-protected target), kDiskFull,
-/// kDeviceError.
+/// Copies the file `source` over `target`, a full path with a file name. At every moment `target`
+/// is the old file or the new one, whole; both file and name are on the disk on return. The time of
+/// the last change is kept. A target that is a link to a file stays a link and the file behind it
+/// is replaced; one that exists keeps its access rights. Fails with kFileNotFound, kPathNotFound,
+/// kPermissionDenied (also for a file onto itself, by whatever names, and for a write-protected
+/// target), kDiskFull, kDeviceError.
 void CopyFileDurably(const QString& source, const QString& target, Sync when = Sync::kNow);
 
 /// As CopyFileDurably, for a file that the caller has opened for reading and maybe locked. The
@@ -68,14 +64,12 @@ void CopyFileDurably(const QString& source, const QString& target, Sync when = S
 /// is replaced itself, and what it leads to stays.
 void CopyOpenFileDurably(int source_fd, const QString& target, Sync when = Sync::kNow);
 
-/// Copies the folder `source` with all below it to the folder `target`, which is made if it isn't
-/// there and filled over if it is; its parent must exist. Each file changes from old to new whole,
-/// and all of it is on the disk on return. No link is followed: those of the source are left out
-/// and returned, and one in the place of a copy makes way for it. A `source` that is a link is left
-/// out itself, unless it ends in a separator, which names the folder behind it. What is neither
-/// file nor folder is left out too, and so are unfinished copies of other processes, dead or alive.
-/// Fails as CopyFileDurably does, with kPathNotFound for a missing source and with
-/// kPermissionDenied for a folder into itself.
+/// Copies the folder `source` with all below it over the folder `target`, which is made if it isn't
+/// there; its parent must exist. All of it is on the disk on return. No link is followed: those of
+/// the source are left out and returned (`source` itself, unless it ends in a separator, which
+/// names the folder behind it), and one in the place of a copy makes way for it. What is neither
+/// file nor folder is left out too, and so are unfinished copies. Fails as CopyFileDurably does,
+/// with kPathNotFound for a missing source and with kPermissionDenied for a folder into itself.
 QStringList CopyFolderDurably(const QString& source, const QString& target, Sync when = Sync::kNow);
 
 /// Replaces the content of `path` by `bytes`, or makes the file, with the same care as a copy.

@@ -22,14 +22,11 @@ class FileSystem {
   /// Makes one folder; its parent must exist. Fails with kFileExists, kPathNotFound or
   /// kPermissionDenied.
   virtual void CreateFolder(const QString& path) = 0;
-  /// Copies over what stands at `target`. The copy is written beside the target and renamed over
-  /// it, so that an interrupted copy leaves the old file whole; times are kept. A `target` that
-  /// ends in a separator is a folder and the file keeps its name. Fails with kPermissionDenied for
-  /// a file onto itself, kFileNotFound, kPathNotFound, kDiskFull.
+  /// Copies as CopyFileDurably does. A `target` that ends in a separator is a folder and the file
+  /// keeps its name.
   virtual void CopyFile(const QString& source, const QString& target) = 0;
-  /// Copies a folder with all below it, over what stands there. A `target` that ends in a separator
-  /// is the parent of the copy. No link is followed: returned are those that were left out,
-  /// `source` among them unless it ends in a separator. Fails as CopyFile does.
+  /// Copies as CopyFolderDurably does. A `target` that ends in a separator is the parent of the
+  /// copy.
   virtual QStringList CopyFolder(const QString& source, const QString& target) = 0;
   /// Deletes a file, write-protected or not. Fails with kFileNotFound or kPermissionDenied.
   virtual void DeleteFile(const QString& path) = 0;
@@ -47,17 +44,14 @@ class FileSystem {
   /// `path` may be relative (".."). Fails with kPathNotFound.
   virtual void ChangeFolder(const QString& path) = 0;
 
-  /// Between these two, changes need not be on the disk when their function returns; EndBatch puts
-  /// them there, with all else that was changed on the disk of `folder`, the same in both. Use
-  /// FileBatch.
+  /// For FileBatch.
   virtual void BeginBatch(const QString& /*folder*/) {}
   virtual void EndBatch(const QString& /*folder*/) {}
 };
 
-/// Many changes in a row that come onto the disk together, which is far faster than one at a time.
-/// A file that is replaced is old or new, whole, at every moment all the same. Without an End, as
-/// when a Failure passes, what was done is brought onto the disk as far as it goes and nothing is
-/// reported.
+/// Changes that need not be on the disk when their function returns, but come onto it together,
+/// with all else that was changed there. Without an End, as when a Failure passes, that goes as far
+/// as it goes and nothing is reported.
 class FileBatch {
  public:
   /// `folder` exists and lies on the disk that changes.

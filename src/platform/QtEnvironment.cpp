@@ -1,4 +1,4 @@
-#include "platform/QtEnvironment.h"
+#include "platform/QtPlatform.h"
 
 #include <QCoreApplication>
 #include <QDir>

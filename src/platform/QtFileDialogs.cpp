@@ -46,14 +46,6 @@ QString DesktopFilter(const NameFilter& filter) {
   return QStringLiteral("%1 (%2)").arg(WithoutPatterns(filter.label), filter.patterns.join(u' '));
 }
 
-QString QtFileDialogs::Open(const FileDialogRequest& request) {
-  return Run(request, false);
-}
-
-QString QtFileDialogs::Save(const FileDialogRequest& request) {
-  return Run(request, true);
-}
-
 QString QtFileDialogs::Run(const FileDialogRequest& request, bool to_save) {
   if (QFileInfo(request.folder).isDir()) folder_ = request.folder;
   if (!QFileInfo(folder_).isDir())

@@ -23,8 +23,8 @@ struct NameFilter {
 /// documents. They never add an extension to a name.
 class QtFileDialogs : public FileDialogs {
  public:
-  QString Open(const FileDialogRequest& request) override;
-  QString Save(const FileDialogRequest& request) override;
+  QString Open(const FileDialogRequest& request) override { return Run(request, false); }
+  QString Save(const FileDialogRequest& request) override { return Run(request, true); }
 
  private:
   QString Run(const FileDialogRequest& request, bool to_save);

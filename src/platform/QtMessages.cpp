@@ -1,4 +1,4 @@
-#include "platform/QtMessages.h"
+#include "platform/QtPlatform.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "platform/QtShell.h"
+#include "platform/QtPlatform.h"
 
 #include <unistd.h>
 
@@ -55,6 +55,23 @@ bool StartOpener(const QString& opener, const QString& target,
   return false;
 }
 
+void Open(const QString& path, const QString& place, const std::function<void()>& failed) {
+  const QString document = InCurrentFolder(path);
+  const QFileInfo file(document);
+  if (path.isEmpty() || !file.exists())
+    throw Failure(failure::kFileNotFound,
+                  QStringLiteral("Failed to open \"%1\": there is no such file.").arg(document));
+  if (IsLauncher(file)) FailToOpen(document, QStringLiteral("it is no document"));
+
+  const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+  QUrl url = QUrl::fromLocalFile(document);
+  if (!place.isEmpty()) url.setFragment(place);
+  const QString target = place.isEmpty() ? document : url.toString(QUrl::FullyEncoded);
+  const bool opened =
+      opener.isEmpty() ? QDesktopServices::openUrl(url) : StartOpener(opener, target, failed);
+  if (!opened) FailToOpen(document, QStringLiteral("the desktop has no opener"));
+}
+
 }  // namespace
 
 void QtShell::StartCompanion(const QString& name) {
@@ -72,23 +89,6 @@ void QtShell::OpenDocument(const QString& path, const std::function<void()>& fai
 
 void QtShell::OpenPage(const QString& path, const QString& place) {
   Open(path, place, {});
-}
-
-void QtShell::Open(const QString& path, const QString& place, const std::function<void()>& failed) {
-  const QString document = InCurrentFolder(path);
-  const QFileInfo file(document);
-  if (path.isEmpty() || !file.exists())
-    throw Failure(failure::kFileNotFound,
-                  QStringLiteral("Failed to open \"%1\": there is no such file.").arg(document));
-  if (IsLauncher(file)) FailToOpen(document, QStringLiteral("it is no document"));
-
-  const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
-  QUrl url = QUrl::fromLocalFile(document);
-  if (!place.isEmpty()) url.setFragment(place);
-  const QString target = place.isEmpty() ? document : url.toString(QUrl::FullyEncoded);
-  const bool opened =
-      opener.isEmpty() ? QDesktopServices::openUrl(url) : StartOpener(opener, target, failed);
-  if (!opened) FailToOpen(document, QStringLiteral("the desktop has no opener"));
 }
 
 }  // namespace kestrix

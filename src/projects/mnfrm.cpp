@@ -244,10 +244,6 @@ qint16 mnfrm::StudyNumberShown() const {
   return ui_->StudyNoAuto->text().toShort();
 }
 
-void mnfrm::StoreProject() {
-  Commit(dtsorce1_);
-}
-
 void mnfrm::Deactivate() {
   if (session().ProjectFormHolds == 1) TakeFrontBack();
 }
@@ -277,7 +273,7 @@ void mnfrm::ProjectDescription_LostFocus() {
   try {
     LastComboText_ = ui_->ProjectDescription->toPlainText();
     if (LastComboText_.isEmpty()) ui_->ProjectDescription->setPlainText(lookup::kNone);
-    StoreProject();
+    Commit(dtsorce1_);
   } catch (const Failure&) {
     // The row shows again what it holds.
   }

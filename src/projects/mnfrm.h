@@ -23,8 +23,6 @@ class mnfrm;
 /// is unique within its organisation by the check at its entry alone, and is never changed after
 /// it. Deleting a project deletes its row and nothing that other tables keep under its number.
 ///
-/// It never shows another form; it says what is wanted, by the signals below.
-///
 /// Two of its commands have Alt+N by their captions. The key goes from one to the other, and Space
 /// runs the one that has the focus.
 class mnfrm : public SessionForm, public ProjectInHand {
@@ -85,9 +83,6 @@ class mnfrm : public SessionForm, public ProjectInHand {
   void EnableProjectCommands();
   [[nodiscard]] QString OrganisationCaption() const;
   [[nodiscard]] qint16 StudyNumberShown() const;
-  /// Stores the pending edit of the current project. What can't be stored stays on the screen and
-  /// is tried again by the next commit. Fails as Commit does.
-  void StoreProject();
   void ProjectDescription_LostFocus();
   void DB1_LostFocus();
   void DB1_Click();

@@ -20,7 +20,7 @@ void mnfrm::simultn1_Click() {
     }
     if (companions::ReportWindowGuard(context())) return;
     session().ProjectFormHolds = 0;
-    StoreProject();
+    Commit(dtsorce1_);
     hide();
     Q_EMIT EvaluationRequested();
   } catch (const Failure&) {

@@ -26,7 +26,7 @@ void mnfrm::PrjStgCbo_LostFocus() {
     if (ui_->PrjStgCbo->currentText().isEmpty()) {
       ui_->PrjStgCbo->setCurrentText(lookup::kNotApplicable);
     }
-    StoreProject();
+    Commit(dtsorce1_);
   } catch (const Failure&) {
     // The row shows again what it holds.
   }

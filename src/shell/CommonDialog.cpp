@@ -9,10 +9,6 @@ CommonDialog::CommonDialog(Platform& platform, QObject* parent)
   setObjectName(QStringLiteral("dlgCommonDialog"));
 }
 
-QString CommonDialog::FileTitle() const {
-  return file_title_;
-}
-
 void CommonDialog::ShowOpen(const QString& folder) {
   FileDialogRequest request = Request();
   request.folder = folder;

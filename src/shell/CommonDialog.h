@@ -22,7 +22,7 @@ class CommonDialog : public QObject {
   /// with it; anything else that is left here is nothing that was chosen, and shows nowhere.
   QString FileName;
   /// The name without its folder of what was chosen last; empty when the dialog was cancelled.
-  [[nodiscard]] QString FileTitle() const;
+  [[nodiscard]] QString FileTitle() const { return file_title_; }
 
   /// Comes up in `folder`, or where the last dialog was when there is no such folder.
   void ShowOpen(const QString& folder = {});

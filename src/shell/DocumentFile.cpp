@@ -37,34 +37,32 @@ QString WithoutForeignCharacters(QString text) {
 
 }  // namespace
 
-DocumentFile::DocumentFile(QString path) : path_(std::move(path)) {}
-
-QString DocumentFile::Read() const {
-  const QFileInfo info(path_);
-  if (path_.isEmpty() || !info.exists())
-    FailToRead(failure::kFileNotFound, path_, QStringLiteral("there is no such file"));
+QString ReadDocument(const QString& path) {
+  const QFileInfo info(path);
+  if (path.isEmpty() || !info.exists())
+    FailToRead(failure::kFileNotFound, path, QStringLiteral("there is no such file"));
   if (!info.isFile())
-    FailToRead(failure::kInvalidCall, path_, QStringLiteral("it is no plain file"));
-  QFile file(path_);
+    FailToRead(failure::kInvalidCall, path, QStringLiteral("it is no plain file"));
+  QFile file(path);
   if (!file.open(QIODevice::ReadOnly))
-    FailToRead(failure::kPermissionDenied, path_, file.errorString());
+    FailToRead(failure::kPermissionDenied, path, file.errorString());
   // One byte more tells whether the file goes on, also when it grew since it was looked at.
-  const QByteArray bytes = file.read(kMostBytes + 1);
-  if (bytes.size() > kMostBytes) {
-    FailToRead(failure::kInvalidCall, path_,
+  const QByteArray bytes = file.read(kMostDocumentBytes + 1);
+  if (bytes.size() > kMostDocumentBytes) {
+    FailToRead(failure::kInvalidCall, path,
                QStringLiteral("it is too large, it has more than %1 MB")
-                   .arg(kMostBytes / (1024LL * 1024)));
+                   .arg(kMostDocumentBytes / (1024LL * 1024)));
   }
   if (file.error() != QFileDevice::NoError)
-    FailToRead(failure::kDeviceError, path_, file.errorString());
+    FailToRead(failure::kDeviceError, path, file.errorString());
   return WithoutForeignCharacters(Decoded(bytes));
 }
 
-void DocumentFile::Write(const QString& text) const {
-  if (path_.isEmpty())
+void WriteDocument(const QString& path, const QString& text) {
+  if (path.isEmpty())
     throw Failure(failure::kPathNotFound,
                   QStringLiteral("Failed to save: the document has no file name."));
-  WriteFileDurably(path_, text.toUtf8());
+  WriteFileDurably(path, text.toUtf8());
 }
 
 }  // namespace kestrix

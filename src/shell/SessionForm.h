@@ -62,9 +62,8 @@ class SessionForm : public Form {
   /// True when `entry` is reserved in every list: the person was told that it can't be deleted.
   [[nodiscard]] bool RefusesReserved(const QString& entry);
   /// True when a list command can't go on with the text of `box`: the person was told to enter one,
-  /// and the focus goes there. An empty text can go on, and so can any other once one was `kept`;
-  /// as every command keeps its text first, none is held back, and the table alone refuses an empty
-  /// one.
+  /// and the focus goes there. As every command has `kept` its text first, none is held back, and
+  /// the table alone refuses an empty one.
   [[nodiscard]] bool LacksText(QWidget* box, const QString& text,
                                const std::optional<QString>& kept);
 

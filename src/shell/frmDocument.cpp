@@ -34,15 +34,11 @@ frmDocument::frmDocument(SessionState& session, Frame& frame)
   document_ = new SelfContainedDocument(ui_->rtfText);
   ui_->rtfText->setDocument(document_);
   connect(ui_->rtfText, &RichTextBox::Pasting, this, &frmDocument::Pasting);
-  Form_Load();
-}
-
-frmDocument::~frmDocument() = default;
-
-void frmDocument::Form_Load() {
   Form_Resize();
   frame_.EnableData(true);
 }
+
+frmDocument::~frmDocument() = default;
 
 void frmDocument::Form_Resize() {
   const int room = TwipsFromPixels(width()) - kMargins;
@@ -87,13 +83,13 @@ void frmDocument::SetText(const QString& text) {
 }
 
 void frmDocument::LoadFile(const QString& path) {
-  if (!document_->Take(DocumentFile(path).Read()))
+  if (!document_->Take(ReadDocument(path)))
     throw Failure(failure::kInvalidCall,
                   QStringLiteral("Failed to open \"%1\": it is too large to be shown.").arg(path));
 }
 
 void frmDocument::SaveFile(const QString& path) {
-  DocumentFile(path).Write(document_->toHtml());
+  WriteDocument(path, document_->toHtml());
   document_->setModified(false);
 }
 

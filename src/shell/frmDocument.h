@@ -35,7 +35,8 @@ class frmDocument : public QWidget {
   [[nodiscard]] bool IsUntouched() const;
 
   void SetText(const QString& text);
-  /// Fail as DocumentFile does, LoadFile also for a text that is too large to be shown.
+  /// Fail as ReadDocument and WriteDocument do, LoadFile also for a text that is too large to be
+  /// shown.
   void LoadFile(const QString& path);
   void SaveFile(const QString& path);
 
@@ -58,7 +59,6 @@ class frmDocument : public QWidget {
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void Form_Load();
   void Form_Resize();
   void Form_Unload();
 

@@ -13,8 +13,6 @@ DataControl::DataControl(const QString& name, QObject* parent) : QObject(parent)
   setObjectName(name);
 }
 
-DataControl::~DataControl() = default;
-
 QString DataControl::ConnectionStringFor(const QString& database_path) {
   return kProvider + database_path;
 }
@@ -23,14 +21,6 @@ void DataControl::SetConnectionString(const QString& connection_string) {
   connection_string_ = connection_string;
   database_name_ =
       connection_string.startsWith(kProvider) ? connection_string.mid(kProvider.size()) : QString();
-}
-
-void DataControl::SetDatabaseName(const QString& path) {
-  database_name_ = path;
-}
-
-void DataControl::SetRecordSource(const Select& select) {
-  record_source_ = select;
 }
 
 std::exception_ptr DataControl::LetGoOfRows() {

@@ -25,7 +25,6 @@ class DataControl : public QObject {
  public:
   /// `name` is the control's objectName.
   explicit DataControl(const QString& name, QObject* parent = nullptr);
-  ~DataControl() override;
 
   /// "Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + the full path of a database.
   [[nodiscard]] static QString ConnectionStringFor(const QString& database_path);
@@ -34,9 +33,9 @@ class DataControl : public QObject {
   void SetConnectionString(const QString& connection_string);
   /// The full path of a database, for lists and the register.
   [[nodiscard]] QString DatabaseName() const { return database_name_; }
-  void SetDatabaseName(const QString& path);
+  void SetDatabaseName(const QString& path) { database_name_ = path; }
   [[nodiscard]] QString RecordSource() const { return record_source_.text; }
-  void SetRecordSource(const Select& select);
+  void SetRecordSource(const Select& select) { record_source_ = select; }
 
   /// Opens the database, when it isn't the one that is open, and the rows of the record source,
   /// when there is one, and stands on the first row. Commits the pending edit of the rows it had.

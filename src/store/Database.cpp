@@ -11,7 +11,6 @@
 #include <QThread>
 #include <algorithm>
 
-#include "platform/Descriptor.h"
 #include "platform/Failure.h"
 #include "store/EngineFiles.h"
 #include "store/Schema.h"
@@ -221,8 +220,6 @@ Database::Database(const QString& path, Made by, Use use) : path_(path) {
   }
 }
 
-Database::~Database() = default;
-
 /// Reads the file where it lies, unless reading it would write there: what a killed writer left has
 /// to be rolled back, and write-ahead mode has files of its own. Then a copy is read, which nobody
 /// else sees.
@@ -261,10 +258,6 @@ void Database::OpenHandle(const QString& path) {
     inode_ = static_cast<quint64>(named.st_ino);
     size_ = BytesOf(named);
   }
-}
-
-void Database::BeginWork() {
-  work_ = 0;
 }
 
 int Database::StopEndlessWork(void* database) {

@@ -4,6 +4,7 @@
 #include <QTemporaryDir>
 #include <memory>
 
+#include "platform/Descriptor.h"
 #include "platform/FileCopy.h"
 
 struct sqlite3;
@@ -33,22 +34,19 @@ class LockSign {
 
  private:
   QString path_;
-  int descriptor_ = -1;
+  Descriptor file_;
 };
 
 /// An open database file of this system. It refuses a file that isn't one (missing, empty,
-/// truncated, with other tables, columns or indexes than ours, or more of them, which could make
-/// the engine compute without an end) and never changes such a file. It never creates a database.
+/// truncated, with other tables, columns or indexes than ours) and never changes such a file. It
+/// never creates a database.
 ///
-/// A file of an older version is brought up to the newest one in one transaction, behind a copy of
-/// it (CopyOfVersion) that holds every committed row. It stays as it was when that fails. One that
-/// can't be written is read as it is.
+/// A file of an older version is brought up to the newest one in one transaction, after a copy of
+/// it was laid beside it (CopyOfVersion); one that can't be written is read as it is. A file in
+/// write-ahead mode goes back to the journal, unless somebody else has it open.
 ///
-/// A file that another program left in write-ahead mode goes back to the journal, unless somebody
-/// else has it open.
-///
-/// Several objects and several processes may have one file open. A change waits up to five seconds
-/// for somebody else's to end. Every change is durable when its call returns.
+/// A change waits up to five seconds for somebody else's to end, and is durable when its call
+/// returns.
 class Database {
  public:
   enum class Use {
@@ -61,7 +59,6 @@ class Database {
   /// kDeviceError or kLocked where reading it does, and as a copy or a change can where it is to be
   /// brought up.
   explicit Database(const QString& path, Use use = Use::kWork);
-  ~Database();
   Q_DISABLE_COPY_MOVE(Database)
 
   [[nodiscard]] const QString& path() const { return path_; }
@@ -73,7 +70,7 @@ class Database {
 
   /// Tells that a statement begins. One that would never end, as only a damaged file makes it, is
   /// stopped; it fails with kNotADatabase.
-  void BeginWork();
+  void BeginWork() { work_ = 0; }
 
   [[nodiscard]] sqlite3* handle() const { return handle_.get(); }
   /// The failure of the last call on this connection, in words for a person.
@@ -107,20 +104,17 @@ class Database {
 [[nodiscard]] bool CanWrite(const QString& path);
 
 /// Copies the database at `source` over `target` while nobody can change the source, so that the
-/// copy is never torn and holds all that was committed; readers go on. The copy is written beside
-/// the target and renamed over it, and is on the disk as `when` says; a link in its place makes way
-/// for it. Fails as FileSystem::CopyFile does, and with kLocked when a writer holds the source for
-/// longer than five seconds. A source that is no SQLite database is copied as the plain file that
-/// it is.
+/// copy is never torn and holds all that was committed; readers go on. A link in its place makes
+/// way for it. Fails as CopyFileDurably does, and with kLocked when a writer holds the source for
+/// longer than five seconds. A source that is no database is copied as the plain file that it is.
 void CopyDatabase(const QString& source, const QString& target, Sync when = Sync::kNow);
 
 /// Copies the database at `source`, a plain file that nobody works on, into the place of the one at
 /// `target`, if there is one, while nobody is in the middle of changing it. What a killed writer
-/// left beside the old database goes with it, so that it is never taken for a part of the new one;
-/// what lies beside the source stays, and has no part in the copy. A source that is a link fails.
-/// It has its place on return and is on the disk as `when` says, which is never with a group. Fails
-/// as FileSystem::CopyFile does, and with kLocked when a writer holds the target for longer than
-/// five seconds; the target is then as it was.
+/// left beside the old database goes with it; what lies beside the source has no part in the copy.
+/// A source that is a link fails. `when` is never with a group. Fails as CopyFileDurably does, and
+/// with kLocked when a writer holds the target for longer than five seconds; the target is then as
+/// it was.
 void ReplaceDatabase(const QString& source, const QString& target, Sync when = Sync::kNow);
 
 }  // namespace kestrix

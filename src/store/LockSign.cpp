@@ -37,23 +37,18 @@ QString LockSign::PathFor(const QString& database_path) {
 LockSign::LockSign(const QString& database_path) : path_(PathFor(database_path)) {
   const QByteArray path = QFile::encodeName(path_);
   for (int tries = 0; tries < kTries; ++tries) {
-    descriptor_ = OpenSign(path.constData());
-    if (descriptor_ < 0) return;
+    file_ = Descriptor(OpenSign(path.constData()));
+    if (!file_.valid()) return;
     // The sign may have been removed between opening and locking it; then it is the wrong one.
-    if (flock(descriptor_, LOCK_SH | LOCK_NB) == 0 && LiesAt(path_, descriptor_)) return;
-    close(descriptor_);
-    descriptor_ = -1;
+    if (flock(file_.get(), LOCK_SH | LOCK_NB) == 0 && LiesAt(path_, file_.get())) return;
+    file_ = Descriptor();
     QThread::msleep(kPauseMilliseconds);
   }
 }
 
 LockSign::~LockSign() {
-  if (descriptor_ < 0) return;
-  const QByteArray path = QFile::encodeName(path_);
-  if (flock(descriptor_, LOCK_EX | LOCK_NB) == 0 && LiesAt(path_, descriptor_)) {
-    unlink(path.constData());
-  }
-  close(descriptor_);
+  if (file_.valid() && flock(file_.get(), LOCK_EX | LOCK_NB) == 0 && LiesAt(path_, file_.get()))
+    unlink(QFile::encodeName(path_).constData());
 }
 
 }  // namespace kestrix

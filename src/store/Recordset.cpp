@@ -84,10 +84,6 @@ void Recordset::Close() {
   }
 }
 
-int Recordset::RecordCount() const {
-  return rows_.Count();
-}
-
 int Recordset::AbsolutePosition() const {
   if (adding_ || on_deleted_row_ || IsEmpty()) return kPositionUnknown;
   if (index_ < 0) return kPositionBeforeFirst;
@@ -173,10 +169,6 @@ QStringList Recordset::Texts(int field) const {
   return texts;
 }
 
-int Recordset::FieldCount() const {
-  return static_cast<int>(rows_.fields().size());
-}
-
 int Recordset::FieldIndex(const QString& name) const {
   const auto& fields = rows_.fields();
   const auto found = std::find_if(fields.begin(), fields.end(), [&](const RowSet::Field& field) {
@@ -217,16 +209,8 @@ QVariant Recordset::Value(int field) const {
   return row->at(field);
 }
 
-QString Recordset::Text(int field) const {
-  return Value(field).toString();
-}
-
 qint64 Recordset::Number(int field) const {
   return WholePart(Value(field).toDouble());
-}
-
-bool Recordset::Truth(int field) const {
-  return Number(field) != 0;
 }
 
 void Recordset::Set(int field, const QVariant& value) {
@@ -269,10 +253,6 @@ void Recordset::AddNew() {
 void Recordset::Edit() {
   if (!HasCurrentRow()) throw NoCurrentRow();
   CheckWritable();
-}
-
-void Recordset::Update() {
-  CommitPending();
 }
 
 void Recordset::CancelUpdate() {

@@ -17,22 +17,17 @@ class Failure;
 
 /// A cursor over the rows of one SELECT on a single table.
 ///
-/// The keys of the rows are read once, at opening and at Requery, in the order of the SELECT; what
-/// a row holds is read when it is asked for. So rows that others add are seen after Requery, values
-/// that others change when the row is read anew, and a row that others deleted fails when it is
-/// used. A row that was added through these rows stays one of them until Requery, also when the
-/// SELECT doesn't hold it.
+/// The keys of the rows are read at opening and at Requery, what a row holds when it is asked for
+/// (see RowSet). So rows that others add are seen after Requery, and a row that others deleted
+/// fails when it is used.
 ///
 /// There is at most one pending edit, of the current row or of a row being added. Setting a field
-/// starts one. Leaving the row commits it; so do Update, Requery and closing. An edit is committed
-/// in one statement that writes only the fields whose value changed, and only if they still hold
-/// what was read. Where somebody else changed one of them meanwhile the others are written, theirs
-/// stands, the row is read again and the commit fails. Whatever is lost of an edit is told by
-/// EditLost, however the row was left.
+/// starts one. Leaving the row commits it; so do Update, Requery and closing. Only the fields whose
+/// value changed are written, and only if they still hold what was read. Where somebody else
+/// changed one of them meanwhile the others are written, theirs stands, the row is read again and
+/// the commit fails. Whatever is lost of an edit is told by EditLost, however the row was left.
 ///
 /// Null reads as an empty text, as 0 and as false.
-///
-/// It shows nothing and knows no form; it tells by signals what may have to be shown anew.
 class Recordset : public QObject {
   Q_OBJECT
 
@@ -52,7 +47,7 @@ class Recordset : public QObject {
   /// Commits the pending edit. Fails as Update does; the edit is then gone.
   void Close();
 
-  [[nodiscard]] int RecordCount() const;
+  [[nodiscard]] int RecordCount() const { return rows_.Count(); }
   /// From 1; kPositionUnknown on an empty set, on a deleted row and while a row is being added.
   [[nodiscard]] int AbsolutePosition() const;
   /// From 1, of the row that was added last through these rows: the last one, unless somebody else
@@ -80,7 +75,7 @@ class Recordset : public QObject {
   /// cursor stays.
   [[nodiscard]] QStringList Texts(int field) const;
 
-  [[nodiscard]] int FieldCount() const;
+  [[nodiscard]] int FieldCount() const { return static_cast<int>(rows_.fields().size()); }
   /// The position of the field named `name` (any case), from 0. Fails with kNoSuchField.
   [[nodiscard]] int FieldIndex(const QString& name) const;
   [[nodiscard]] QString FieldName(int field) const;
@@ -91,12 +86,11 @@ class Recordset : public QObject {
   /// no row, kRowDeleted when somebody else deleted it, kNoSuchField. A number that 64 bits do not
   /// hold is the nearest one that they do.
   [[nodiscard]] QVariant Value(int field) const;
-  [[nodiscard]] QString Text(int field) const;
+  [[nodiscard]] QString Text(int field) const { return Value(field).toString(); }
   [[nodiscard]] qint64 Number(int field) const;
-  [[nodiscard]] bool Truth(int field) const;
+  [[nodiscard]] bool Truth(int field) const { return Number(field) != 0; }
   [[nodiscard]] QString Text(const QString& name) const { return Text(FieldIndex(name)); }
   [[nodiscard]] qint64 Number(const QString& name) const { return Number(FieldIndex(name)); }
-  [[nodiscard]] bool Truth(const QString& name) const { return Truth(FieldIndex(name)); }
 
   /// Takes `value` into the pending edit. Fails with kNoCurrentRow, kReadOnly, and with kTooLong
   /// for a text longer than its column; the edit then keeps what it had.
@@ -113,7 +107,7 @@ class Recordset : public QObject {
   /// current one and the last. Fails with kDuplicate, kRefused, kRowChanged, kRowDeleted,
   /// kDiskFull, kReadOnly, kLocked; after kRowChanged and kRowDeleted the edit is gone, else it is
   /// still pending.
-  void Update();
+  void Update() { CommitPending(); }
   /// Forgets the pending edit; does nothing when there is none.
   void CancelUpdate();
   /// Deletes the current row and drops its pending edit. The cursor keeps its place, without a row,

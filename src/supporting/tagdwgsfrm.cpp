@@ -59,15 +59,15 @@ void tagdwgsfrm::Load() {
     FillList();
     Links().MoveFirst();
   } catch (const Failure&) {
-    ShowPath(kNoFiles);
+    ui_->pathdsply->ShowText(kNoFiles);
   }
 }
 
 void tagdwgsfrm::Activate() {
   try {
-    ShowPath(u' ' + SelectedItem().text(kPath));
+    ui_->pathdsply->ShowText(u' ' + SelectedItem().text(kPath));
   } catch (const Failure&) {
-    ShowPath(kNoFiles);
+    ui_->pathdsply->ShowText(kNoFiles);
   }
 }
 
@@ -158,10 +158,6 @@ const QTreeWidgetItem& tagdwgsfrm::SelectedItem() const {
   return *item;
 }
 
-void tagdwgsfrm::ShowPath(const QString& text) {
-  ui_->pathdsply->ShowText(text);
-}
-
 void tagdwgsfrm::fllst_ItemClick() {
   try {
     preview_->Clear();
@@ -190,9 +186,9 @@ void tagdwgsfrm::fllst_Click() {
   try {
     const QString path = SelectedItem().text(kPath);
     ui_->Pathlenstr->setText(path);
-    ShowPath(path);
+    ui_->pathdsply->ShowText(path);
   } catch (const Failure&) {
-    ShowPath(kNoFiles);
+    ui_->pathdsply->ShowText(kNoFiles);
   }
 }
 
@@ -223,7 +219,7 @@ void tagdwgsfrm::LinkChosenFile() {
   FillList();
   ui_->fllst->scrollToItem(ui_->fllst->topLevelItem(ui_->fllst->topLevelItemCount() - 1));
   Links().MoveFirst();
-  ShowPath(u' ' + SelectedItem().text(kPath));
+  ui_->pathdsply->ShowText(u' ' + SelectedItem().text(kPath));
 }
 
 /// Where the last file was linked, in whichever project; files for one machine lie together.
@@ -264,10 +260,10 @@ void tagdwgsfrm::DeltFle_Click() {
     lookup::WalkTo(Links(), path, kFilePath);
     Links().Delete();
     if (ui_->fllst->topLevelItemCount() > 0) {
-      ShowPath(u' ' + SelectedItem().text(kPath));
+      ui_->pathdsply->ShowText(u' ' + SelectedItem().text(kPath));
     } else {
       preview_->Clear();
-      ShowPath(QStringLiteral("No files linked."));
+      ui_->pathdsply->ShowText(QStringLiteral("No files linked."));
     }
   } catch (const Failure&) {
     Tell(Icon::kInformation, kTitle,

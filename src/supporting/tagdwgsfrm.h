@@ -49,7 +49,6 @@ class tagdwgsfrm : public SessionForm {
   void FillList();
   [[nodiscard]] QTreeWidgetItem* ItemOf(const QString& path, const QString& title) const;
   [[nodiscard]] QString FolderOfNewestLink() const;
-  void ShowPath(const QString& text);
   void ShowFallback();
   [[nodiscard]] const QTreeWidgetItem& SelectedItem() const;
   [[nodiscard]] Recordset& Links() const { return dwgflsDB_.Recordset(); }

@@ -33,8 +33,8 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace kestrix;
   fuzz::WithinApplication();
   const QByteArray bytes = fuzz::Input(data, size).Rest();
-  const DocumentFile file(fuzz::LayFile(QStringLiteral("note.rtf"), bytes));
-  const QString text = file.Read();
+  const QString file = fuzz::LayFile(QStringLiteral("note.rtf"), bytes);
+  const QString text = ReadDocument(file);
   fuzz::Hold(std::none_of(text.begin(), text.end(), fuzz::IsForeign),
              "a text holds no characters that stand for the inner parts of a document");
   SelfContainedDocument document;
@@ -51,7 +51,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const QString saved = document.toHtml();
   file.Write(saved);
   SelfContainedDocument again;
-  fuzz::Show(again, file.Read());
+  fuzz::Show(again, ReadDocument(file));
   SelfContainedDocument pasted;
   if (kind == TextKind::kRich) {
     QTextCursor(&pasted).insertHtml(text);

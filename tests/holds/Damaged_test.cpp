@@ -216,7 +216,7 @@ TEST_F(DamagedTest, DocumentIsShownOrRefused) {
       [](const QString& path, const QByteArray& damaged) {
         const bool read = Succeeds([&] {
           SelfContainedDocument document;
-          if (!document.Take(DocumentFile(path).Read())) return;
+          if (!document.Take(ReadDocument(path))) return;
           document.setTextWidth(500);
           static_cast<void>(document.size());
           static_cast<void>(document.toHtml());

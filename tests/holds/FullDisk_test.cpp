@@ -111,7 +111,7 @@ const Write kWrites[] = {
                                                    QStringLiteral("/before.png"));
      }},
     {"SavedDocument",
-     [](const Disk& disk) { DocumentFile(disk.Document()).Write(QString(kLongText, u'w')); }},
+     [](const Disk& disk) { WriteDocument(disk.Document(), QString(kLongText, u'w')); }},
     {"Backup", [](const Disk& disk) { disk.BackUp(); }, true},
     {"Restore", [](const Disk& disk) { disk.Restore(); }, true},
 };

@@ -1,4 +1,4 @@
-#include "platform/QtClipboard.h"
+#include "platform/QtPlatform.h"
 
 #include <gtest/gtest.h>
 

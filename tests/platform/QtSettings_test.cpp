@@ -1,4 +1,4 @@
-#include "platform/QtSettings.h"
+#include "platform/QtPlatform.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/QtShell.h"
+#include "platform/QtPlatform.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -17,25 +17,25 @@ class DocumentFileTest : public ::testing::Test {
   [[nodiscard]] QString Path(const QString& name) const { return folder_.filePath(name); }
   [[nodiscard]] QString ReadBack(const QByteArray& bytes) const {
     WriteFile(Path(QStringLiteral("a.kfe")), bytes);
-    return DocumentFile(Path(QStringLiteral("a.kfe"))).Read();
+    return ReadDocument(Path(QStringLiteral("a.kfe")));
   }
 
   QTemporaryDir folder_;
 };
 
 TEST_F(DocumentFileTest, WhatWasWrittenIsReadAgain) {
-  const DocumentFile file(Path(QStringLiteral("a.kfe")));
-  file.Write(QStringLiteral("Prüfung – 押す\n"));
+  const QString file = Path(QStringLiteral("a.kfe"));
+  WriteDocument(file, QStringLiteral("Prüfung – 押す\n"));
   EXPECT_EQ(ReadFile(Path(QStringLiteral("a.kfe"))),
             "Pr\xC3\xBC"
             "fung \xE2\x80\x93 \xE6\x8A\xBC\xE3\x81\x99\n");
-  EXPECT_EQ(file.Read(), QStringLiteral("Prüfung – 押す\n"));
+  EXPECT_EQ(ReadDocument(file), QStringLiteral("Prüfung – 押す\n"));
 }
 
 TEST_F(DocumentFileTest, WritingReplacesAllOfTheOldContentAndLeavesNothingBeside) {
-  const DocumentFile file(Path(QStringLiteral("a.kfe")));
-  file.Write(QStringLiteral("a long first text"));
-  file.Write(QStringLiteral("short"));
+  const QString file = Path(QStringLiteral("a.kfe"));
+  WriteDocument(file, QStringLiteral("a long first text"));
+  WriteDocument(file, QStringLiteral("short"));
   EXPECT_EQ(ReadFile(Path(QStringLiteral("a.kfe"))), "short");
   EXPECT_EQ(QDir(folder_.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"a.kfe"});
 }
@@ -57,27 +57,27 @@ TEST_F(DocumentFileTest, BytesThatAreNoTextAreMarkedInTheirPlaces) {
 }
 
 TEST_F(DocumentFileTest, MissingFileFails) {
-  EXPECT_EQ(FailureOf([&] { (void)DocumentFile(Path(QStringLiteral("none"))).Read(); }),
+  EXPECT_EQ(FailureOf([&] { (void)ReadDocument(Path(QStringLiteral("none"))); }),
             failure::kFileNotFound);
-  EXPECT_EQ(FailureOf([] { (void)DocumentFile(QString()).Read(); }), failure::kFileNotFound);
+  EXPECT_EQ(FailureOf([] { (void)ReadDocument(QString()); }), failure::kFileNotFound);
 }
 
 TEST_F(DocumentFileTest, WhatIsNoPlainFileFailsAndIsNotWaitedFor) {
-  EXPECT_EQ(FailureOf([&] { (void)DocumentFile(folder_.path()).Read(); }), failure::kInvalidCall);
+  EXPECT_EQ(FailureOf([&] { (void)ReadDocument(folder_.path()); }), failure::kInvalidCall);
   const QString pipe = Path(QStringLiteral("pipe"));
   ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-  EXPECT_EQ(FailureOf([&] { (void)DocumentFile(pipe).Read(); }), failure::kInvalidCall);
-  EXPECT_EQ(FailureOf([] { (void)DocumentFile(QStringLiteral("/dev/zero")).Read(); }),
+  EXPECT_EQ(FailureOf([&] { (void)ReadDocument(pipe); }), failure::kInvalidCall);
+  EXPECT_EQ(FailureOf([] { (void)ReadDocument(QStringLiteral("/dev/zero")); }),
             failure::kInvalidCall);
 }
 
 TEST_F(DocumentFileTest, FileBeyondTheBoundFailsWithItsSizeInWords) {
   QFile file(Path(QStringLiteral("huge.kfe")));
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  ASSERT_TRUE(file.resize(DocumentFile::kMostBytes + 1));
+  ASSERT_TRUE(file.resize(kMostDocumentBytes + 1));
   file.close();
   try {
-    (void)DocumentFile(file.fileName()).Read();
+    (void)ReadDocument(file.fileName());
     FAIL() << "It was read.";
   } catch (const Failure& failure) {
     EXPECT_EQ(failure.number(), failure::kInvalidCall);
@@ -86,12 +86,11 @@ TEST_F(DocumentFileTest, FileBeyondTheBoundFailsWithItsSizeInWords) {
 }
 
 TEST_F(DocumentFileTest, WritingWithoutANameOrIntoNoFolderFails) {
-  EXPECT_EQ(FailureOf([] { DocumentFile(QString()).Write(QStringLiteral("text")); }),
+  EXPECT_EQ(FailureOf([] { WriteDocument(QString(), QStringLiteral("text")); }),
             failure::kPathNotFound);
-  EXPECT_NE(
-      FailureOf([&] { DocumentFile(Path(QStringLiteral("no/a"))).Write(QStringLiteral("text")); }),
-      0);
-  EXPECT_NE(FailureOf([&] { DocumentFile(folder_.path()).Write(QStringLiteral("text")); }), 0);
+  EXPECT_NE(FailureOf([&] { WriteDocument(Path(QStringLiteral("no/a")), QStringLiteral("text")); }),
+            0);
+  EXPECT_NE(FailureOf([&] { WriteDocument(folder_.path(), QStringLiteral("text")); }), 0);
 }
 
 TEST_F(DocumentFileTest, RefusedWriteLeavesTheOldFileWhole) {
@@ -99,7 +98,7 @@ TEST_F(DocumentFileTest, RefusedWriteLeavesTheOldFileWhole) {
   WriteFile(Path(QStringLiteral("a.kfe")), "old");
   ASSERT_EQ(::chmod(QFile::encodeName(folder_.path()).constData(), 0755), 0);
   const auto report = RunAsNobody([&] {
-    DocumentFile(Path(QStringLiteral("a.kfe"))).Write(QStringLiteral("new"));
+    WriteDocument(Path(QStringLiteral("a.kfe")), QStringLiteral("new"));
     return QStringLiteral("written");
   });
   EXPECT_TRUE(report.value_or(QString()).startsWith("Failure 70"))
@@ -112,8 +111,7 @@ TEST_F(DocumentFileTest, FileThatMayNotBeReadFails) {
   WriteFile(Path(QStringLiteral("a.kfe")), "secret");
   ASSERT_EQ(::chmod(QFile::encodeName(folder_.path()).constData(), 0755), 0);
   ASSERT_EQ(::chmod(QFile::encodeName(Path(QStringLiteral("a.kfe"))).constData(), 0600), 0);
-  const auto report =
-      RunAsNobody([&] { return DocumentFile(Path(QStringLiteral("a.kfe"))).Read(); });
+  const auto report = RunAsNobody([&] { return ReadDocument(Path(QStringLiteral("a.kfe"))); });
   EXPECT_TRUE(report.value_or(QString()).startsWith("Failure 70"))
       << report.value_or(QStringLiteral("<no report>")).toStdString();
 }

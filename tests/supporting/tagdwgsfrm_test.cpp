@@ -8,7 +8,7 @@
 #include <QTreeWidget>
 #include <QWindow>
 
-#include "platform/QtShell.h"
+#include "platform/QtPlatform.h"
 #include "support/Files.h"
 #include "support/FormTest.h"
 #include "support/OtherForm.h"
