@@ -11,17 +11,13 @@ class QWidget;
 namespace kestrix {
 
 /// Tells controls of forms when the focus comes and goes between controls of this program. A popup,
-/// a menu, a message box, a file dialog or another program in between does not count: the control
-/// that had the focus before has kept it, for the rules, when it comes back.
+/// a menu, a message box, a file dialog or another program in between does not count.
 ///
 /// Losing the focus is told before the press that took it does anything, and before the click of a
 /// button that was called by its mnemonic. When a handler of a lost focus holds the focus back, or
 /// shows a message, that press is not delivered any more: a person who is told to mend a field has
-/// not clicked the button behind the message. A control that the focus only passed through, because
-/// it was held back, is told neither that it got the focus nor that it lost it.
-///
-/// A focus that moves while a handler runs is told when that handler is done, and then only where
-/// it came to stand.
+/// not clicked the button behind the message. A control that the focus only passed through is told
+/// nothing, and a focus that moves while a handler runs is told only where it came to stand.
 class FocusEvents : public QObject {
   Q_OBJECT
 

@@ -45,9 +45,8 @@ class Form : public QMainWindow {
 
   /// Query-unload, unload, and away: the form is hidden, the data controls that are its children
   /// commit their pending edits and let go of their files, and the next reference makes a new one.
-  /// The object itself lives until its handlers have ended and control is back in the event loop,
-  /// but no further handler of it runs. Does nothing while an unload of this form is under way.
-  /// A form whose query-unload calls Stay goes on as if nothing had been asked.
+  /// The object lives on until its handlers have ended, but no further one runs. Does nothing while
+  /// an unload is under way. A form whose query-unload calls Stay goes on as before.
   void UnloadForm();
   [[nodiscard]] bool IsUnloading() const { return life_ != Life::kLoaded; }
 

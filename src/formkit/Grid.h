@@ -52,8 +52,7 @@ class GridModel : public QAbstractTableModel {
 /// A pick that can't leave its row falls back to the cursor, and says why.
 class Grid : public QTableView {
   Q_OBJECT
-  /// Whether a row could be edited in place; forms switch it off while the grid has the focus and
-  /// on again when it loses it, so that nothing is ever typed into the grid.
+  /// Switched by the rules of forms; nothing is ever typed into the grid.
   Q_PROPERTY(bool AllowUpdate READ AllowUpdate WRITE SetAllowUpdate)
   /// What a list without rows says in grey.
   Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText)

@@ -18,8 +18,7 @@ class TextLimit : public QObject {
 
   /// What `box` holds behind `text` was set: its beginning, where the box has a limit.
   [[nodiscard]] static QString Taken(const QPlainTextEdit* box, const QString& text);
-  /// What of `text` there is room for in place of the selection of `box`. Only that is to be put
-  /// in: lines by the hundred thousand take their time even if they are taken out again.
+  /// What of `text` there is room for in place of the selection of `box`.
   [[nodiscard]] static QString Pasted(const QPlainTextEdit* box, QString text);
 
  private:

@@ -49,7 +49,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
   // What is saved opens again, and a part of it goes into another document, as a paste does.
   const QString saved = document.toHtml();
-  file.Write(saved);
+  WriteDocument(file, saved);
   SelfContainedDocument again;
   fuzz::Show(again, ReadDocument(file));
   SelfContainedDocument pasted;
