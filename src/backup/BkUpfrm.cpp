@@ -63,7 +63,6 @@ void BkUpfrm::LoadSteps() {
   ui->BKList1->setVisible(lists_organisations);
   ui->ListBk_2->setVisible(!lists_organisations);
   files().ChangeFolder(installation().ApplicationFolder());
-  temp_ = platform().environment.Variable(QStringLiteral("TEMP"));
   if (backs_up) LoadLiveRegister();
   if (restores) LoadRegisterOfSet();
   if (!lists_organisations) ui->ListBk_2->setText(QStringLiteral("1. Presets\r\n2. Zero nodes"));
@@ -82,11 +81,12 @@ void BkUpfrm::LoadLiveRegister() {
 void BkUpfrm::LoadRegisterOfSet() {
   const QString in_set = BackupSet(session().BackupFolder).Register();
   if (files().FileExists(in_set) && !IsLink(in_set)) {
-    const QString copy = JoinPath(temp_, QStringLiteral("\\orgtn.mdb"));
+    const QString temp = platform().environment.Variable(QStringLiteral("TEMP"));
+    const QString copy = JoinPath(temp, QStringLiteral("\\orgtn.mdb"));
     // In a folder that many share, a link of that name might lead anywhere.
     if (files().FileExists(copy)) files().DeleteFile(copy);
     // Nobody needs this copy after a loss of power, and a person waits for it.
-    CopyGroup unsynced(temp_);
+    CopyGroup unsynced(temp);
     CopyFileDurably(in_set, copy, Sync::With(unsynced));
     OpenRegister(copy);
   } else {

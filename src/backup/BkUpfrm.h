@@ -74,7 +74,6 @@ class BkUpfrm : public BackupForm {
   std::unique_ptr<Ui::BkUpfrm> ui;
   DataControl orgndata_{QStringLiteral("Orgndata"), this};
   BackupWorker worker_;
-  QString temp_;        ///< TEMP of the process, where the register of a set is looked at
   double percent_ = 0;  ///< of the bar
 };
 

@@ -63,10 +63,6 @@ void FolderList::SetPath(const QString& path) {
   if (std::exchange(path_, clean) != clean) Q_EMIT Change();
 }
 
-void FolderList::Refresh() {
-  Fill(path_, files_->FoldersIn(path_));
-}
-
 void FolderList::Fill(const QString& path, const QStringList& folders) {
   clear();
   int depth = 0;
@@ -76,7 +72,12 @@ void FolderList::Fill(const QString& path, const QStringList& folders) {
     above += u'/' + name;
     AddFolder(name, above, ++depth);
   }
-  MarkOpen(item(depth));
+  // The highlighted row is not always the open folder: a click moves the highlight alone.
+  QFont bold = font();
+  bold.setBold(true);
+  item(depth)->setFont(bold);
+  item(depth)->setIcon(open_folder_);
+  setCurrentItem(item(depth));
   for (const QString& name : folders) AddFolder(name, above + u'/' + name, depth + 1);
   scrollToItem(currentItem());
 }
@@ -86,15 +87,6 @@ void FolderList::AddFolder(const QString& name, const QString& path, int depth) 
   folder->setData(kPathRole, path);
   folder->setData(kDepthRole, depth);
   folder->setToolTip(PlainTip(path));
-}
-
-/// The highlighted row is not always the open folder: a click moves the highlight alone.
-void FolderList::MarkOpen(QListWidgetItem* folder) {
-  QFont bold = font();
-  bold.setBold(true);
-  folder->setFont(bold);
-  folder->setIcon(open_folder_);
-  setCurrentItem(folder);
 }
 
 }  // namespace kestrix

@@ -25,10 +25,9 @@ class FolderList : public QListWidget {
   void SetFiles(const FileSystem& files) { files_ = &files; }
 
   [[nodiscard]] QString Path() const { return path_; }
-  /// Opens a folder. Fails as FileSystem::FoldersIn does; the list then stays as it was.
+  /// Opens a folder, and reads it again when it is open. Fails as FileSystem::FoldersIn does; the
+  /// list then stays as it was.
   void SetPath(const QString& path);
-  /// Reads the open folder again. Fails as SetPath does.
-  void Refresh();
 
  Q_SIGNALS:
   /// Another folder has been opened.
@@ -43,7 +42,6 @@ class FolderList : public QListWidget {
   void Want(const QListWidgetItem* item);
   void Fill(const QString& path, const QStringList& folders);
   void AddFolder(const QString& name, const QString& path, int depth);
-  void MarkOpen(QListWidgetItem* folder);
 
   const QIcon folder_ = DrawnIcon(Drawing::kFolder);
   const QIcon open_folder_ = DrawnIcon(Drawing::kOpenFolder);

@@ -169,7 +169,6 @@ void opnflddlg::MakeFolder(const QString& name) {
   const QString path = JoinPath(ui_->curntpathlbl->text(), u'\\' + name);
   if (!files().FolderExists(path)) files().CreateFolder(path);
   ui_->ktxDir->SetPath(path);
-  ui_->ktxDir->Refresh();
 }
 
 void opnflddlg::slctfld_Click() {

@@ -67,7 +67,6 @@ class custizationFrm : public SessionForm {
   std::unique_ptr<Ui::custizationFrm> ui_;
   DataControl nameDB_{QStringLiteral("nameDB"), this};
   QString ListChoiceText_;          ///< of ForCustmnCbo on entering it and after each pick
-  QString EntryText_;               ///< the entry in work
   bool HazardListShowing_ = false;  ///< the hazard types of one primary hazard are shown
 };
 

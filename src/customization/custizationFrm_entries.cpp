@@ -99,9 +99,8 @@ void custizationFrm::DeleteEntry() {
                 QStringLiteral("No record selected to deleted."));
   const QString entry = ui_->ActnByCbo->currentText();
   if (RefusesReserved(entry) || LacksText(ui_->ActnByCbo, entry, entry)) return;
-  EntryText_ = entry;
   if (!IsDeletionWished(QStringLiteral("Wish to delete Record : ") + entry)) return;
-  lookup::DeleteFirst(Rows(), EntryText_);
+  lookup::DeleteFirst(Rows(), entry);
   PassOver([&] { FillBoth(); });
   ui_->ActnByCbo->setEditText(lookup::kNone);
   ui_->AddrcdTxt->setText(lookup::kNone);

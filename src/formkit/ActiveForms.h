@@ -17,9 +17,9 @@ class Form;
 /// The control that has the focus is told that it loses it, then its form that it lost, then the
 /// other form that it is active.
 ///
-/// When the active form is hidden or unloaded, the visible form that was in front last before it
-/// and that no modal form bars is brought to the front, behind the event in hand and unless another
-/// one got it by then. A form that is hidden or unloaded isn't told that it lost: it knows.
+/// When the active form is hidden or unloaded, the visible form that was in front, or asked to be,
+/// last before it and that no modal form bars is brought to the front, behind the event in hand and
+/// unless another one got it by then. A form that goes isn't told that it lost: it knows.
 class ActiveForms : public QObject {
   Q_OBJECT
 

@@ -35,10 +35,6 @@ void Activate(Context& context, const QString& title) {
   });
 }
 
-void Start(Context& context, const QString& program) {
-  PassOver([&] { PlatformOf(context).shell.StartCompanion(program); });
-}
-
 /// False when the file isn't there: the person was told.
 bool HelpFileExists(Context& context, const QString& path) {
   if (PlatformOf(context).files.FileExists(path)) return true;
@@ -53,16 +49,6 @@ void OpenHelpFile(Context& context, const QString& path, const QString& name) {
         PlatformOf(context).files.ChangeFolder(context.installation.Path(QStringLiteral("\\")));
       },
       [&] { PlatformOf(context).shell.OpenDocument(name); });
-}
-
-/// The question of the home page ends the program on Yes, which is also its default: whoever goes
-/// to the home page has mostly done here.
-Button AskToClose(Context& context) {
-  PlatformOf(context).messages.Beep();
-  context.session.MsgAnswer = PlatformOf(context).messages.Show(
-      Ask(Icon::kInformation, title::kProgram,
-          QStringLiteral("Wish to close Risk Assessment Module?"), Button::kYes));
-  return context.session.MsgAnswer;
 }
 
 }  // namespace
@@ -85,9 +71,14 @@ bool GoToHomePage(Context& context) {
     TellPerson(context, QStringLiteral("Installed files missing."));
     return false;
   }
-  const Button answer = AskToClose(context);
-  Start(context, kHomeProgram);
-  return answer == Button::kYes;
+  // Yes, which ends the program, is the default: whoever goes to the home page has mostly done
+  // here.
+  PlatformOf(context).messages.Beep();
+  context.session.MsgAnswer = PlatformOf(context).messages.Show(
+      Ask(Icon::kInformation, title::kProgram,
+          QStringLiteral("Wish to close Risk Assessment Module?"), Button::kYes));
+  PassOver([&] { PlatformOf(context).shell.StartCompanion(kHomeProgram); });
+  return context.session.MsgAnswer == Button::kYes;
 }
 
 bool ReportWindowGuard(Context& context, const QString& title) {

@@ -284,17 +284,17 @@ void tagdwgsfrm::TellNotOpened() {
 }
 
 void tagdwgsfrm::OpenSelectedFile() {
-  opened_path_ = SelectedItem().text(kPath);
-  ui_->Pathlenstr->setText(opened_path_);
-  if (!files().FileExists(opened_path_)) {
+  const QString path = SelectedItem().text(kPath);
+  ui_->Pathlenstr->setText(path);
+  if (!files().FileExists(path)) {
     return Tell(Icon::kInformation, QStringLiteral("BELTROVAN: File missing."),
                 QStringLiteral("File moved or Deleted."));
   }
-  CutFolderToScratch(opened_path_, SelectedItem().text(kName));
+  CutFolderToScratch(path, SelectedItem().text(kName));
   const QString folder = ui_->Pathlenstr->text();
   files().ChangeFolder(folder.isEmpty() ? QDir::rootPath() : folder);
   const WaitCursor wait;
-  platform().shell.OpenDocument(opened_path_, [form = QPointer(this)] {
+  platform().shell.OpenDocument(path, [form = QPointer(this)] {
     if (form) form->Guarded([form] { form->TellNotOpened(); });
   });
 }

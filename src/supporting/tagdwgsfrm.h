@@ -56,7 +56,6 @@ class tagdwgsfrm : public SessionForm {
   std::unique_ptr<Ui::tagdwgsfrm> ui_;
   std::unique_ptr<PictureView> preview_;
   DataControl dwgflsDB_{QStringLiteral("dwgflsDB"), this};
-  QString opened_path_;
   bool clicked_twice_ = false;  ///< since the last release of the mouse
 };
 

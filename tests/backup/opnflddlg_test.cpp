@@ -215,7 +215,7 @@ TEST_F(opnflddlgTest, FolderThatWasDeletedMeanwhileLeavesTheListQuietly) {
   ExpectIsIn(documents_);
   OpenRow("open");
   Place("documents/open/deep");
-  Control<FolderList>("ktxDir").Refresh();
+  Control<FolderList>("ktxDir").SetPath(Control<FolderList>("ktxDir").Path());
   ASSERT_TRUE(QDir(open).removeRecursively());
   OpenRow("deep");
   EXPECT_FALSE(ItemsOf("ktxDir").contains("open"));
