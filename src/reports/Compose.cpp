@@ -2,15 +2,14 @@
 
 #include <QBuffer>
 #include <QImageReader>
-#include <QPainter>
 #include <algorithm>
 #include <array>
 #include <type_traits>
 #include <utility>
 
-#include "estimation/drawing/RiskDrawing.h"
 #include "estimation/model/RiskModel.h"
 #include "paper/Style.h"
+#include "reports/Drawings.h"
 #include "reports/Method.h"
 #include "reports/Register.h"
 #include "store/StoredDate.h"
@@ -24,27 +23,14 @@ using records::Band;
 using records::ComputedStage;
 
 constexpr qsizetype kDigestDigits = 12;
-constexpr std::array kBins{Band::kNotEstimated, Band::kNoRisk, Band::kLow, Band::kMedium,
-                           Band::kHigh};
 constexpr std::array kParameterNames{u"Severity", u"Exposure", u"Occurrence", u"Avoidance"};
 
 // In millimetres.
-constexpr QSizeF kGraphSize(85, 41);
-constexpr QSizeF kMatrixSize(85, 28);
 constexpr QSizeF kMostOfPicture(85, 45);
-constexpr double kDrawnPoints = 7;
-constexpr double kCountRoom = 0.3;  ///< of a cell of the matrix, for the number of its tasks
-constexpr int kPointsOfAnInch = 72;
 
 /// A score as the model takes it; one that no statement gives has no cell.
 int Score(qint64 stored) {
   return stored < 0 || stored > model::kGreatestClass ? -1 : static_cast<int>(stored);
-}
-
-QColor ColourOf(Band band) {
-  static constexpr std::array<QRgb, Counts::kBins> kColours{0xFF9AA3AF, 0xFF80FF80, 0xFF80FF80,
-                                                            0xFFFFC080, 0xFFFF0000};
-  return QColor::fromRgb(kColours[BinOf(band)]);
 }
 
 paper::Cell BandCell(Band band) {
@@ -131,14 +117,14 @@ class Composition {
     }
     body_.push_back({std::move(counts)});
     body_.push_back(
-        {Columns{{Bars(QStringLiteral("By risk index, before"), report_.before.index_bands),
-                  Bars(QStringLiteral("By risk index, after"), report_.after.index_bands)}}});
+        {Columns{{BandBars(QStringLiteral("By risk index, before"), report_.before.index_bands),
+                  BandBars(QStringLiteral("By risk index, after"), report_.after.index_bands)}}});
     body_.push_back(
-        {Columns{{Bars(QStringLiteral("By class, before"), report_.before.class_bands),
-                  Bars(QStringLiteral("By class, after"), report_.after.class_bands)}}});
+        {Columns{{BandBars(QStringLiteral("By class, before"), report_.before.class_bands),
+                  BandBars(QStringLiteral("By class, after"), report_.after.class_bands)}}});
     body_.push_back({Columns{
-        {Matrix(QStringLiteral("Risk matrix before: tasks in each cell"), report_.before),
-         Matrix(QStringLiteral("Risk matrix after: tasks in each cell"), report_.after)}}});
+        {CountMatrix(QStringLiteral("Risk matrix before: tasks in each cell"), report_.before),
+         CountMatrix(QStringLiteral("Risk matrix after: tasks in each cell"), report_.after)}}});
     body_.push_back(Say(QStringLiteral("Open actions: %1, of which overdue on %2: %3.")
                             .arg(report_.open)
                             .arg(WriteDate(report_.options.date))
@@ -150,9 +136,9 @@ class Composition {
   void AddMethod() {
     body_.push_back(Head(1, QStringLiteral("Method"), QStringLiteral("method")));
     for (const QString& text : MethodParagraphs()) body_.push_back(Say(text));
-    body_.push_back({Columns{
-        {{Drawn(RiskDrawing::Part::kGraph, {}, kGraphSize, QStringLiteral("Risk graph"))},
-         {Drawn(RiskDrawing::Part::kMatrix, {}, kMatrixSize, QStringLiteral("Risk matrix"))}}}});
+    body_.push_back(
+        {Columns{{{Drawn(RiskDrawing::Part::kGraph, {}, QStringLiteral("Risk graph"))},
+                  {Drawn(RiskDrawing::Part::kMatrix, {}, QStringLiteral("Risk matrix"))}}}});
     for (const Parameter parameter : model::kParameters) {
       Table statements{
           {10, 90},
@@ -405,103 +391,6 @@ class Composition {
     }
   }
 
-  /// The risk graph or matrix with these marks, in the letters of a page.
-  [[nodiscard]] static Block Drawn(RiskDrawing::Part part, RiskMarks marks, QSizeF size,
-                                   const QString& told, const std::vector<int>& counts = {}) {
-    if (part == RiskDrawing::Part::kGraph) {
-      marks.cell = nullptr;
-    } else {
-      marks = {.cell = marks.cell};
-    }
-    return {Drawing{[part, marks, counts](QPainter& painter, const QRectF& area) {
-                      PaintRisk(painter, area, part, marks, counts);
-                    },
-                    size, told, NameOf(part, marks, counts)}};
-  }
-
-  /// Equal names for what is painted alike.
-  [[nodiscard]] static QString NameOf(RiskDrawing::Part part, const RiskMarks& marks,
-                                      const std::vector<int>& counts) {
-    QString name =
-        part == RiskDrawing::Part::kGraph ? QStringLiteral("graph") : QStringLiteral("matrix");
-    const auto add = [&name](int value) { name += u' ' + QString::number(value); };
-    add(static_cast<int>(marks.stage));
-    for (const auto& line : marks.lines) add(line ? static_cast<int>(*line) : -1);
-    for (const bool label : marks.labels) add(label ? 1 : 0);
-    if (marks.cell != nullptr) name += u' ' + marks.cell->name.toString();
-    for (const int count : counts) add(count);
-    return name;
-  }
-
-  static void PaintRisk(QPainter& painter, const QRectF& area, RiskDrawing::Part part,
-                        const RiskMarks& marks, const std::vector<int>& counts) {
-    // The drawing takes a unit of the painter for about a point.
-    constexpr double kPointsAcross = 240;
-    const double unit = area.width() / kPointsAcross;
-    painter.translate(area.topLeft());
-    painter.scale(unit, unit);
-    RiskLook look;
-    look.font = FontOf(kDrawnPoints, kPointsOfAnInch);
-    look.least_letters = 5;
-    look.printed = true;
-    if (!counts.empty()) look.cell_room = kCountRoom;
-    const RiskDrawing drawing(part, QRectF(QPointF(), area.size() / unit), look);
-    drawing.Paint(painter, marks);
-    if (counts.empty()) return;
-    painter.setFont(FontOf(kDrawnPoints + 1, kPointsOfAnInch, true));
-    for (std::size_t i = 0; i < counts.size(); ++i) {
-      if (counts[i] == 0) continue;
-      const QRectF cell = drawing.RectOf(risk_graph::kCells[i].place);
-      // At the cell's edge, beside the word for its band.
-      const QString count = QString::number(counts[i]);
-      const double width = std::max(kCountRoom * cell.width(), 4.0 + 4 * double(count.size()));
-      const QRectF plate(cell.right() - width, cell.center().y() - 5, width - 1, 10);
-      painter.setPen(Qt::black);
-      painter.setBrush(Qt::white);
-      painter.drawRoundedRect(plate, 3, 3);
-      painter.drawText(plate, Qt::AlignCenter, count);
-    }
-  }
-
-  [[nodiscard]] static std::vector<Block> Matrix(const QString& title, const Counts& counts) {
-    return {{Paragraph{Plain(title), Paragraph::Style::kSmall, true}},
-            Drawn(RiskDrawing::Part::kMatrix, {}, kMatrixSize, title,
-                  {counts.cells.begin(), counts.cells.end()})};
-  }
-
-  [[nodiscard]] static std::vector<Block> Bars(const QString& title,
-                                               const std::array<int, Counts::kBins>& bands) {
-    return {{Paragraph{Plain(title), Paragraph::Style::kSmall, true}},
-            {Drawing{
-                [bands](QPainter& painter, const QRectF& area) { PaintBars(painter, area, bands); },
-                {85, 28},
-                title,
-                {}}}};
-  }
-
-  static void PaintBars(QPainter& painter, const QRectF& area,
-                        const std::array<int, Counts::kBins>& bands) {
-    const int most = std::max(1, *std::max_element(bands.begin(), bands.end()));
-    const double step = area.height() / static_cast<double>(bands.size());
-    QFont font = painter.font();
-    font.setPixelSize(std::max(1, static_cast<int>(step * 0.42)));
-    painter.setFont(font);
-    for (std::size_t bin = 0; bin < bands.size(); ++bin) {
-      const QRectF line(area.left(), area.top() + static_cast<double>(bin) * step, area.width(),
-                        step);
-      const Band band = kBins[bin];
-      painter.setPen(QColor(0x1c, 0x1c, 0x1c));
-      painter.drawText(line.adjusted(0, 0, -line.width() * 0.68, 0),
-                       Qt::AlignVCenter | Qt::AlignLeft, BandText(band));
-      const QRectF bar(line.left() + line.width() * 0.34, line.top() + step * 0.2,
-                       line.width() * 0.54 * bands[bin] / most, step * 0.6);
-      painter.fillRect(bar, ColourOf(band));
-      painter.drawRect(bar);
-      painter.drawText(QRectF(bar.right() + step * 0.2, line.top(), line.width() * 0.12, step),
-                       Qt::AlignVCenter | Qt::AlignLeft, QString::number(bands[bin]));
-    }
-  }
-
   void AddSheet(const Entry& entry) {
     const records::Task& task = entry.task;
     body_.push_back(Head(2, TaskName(task), Anchor(task)));
@@ -603,11 +492,9 @@ class Composition {
         MarksOf(which, stored.levels, Score(stored.scores[0]), Score(computed.class_score));
     // The path as far as it is stored, but no index that isn't estimated.
     if (!computed.estimated) marks.labels = {};
-    return {
-        {std::move(results)},
-        Drawn(RiskDrawing::Part::kGraph, marks, kGraphSize, QStringLiteral("Risk graph: ") + index),
-        Drawn(RiskDrawing::Part::kMatrix, marks, kMatrixSize,
-              QStringLiteral("Risk matrix: ") + score)};
+    return {{std::move(results)},
+            Drawn(RiskDrawing::Part::kGraph, marks, QStringLiteral("Risk graph: ") + index),
+            Drawn(RiskDrawing::Part::kMatrix, marks, QStringLiteral("Risk matrix: ") + score)};
   }
 
   const Report& report_;
