@@ -175,22 +175,6 @@ TEST_F(FieldBindingTest, ChangeRuleThatRewritesWhatIsShownGoesIntoTheRow) {
   EXPECT_EQ(Stored("actnDt").first(), "__/__/____");
 }
 
-TEST_F(FieldBindingTest, TextBoxTakesNoMoreThanItsColumn) {
-  source->Refresh();
-  form->findChild<QLineEdit*>("title")->setText(QString(300, u'x'));
-  form->findChild<QComboBox*>("phase")->setCurrentText(QString(300, u'x'));
-  EXPECT_EQ(TextOf("title"), QString(255, u'x'));
-  EXPECT_EQ(Rows().Text("PhaseMachn"), QString(255, u'x'));
-  form->findChild<QPlainTextEdit*>("lines")->setPlainText(QString(65'536, u'x'));
-  EXPECT_EQ(TextOf("lines").size(), 65'535);
-  TypeInto("title", "short");
-  form->findChild<QLineEdit*>("title")->setMaxLength(1000);
-  form->findChild<QLineEdit*>("title")->setText(QString(300, u'x'));
-  EXPECT_EQ(Rows().Text("FuntnTaskMachry"), "short");
-  Rows().Update();
-  EXPECT_EQ(Stored("FuntnTaskMachry").first(), "short");
-}
-
 TEST_F(FieldBindingTest, BoxThatShowsLessThanTheRowHoldsDoesntCutTheRow) {
   form->findChild<QLineEdit*>("title")->setMaxLength(2);
   place.Exec(place.Study(1), "UPDATE Risk_records SET HzrdDscptnTXT='a'||char(13,10)||'b'");
@@ -198,24 +182,6 @@ TEST_F(FieldBindingTest, BoxThatShowsLessThanTheRowHoldsDoesntCutTheRow) {
   EXPECT_EQ(TextOf("title"), "Cu");
   EXPECT_EQ(TextOf("lines"), "a\nb");
   EXPECT_FALSE(Rows().HasPendingEdit());
-}
-
-TEST_F(FieldBindingTest, NewRowTakesWhatTheControlsAreGiven) {
-  source->Refresh();
-  Rows().AddNew();
-  EXPECT_EQ(TextOf("title"), "");
-  Rows().Set("Project_Number", "P1");
-  TypeInto("title", "Grind");
-  Rows().Update();
-  EXPECT_EQ(Stored("FuntnTaskMachry"), QStringList({"Cut", "Weld", "Paint", "Grind"}));
-}
-
-TEST_F(FieldBindingTest, RowChangedByAnotherUserIsShownAfterTheFailedCommit) {
-  source->Refresh();
-  TypeInto("title", "mine");
-  place.Exec(place.Study(1), "UPDATE Risk_records SET FuntnTaskMachry='theirs' WHERE nunberauto=1");
-  EXPECT_THROW(Rows().Update(), Failure);
-  EXPECT_EQ(TextOf("title"), "theirs");
 }
 
 TEST_F(FieldBindingTest, ControlThatIsDeletedEndsItsBinding) {

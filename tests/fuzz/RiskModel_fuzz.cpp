@@ -21,13 +21,8 @@ bool IsOf(const Table& table, const typename Table::value_type* row) {
   return row >= table.data() && row < table.data() + table.size();
 }
 
-/// Each rule is a row of its table, names what it was asked for, lights lines and labels that the
-/// graph has, and ends at the index of its label.
-template <class Table>
-void CheckRule(const Table& table, const typename Table::value_type* rule, const QString& text) {
-  if (rule == nullptr) return;
-  Hold(IsOf(table, rule), "a rule is a row of its table", text);
-}
+// Each rule is a row of its table, names what it was asked for, lights lines and labels that the
+// graph has, and ends at the index of its label.
 
 void CheckLine(QStringView name) {
   const risk_graph::GraphLine* line = risk_graph::LineNamed(name);
@@ -46,26 +41,26 @@ void CheckEnd(QStringView label, std::optional<int> index) {
 
 void CheckRules(const Path& path) {
   if (const auto* rule = model::SeverityRuleFor(path.severity)) {
-    CheckRule(model::kSeverityRules, rule, path.severity);
+    Hold(IsOf(model::kSeverityRules, rule), "a rule is a row of its table", path.severity);
     Hold(rule->severity == path.severity, "a rule fits its severity", path.severity);
     for (const QStringView line : rule->lines) CheckLine(line);
     CheckEnd(rule->index_label, rule->index);
   }
   if (const auto* rule = model::ExposureRuleFor(path.exposure, path.severity)) {
-    CheckRule(model::kExposureRules, rule, path.exposure);
+    Hold(IsOf(model::kExposureRules, rule), "a rule is a row of its table", path.exposure);
     Hold(rule->exposure == path.exposure && rule->severity == path.severity,
          "a rule fits its exposure", path.exposure);
     for (const QStringView line : rule->lines) CheckLine(line);
   }
   if (const auto* rule = model::OccurrenceRuleFor(path.occurrence, path.exposure)) {
-    CheckRule(model::kOccurrenceRules, rule, path.occurrence);
+    Hold(IsOf(model::kOccurrenceRules, rule), "a rule is a row of its table", path.occurrence);
     Hold(rule->occurrence == path.occurrence && rule->exposure == path.exposure,
          "a rule fits its occurrence", path.occurrence);
     for (const QStringView line : rule->lines) CheckLine(line);
     CheckEnd(rule->index_label, rule->index);
   }
   if (const auto* rule = model::AvoidanceRuleFor(path.avoidance, path.occurrence, path.exposure)) {
-    CheckRule(model::kAvoidanceRules, rule, path.avoidance);
+    Hold(IsOf(model::kAvoidanceRules, rule), "a rule is a row of its table", path.avoidance);
     Hold(rule->avoidance == path.avoidance && rule->occurrence == path.occurrence &&
              rule->exposure == path.exposure,
          "a rule fits its avoidance", path.avoidance);

@@ -26,9 +26,7 @@ Seen Look(const QByteArray& page) {
         ++seen.elements[reader.name().toString()];
         for (const auto& attribute : reader.attributes()) {
           if (attribute.name() == u"id") seen.anchors += attribute.value().toString();
-          static const QStringList kLeading{QStringLiteral("src"),    QStringLiteral("href"),
-                                            QStringLiteral("srcset"), QStringLiteral("action"),
-                                            QStringLiteral("data"),   QStringLiteral("style")};
+          static const QStringList kLeading{"src", "href", "srcset", "action", "data", "style"};
           if (kLeading.contains(attribute.name().toString())) {
             seen.addresses += attribute.value().toString();
           }
@@ -59,49 +57,40 @@ const QString kSource = QStringLiteral(
     "![a *form*](form.png)\n");
 
 TEST_F(HelpPageTest, PageIsWellFormedAndHoldsTheWholeManual) {
-  MakePicture(QStringLiteral("form.png"));
+  MakePicture("form.png");
   const QByteArray page = PageOf(kSource);
   EXPECT_TRUE(page.startsWith("<!DOCTYPE html>"));
   const Seen seen = Look(page);
   EXPECT_EQ(seen.error, QString());
-  EXPECT_TRUE(seen.text.contains(QStringLiteral("Is 1 < 2 & \"so\"?")));
+  EXPECT_TRUE(seen.text.contains("Is 1 < 2 & \"so\"?"));
   const QMap<QString, int> wanted{{"h1", 1}, {"h2", 2}, {"h3", 1},  {"nav", 1}, {"ul", 2},
                                   {"ol", 1}, {"li", 5}, {"dl", 1},  {"dt", 1},  {"dd", 1},
                                   {"th", 2}, {"td", 2}, {"img", 1}, {"a", 3}};
   for (auto it = wanted.begin(); it != wanted.end(); ++it) {
     EXPECT_EQ(seen.elements[it.key()], it.value()) << it.key().toStdString();
   }
+  // For light and dark browsers, without a script.
+  EXPECT_TRUE(page.contains("prefers-color-scheme: dark"));
+  EXPECT_TRUE(page.contains("name=\"color-scheme\" content=\"light dark\""));
+  EXPECT_FALSE(seen.elements.contains("script"));
 }
 
-TEST_F(HelpPageTest, ContentsAndLinksLeadToTheAnchorsOfHeadings) {
-  MakePicture(QStringLiteral("form.png"));
+TEST_F(HelpPageTest, ContentsAndLinksLeadToTheAnchorsOfHeadingsAndPicturesAreInThePage) {
+  MakePicture("form.png");
   const Seen seen = Look(PageOf(kSource));
   EXPECT_EQ(seen.anchors, QStringList({"first", "shown", "first-next"}));
   EXPECT_EQ(seen.addresses.mid(0, 3), QStringList({"#first", "#shown", "#shown"}));
-}
-
-TEST_F(HelpPageTest, PictureIsInThePageToTheByte) {
-  MakePicture(QStringLiteral("form.png"));
-  const Seen seen = Look(PageOf(kSource));
   ASSERT_EQ(seen.addresses.size(), 4);
-  const QString head = QStringLiteral("data:image/png;base64,");
+  const QString head = "data:image/png;base64,";
   ASSERT_TRUE(seen.addresses[3].startsWith(head));
   EXPECT_EQ(QByteArray::fromBase64(seen.addresses[3].mid(head.size()).toLatin1()),
-            TheirPictures().Bytes(QStringLiteral("form.png")));
-}
-
-TEST_F(HelpPageTest, PageIsForLightAndDarkBrowsersWithoutAScript) {
-  MakePicture(QStringLiteral("form.png"));
-  const QByteArray page = PageOf(kSource);
-  EXPECT_TRUE(page.contains("prefers-color-scheme: dark"));
-  EXPECT_TRUE(page.contains("name=\"color-scheme\" content=\"light dark\""));
-  EXPECT_EQ(Look(page).elements[QStringLiteral("script")], 0);
+            TheirPictures().Bytes("form.png"));
 }
 
 TEST_F(HelpPageTest, MissingAndForeignPicturesAreToldByTheirNames) {
   EXPECT_NE(SentenceOf([this] { static_cast<void>(PageOf(kSource)); }).find("form.png"),
             std::string::npos);
-  MakeFile(QStringLiteral("form.png"), "no picture");
+  MakeFile("form.png", "no picture");
   EXPECT_NE(SentenceOf([this] { static_cast<void>(PageOf(kSource)); }).find("is no PNG picture"),
             std::string::npos);
 }
@@ -117,13 +106,12 @@ TEST(InstalledPage, RefersToNothingOutsideOfItself) {
   EXPECT_GE(seen.elements[QStringLiteral("img")], 10);
   for (const QString& address : seen.addresses) {
     const bool within = address.startsWith(u'#') && seen.anchors.contains(address.mid(1));
-    EXPECT_TRUE(within || address.startsWith(QStringLiteral("data:")))
-        << address.left(80).toStdString();
+    EXPECT_TRUE(within || address.startsWith("data:")) << address.left(80).toStdString();
   }
-  const QRegularExpression outside(QStringLiteral("https?:|//[a-z]|url\\(|@import|<script|<link"));
-  const QRegularExpression data(QStringLiteral("data:[^\"]*"));
+  const QRegularExpression outside("https?:|//[a-z]|url\\(|@import|<script|<link");
+  const QRegularExpression data("data:[^\"]*");
   EXPECT_FALSE(QString::fromUtf8(page).remove(data).contains(outside));
-  EXPECT_TRUE(seen.text.contains(QStringLiteral("New Project Number")));
+  EXPECT_TRUE(seen.text.contains("New Project Number"));
 }
 #endif
 

@@ -44,17 +44,19 @@ class QtMessagesTest : public ::testing::Test {
   QtMessages messages_;
 };
 
-TEST_F(QtMessagesTest, BoxShowsTitleTextIconAndButtons) {
+TEST_F(QtMessagesTest, BoxShowsTitleTextIconAndButtonsAndNamesThatLookLikeMarkupAsTheyAre) {
   InBox([](QMessageBox& box) {
     EXPECT_EQ(box.windowTitle(), "BELTROVAN: Over write");
-    EXPECT_EQ(box.text(), "Wish to replace?");
+    EXPECT_EQ(box.text(), "Wish to replace [<b>Press</b>]?");
+    EXPECT_EQ(box.textFormat(), Qt::PlainText);
     EXPECT_EQ(box.icon(), QMessageBox::Critical);
     EXPECT_EQ(box.standardButtons(), QMessageBox::Yes | QMessageBox::No);
     EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::No));
     EXPECT_TRUE(box.isModal());
     Press(box, QMessageBox::Yes);
   });
-  EXPECT_EQ(messages_.Show(Ask(Icon::kCritical, "BELTROVAN: Over write", "Wish to replace?")),
+  EXPECT_EQ(messages_.Show(
+                Ask(Icon::kCritical, "BELTROVAN: Over write", "Wish to replace [<b>Press</b>]?")),
             Button::kYes);
 }
 
@@ -77,28 +79,13 @@ TEST_F(QtMessagesTest, EachIconIsItsOwn) {
   }
 }
 
-TEST_F(QtMessagesTest, EscapeIsNoWhereThereIsANoElseOk) {
+TEST_F(QtMessagesTest, EscapeAndClosingAreNoWhereThereIsANoElseOkAndReturnPressesTheDefaultButton) {
   EXPECT_EQ(AnswerTo(Ask(Icon::kQuestion, "T", "Q?", Button::kYes), Qt::Key_Escape), Button::kNo);
   EXPECT_EQ(AnswerTo(Tell(Icon::kNone, "T", "Told"), Qt::Key_Escape), Button::kOk);
-}
-
-TEST_F(QtMessagesTest, ClosingTheBoxIsNo) {
-  InBox([](QMessageBox& box) { box.close(); });
-  EXPECT_EQ(messages_.Show(Ask(Icon::kQuestion, "T", "Q?", Button::kYes)), Button::kNo);
-}
-
-TEST_F(QtMessagesTest, ReturnPressesTheDefaultButton) {
   EXPECT_EQ(AnswerTo(Ask(Icon::kQuestion, "T", "Q?"), Qt::Key_Return), Button::kNo);
   EXPECT_EQ(AnswerTo(Ask(Icon::kQuestion, "T", "Q?", Button::kYes), Qt::Key_Return), Button::kYes);
-}
-
-TEST_F(QtMessagesTest, NamesThatLookLikeMarkupAreShownAsTheyAre) {
-  InBox([](QMessageBox& box) {
-    EXPECT_EQ(box.textFormat(), Qt::PlainText);
-    EXPECT_EQ(box.text(), "Organization name [<b>Press</b>] already exists.");
-    box.close();
-  });
-  messages_.Show(Tell(Icon::kCritical, "T", "Organization name [<b>Press</b>] already exists."));
+  InBox([](QMessageBox& box) { box.close(); });
+  EXPECT_EQ(messages_.Show(Ask(Icon::kQuestion, "T", "Q?", Button::kYes)), Button::kNo);
 }
 
 TEST_F(QtMessagesTest, ShortBoxShowsItsTitleWholeAndItsButtonsWithoutPictures) {

@@ -169,7 +169,7 @@ TEST_F(tagdwgsfrmTest, AClickBesideTheRowsTellsTheSelectedPathOrThatThereIsNone)
   EXPECT_EQ(TextOf("pathdsply"), "No files linked. ");
 }
 
-TEST_F(tagdwgsfrmTest, AProjectNumberWithAnApostropheEndsAsAnEmptyList) {
+TEST_F(tagdwgsfrmTest, AProjectNumberWithAnApostropheAndAMissingStudyEndAsAnEmptyList) {
   GivenLink("/tmp/b.txt");
   project.number = QStringLiteral("O'Neil");
   Open<tagdwgsfrm>();
@@ -177,9 +177,6 @@ TEST_F(tagdwgsfrmTest, AProjectNumberWithAnApostropheEndsAsAnEmptyList) {
   EXPECT_EQ(TextOf("pathdsply"), "No files linked. ");
   ExpectTell("Unable to Link file./No file selected.");
   Link(GivenFile("x.txt"));
-}
-
-TEST_F(tagdwgsfrmTest, AMissingStudyEndsAsAnEmptyList) {
   ASSERT_TRUE(QFile::remove(installation.Study(kStudy)));
   Open<tagdwgsfrm>();
   EXPECT_EQ(TextOf("pathdsply"), "No files linked. ");
